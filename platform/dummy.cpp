@@ -1,0 +1,1 @@
+// Keeps the backend libraries non-empty while they grow.

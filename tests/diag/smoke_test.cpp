@@ -1,0 +1,3 @@
+#include <gtest/gtest.h>
+#include "ui/diag/qdebug.h"
+TEST(Diag, Smoke) { EXPECT_EQ(qGetLogMask(), 0x0Eu); }

@@ -1,0 +1,1 @@
+// Keeps the tyre library non-empty until the model lands.

@@ -1,0 +1,61 @@
+// The process-wide reporters and the central log writer.
+//
+// Every module reports through these: qerr/qwarn/qnote/qdbg carry the source
+// position (file, function, line) and a printf-style message; qdbgplain has no
+// position; qfatal ends the process. None of them fails towards the caller.
+#pragma once
+
+#include <cstdarg>
+
+enum : unsigned {
+  QLOG_ERR = 0x1,
+  QLOG_WARN = 0x2,
+  QLOG_CRIT = 0x4,
+  QLOG_NOTE = 0x8,
+  QLOG_INFO = 0x10,
+  QLOG_FATAL = 0x40,
+  QLOG_NO_CHANNEL = 0x80,
+  QLOG_NO_STDERR = 0x100,
+  QLOG_MSGBOX = 0x400,
+  QLOG_INFO2 = 0x800,
+};
+
+#define QFMT(a, b) __attribute__((format(printf, a, b)))
+
+void qerr(const char *file, const char *func, int line, const char *fmt, ...) QFMT(4, 5);
+void qwarn(const char *file, const char *func, int line, const char *fmt, ...) QFMT(4, 5);
+void qdbg(const char *file, const char *func, int line, const char *fmt, ...) QFMT(4, 5);
+void qnote(const char *file, const char *func, int line, const char *fmt, ...) QFMT(4, 5);
+void qdbgplain(const char *fmt, ...) QFMT(1, 2);
+[[noreturn]] void qfatal(const char *fmt, ...) QFMT(1, 2);
+[[noreturn]] void qexitmsg(const char *fmt, ...) QFMT(1, 2);
+[[noreturn]] void QCrash(const char *reason);
+[[noreturn]] void QExit(int code);
+void qasserterr(const char *file, int line);
+void QOLOF(const char *file, int line, int indent);
+
+// The central writer. `source` may be null.
+void qlogf(unsigned flags, const char *source, const char *fmt, ...) QFMT(3, 4);
+// Writes a pending "[%dx repeat] %s" line; called at exit.
+void qlogFlush();
+
+// Output hooks: (prefix, message) -> int. Each setter returns the hook it
+// replaces; null means the default output.
+typedef int (*QReportHook)(const char *prefix, const char *message);
+QReportHook qSetErrorHook(QReportHook hook);
+QReportHook qSetWarnHook(QReportHook hook);
+QReportHook qSetDebugHook(QReportHook hook);
+QReportHook qSetPlainDebugHook(QReportHook hook);
+
+void qSetLogMask(unsigned mask);
+unsigned qGetLogMask();
+const char *QLogFileName();
+
+bool qlog_last_open(const char *path);
+void qlog_last_close();
+bool qlog_last_written();
+
+// Development flags word (dev.opengl_checks 0x1, dev.argument_tracing 0x4).
+enum : unsigned { QDEV_OPENGL_CHECKS = 0x1, QDEV_ARGUMENT_TRACING = 0x4 };
+unsigned qGetDevFlags();
+void qSetDevFlags(unsigned flags);
