@@ -1,0 +1,34 @@
+// QFont: a named texture font for canvases.
+#include "ui/qfont.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "ui/diag/qdebug.h"
+#include "ui/dtexfont.h"
+
+QFont::QFont(const char *name_, int size_, unsigned style_) : size(size_), style(style_) {
+  snprintf(name, sizeof(name), "%s", name_ ? name_ : "");
+}
+
+QFont::~QFont() { delete texFont; }
+
+bool QFont::Create() {
+  if (texFont) {
+    qerr("qfont", "QFont::Create", __LINE__, "QFont::Create(); font '%s' already created", name);
+    return false;
+  }
+  DTexFont *tf = new DTexFont();
+  if (!tf->Load(name)) {
+    delete tf;
+    return false;
+  }
+  texFont = tf;
+  return true;
+}
+
+int QFont::GetHeight() const { return texFont ? texFont->GetHeight() : 0; }
+
+int QFont::GetWidth(const char *text, int len) const {
+  return texFont ? int(std::lround(texFont->GetWidth(text, len))) : 0;
+}

@@ -1,0 +1,86 @@
+// QApp's screenshots: F11 saves the back-buffer canvas, Control+Alt+F11 the
+// main window, as TGA files named "c:/t/%s%05d.tga".
+//
+// "c:/t/" is where the program has always put them; on this platform the
+// folder is mapped to the system's temporary folder (TMPDIR, else /tmp).
+#include <GL/gl.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "ui/diag/qdebug.h"
+#include "ui/qapp.h"
+#include "ui/qcanvas.h"
+#include "ui/qimage.h"
+#include "ui/qplatform.h"
+
+static const char SHOT_FOLDER[] = "c:/t/";
+static const int MAX_SHOT_NUMBER = 99999;
+
+const char *QApp::GetScreenshotDir() {
+  static char dir[512];
+  const char *tmp = getenv("TMPDIR");
+  if (!tmp || !*tmp) tmp = "/tmp";
+  snprintf(dir, sizeof(dir), "%s/", tmp);
+  return dir;
+}
+
+// Replaces the fixed folder at the start of a name by the mapped one.
+static void MapShotName(const char *name, char *out, int outSize) {
+  size_t n = strlen(SHOT_FOLDER);
+  if (strncmp(name, SHOT_FOLDER, n) == 0)
+    snprintf(out, size_t(outSize), "%s%s", QApp::GetScreenshotDir(), name + n);
+  else
+    snprintf(out, size_t(outSize), "%s", name);
+}
+
+static bool FileExists(const char *path) {
+  FILE *f = fopen(path, "rb");
+  if (!f) return false;
+  fclose(f);
+  return true;
+}
+
+bool QApp::MakeScreenshotName(const char *kind, char *out, int outSize) {
+  char name[512];
+  for (int i = 1; i <= MAX_SHOT_NUMBER; i++) {
+    snprintf(name, sizeof(name), "c:/t/%s%05d.tga", kind, i);
+    MapShotName(name, out, outSize);
+    if (!FileExists(out)) return true;
+  }
+  return false;
+}
+
+// Reads a w x h rectangle at the bottom left of the given buffer.
+static bool ReadBuffer(unsigned buffer, int wid, int hgt, QImage &img) {
+  if (wid <= 0 || hgt <= 0) return false;
+  img.Create(wid, hgt);
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadBuffer(buffer);
+  glReadPixels(0, 0, wid, hgt, GL_RGBA, GL_UNSIGNED_BYTE, img.GetPixels());
+  img.FlipVertical();
+  return true;
+}
+
+bool QApp::SaveScreenshot(bool ui) {
+  const char *label = ui ? "UI" : "BC";
+  bool present = ui ? (mainWindow != nullptr || mainPW != nullptr) : (backCanvas != nullptr);
+  if (!present) {
+    qdbg("qapp", "QApp::SaveScreenshot", __LINE__, "> No %s present.\n", label);
+    return false;
+  }
+  char path[600];
+  if (!MakeScreenshotName(ui ? "ui" : "bc", path, sizeof(path))) return false;
+  qdbg("qapp", "QApp::SaveScreenshot", __LINE__, "> Saving screenshot of %s in '%s'\n", label, path);
+  int wid = 0, hgt = 0;
+  if (ui) {
+    qpGetWindowSize(mainPW ? mainPW : qpGetMainWindow(), &wid, &hgt);
+  } else {
+    wid = backCanvas->GetTargetWidth();
+    hgt = backCanvas->GetTargetHeight();
+  }
+  QImage img;
+  if (!ReadBuffer(ui ? GL_FRONT : GL_BACK, wid, hgt, img)) return false;
+  return QTgaWrite(path, img, QTGA_RGB, false);
+}
