@@ -159,6 +159,7 @@ class QInfo {
 
  private:
   friend struct QInfoImpl;  // the helpers shared by the qinfo*.cpp files
+  friend class QInfoReader;
   friend class QInfoIterator;
 
   char *fileName;
