@@ -264,6 +264,13 @@ void QCanvas::TextML(const char *text, int x, int y) {
   for (int i = 0; i < count; i++) Text(lines[i], x, y + i * step);
 }
 
-int QCanvas::GetTextWidth(const char *text, int len) const { return font ? font->GetWidth(text, len) : 0; }
+// Through the texture font directly, so that drawing does not pull in font loading.
+int QCanvas::GetTextWidth(const char *text, int len) const {
+  DTexFont *tf = font ? font->GetTexFont() : nullptr;
+  return tf ? int(tf->GetWidth(text, len) + 0.5f) : 0;
+}
 
-int QCanvas::GetTextHeight() const { return font ? font->GetHeight() : 0; }
+int QCanvas::GetTextHeight() const {
+  DTexFont *tf = font ? font->GetTexFont() : nullptr;
+  return tf ? tf->GetHeight() : 0;
+}

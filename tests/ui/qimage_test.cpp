@@ -1,0 +1,144 @@
+// TGA reader and writer: round trips in every format, bottom-up files, and
+// damaged files that must fail cleanly.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "ui/qimage.h"
+
+namespace {
+
+std::string TempPath(const char *name) {
+  return (std::filesystem::temp_directory_path() / (std::to_string(getpid()) + "_" + name)).string();
+}
+
+// An image with long runs, short runs and noise, so both RLE packet kinds occur.
+QImage TestImage(int w, int h) {
+  QImage img(w, h);
+  std::mt19937 rng(7);
+  for (int y = 0; y < h; y++) {
+    for (int x = 0; x < w; x++) {
+      uint8_t *p = img.PixelAt(x, y);
+      bool run = (y % 3) == 0 || x < w / 3;
+      uint8_t v = run ? uint8_t(y * 10) : uint8_t(rng());
+      p[0] = v;
+      p[1] = uint8_t(run ? 200 : rng());
+      p[2] = uint8_t(x == w - 1 ? 255 : v / 2);
+      p[3] = uint8_t(run ? 255 : rng());
+    }
+  }
+  return img;
+}
+
+std::vector<uint8_t> ReadAll(const std::string &path) {
+  std::vector<uint8_t> d;
+  FILE *f = fopen(path.c_str(), "rb");
+  if (!f) return d;
+  int c;
+  while ((c = fgetc(f)) != EOF) d.push_back(uint8_t(c));
+  fclose(f);
+  return d;
+}
+
+struct FormatRow {
+  int format;
+  bool rle;
+  const char *name;
+};
+
+TEST(QTga, RoundTripEveryFormat) {
+  const FormatRow rows[] = {
+      {QTGA_RGBA, false, "rgba"}, {QTGA_RGBA, true, "rgba_rle"}, {QTGA_RGB, false, "rgb"},
+      {QTGA_RGB, true, "rgb_rle"}, {QTGA_GREY, false, "grey"},   {QTGA_GREY, true, "grey_rle"},
+  };
+  // 300 wide: rows longer than one 128-pixel packet.
+  QImage src = TestImage(300, 7);
+  for (const FormatRow &r : rows) {
+    std::string path = TempPath(r.name) + ".tga";
+    ASSERT_TRUE(QTgaWrite(path.c_str(), src, r.format, r.rle)) << r.name;
+    QImage back;
+    ASSERT_TRUE(QTgaRead(path.c_str(), back)) << r.name;
+    ASSERT_EQ(back.GetWidth(), 300);
+    ASSERT_EQ(back.GetHeight(), 7);
+    int mismatches = 0;
+    for (int y = 0; y < 7; y++) {
+      for (int x = 0; x < 300; x++) {
+        const uint8_t *a = src.PixelAt(x, y), *b = back.PixelAt(x, y);
+        uint8_t expect[4] = {a[0], a[1], a[2], a[3]};
+        if (r.format == QTGA_GREY) expect[1] = expect[2] = a[0];
+        if (r.format != QTGA_RGBA) expect[3] = 255;
+        if (memcmp(expect, b, 4) != 0) mismatches++;
+      }
+    }
+    EXPECT_EQ(mismatches, 0) << r.name;
+    std::filesystem::remove(path);
+  }
+}
+
+TEST(QTga, RleIsSmallerForFlatImages) {
+  QImage flat(64, 64);
+  std::string raw = TempPath("flat.tga"), rle = TempPath("flat_rle.tga");
+  ASSERT_TRUE(QTgaWrite(raw.c_str(), flat, QTGA_RGBA, false));
+  ASSERT_TRUE(QTgaWrite(rle.c_str(), flat, QTGA_RGBA, true));
+  EXPECT_EQ(std::filesystem::file_size(raw), 18u + 64u * 64u * 4u);
+  EXPECT_EQ(std::filesystem::file_size(rle), 18u + 64u * 5u);  // one 64-pixel run per row
+  std::filesystem::remove(raw);
+  std::filesystem::remove(rle);
+}
+
+// A hand-made bottom-up, 24-bit file with an image id field.
+TEST(QTga, DecodesBottomUpWithIdField) {
+  const uint8_t file[] = {
+      3, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 0, 2, 0, 24, 0,  // header: id length 3, 2x2, bottom-up
+      'a', 'b', 'c',                                          // id field
+      255, 0, 0, 0, 255, 0,                                   // bottom row: blue, green (BGR)
+      0, 0, 255, 255, 255, 255,                               // top row: red, white
+  };
+  QImage img;
+  ASSERT_TRUE(QTgaDecode(file, sizeof(file), "mem", img));
+  const uint8_t *p = img.PixelAt(0, 0);
+  EXPECT_EQ(p[0], 255);  // top-left is red
+  EXPECT_EQ(p[2], 0);
+  p = img.PixelAt(0, 1);
+  EXPECT_EQ(p[2], 255);  // bottom-left is blue
+  EXPECT_EQ(p[0], 0);
+  EXPECT_EQ(img.PixelAt(1, 0)[3], 255);
+}
+
+TEST(QTga, DamagedFilesFail) {
+  QImage src = TestImage(20, 4);
+  std::string path = TempPath("damaged.tga");
+  ASSERT_TRUE(QTgaWrite(path.c_str(), src, QTGA_RGBA, true));
+  std::vector<uint8_t> d = ReadAll(path);
+  std::filesystem::remove(path);
+  QImage img;
+  // Truncated pixel data.
+  EXPECT_FALSE(QTgaDecode(d.data(), d.size() - 5, "cut", img));
+  EXPECT_TRUE(img.IsEmpty());
+  // Too short for a header.
+  EXPECT_FALSE(QTgaDecode(d.data(), 10, "short", img));
+  // A run packet that runs past the end of the image.
+  std::vector<uint8_t> over(d.begin(), d.begin() + 18);
+  over[12] = 2;  // 2x1 image
+  over[14] = 1;
+  over.insert(over.end(), {0x83, 1, 2, 3, 4});  // a run of 4 pixels
+  EXPECT_FALSE(QTgaDecode(over.data(), over.size(), "overrun", img));
+  // Colour-mapped and 16-bit images are not supported.
+  std::vector<uint8_t> bad(d.begin(), d.end());
+  bad[16] = 16;
+  EXPECT_FALSE(QTgaDecode(bad.data(), bad.size(), "16bit", img));
+  bad[16] = 32;
+  bad[2] = 1;
+  EXPECT_FALSE(QTgaDecode(bad.data(), bad.size(), "mapped", img));
+  // Missing file and unwritable path.
+  EXPECT_FALSE(QTgaRead("/nonexistent/dir/x.tga", img));
+  EXPECT_FALSE(QTgaWrite("/nonexistent/dir/x.tga", src));
+}
+
+}  // namespace
