@@ -111,16 +111,19 @@ bool DTexFont::Create(const char *face, int size, int minChar, int maxChar, cons
   std::vector<CreatedGlyph> created;
   bool ok = true;
   for (int code = minChar; code <= maxChar && ok; code++) {
-    if (FT_Load_Char(ftFace, FT_ULong(code), FT_LOAD_RENDER)) continue;
+    // A code the face lacks (the C1 controls, say) gets an empty glyph rather
+    // than the face's box, so that glyph i is always code minChar + i.
+    bool has = FT_Get_Char_Index(ftFace, FT_ULong(code)) != 0 &&
+               FT_Load_Char(ftFace, FT_ULong(code), FT_LOAD_RENDER) == 0;
     FT_GlyphSlot s = ftFace->glyph;
-    CreatedGlyph g{code, 0, 0, int(s->bitmap.width), pk.lineHgt, float(s->advance.x) / 64.0f,
-                   float(s->bitmap_left)};
+    CreatedGlyph g{code, 0, 0, has ? int(s->bitmap.width) : 0, pk.lineHgt, has ? float(s->advance.x) / 64.0f : 0.0f,
+                   has ? float(s->bitmap_left) : 0.0f};
     if (!pk.Place(g.wid, &g.x, &g.y)) {
       qerr("dtexfont", "DTexFont::Create", __LINE__, "DTexFont:Create(); texture Y overflow");
       ok = false;
       break;
     }
-    Blit(s->bitmap, img, g.x, g.y + ascent - s->bitmap_top);
+    if (has) Blit(s->bitmap, img, g.x, g.y + ascent - s->bitmap_top);
     created.push_back(g);
   }
   FT_Done_Face(ftFace);
