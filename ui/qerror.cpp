@@ -45,6 +45,7 @@ enum : unsigned {
   DBG_SEVERITY_HIGH = 0x9146,
   DBG_SEVERITY_MEDIUM = 0x9147,
   DBG_OUTPUT_SYNCHRONOUS = 0x8242,
+  DBG_OUTPUT = 0x92E0,
 };
 
 // The driver's API source has no name of its own in these messages ("Unknown").
@@ -103,7 +104,11 @@ bool QCatchGLErrors() {
     qwarn("qerror", "QCatchGLErrors", __LINE__, "No glDebugMessageCallbackARB function found for live error reporting");
     return false;
   }
+  // Synchronous, so a message arrives inside the call that caused it; some
+  // drivers only send messages at all with debug output switched on.
   glEnable(DBG_OUTPUT_SYNCHRONOUS);
+  glEnable(DBG_OUTPUT);
+  glGetError();  // the second enable is unknown to older drivers
   setter(QGLErrorCallback, nullptr);
   return true;
 }
