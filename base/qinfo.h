@@ -111,8 +111,9 @@ class QInfo {
   bool GetInt2(const char *key, int out[2]) { return GetInts(key, 2, out, 0); }
   bool GetInt3(const char *key, int out[3]) { return GetInts(key, 3, out, 0); }
   bool GetInt4(const char *key, int out[4]) { return GetInts(key, 4, out, 0); }
-  // A network host: plain text as it is; "/a+b" and "+n" / "+n+m" become
-  // an address "192.168.x.y" (see qinfohost.cpp). Not found: "" and false.
+  // A network host: plain text as it is; "/a+b" becomes "192.168.a.b" and
+  // "+n" (or "+n+m", n one digit) "192.168.0.n" (n+m); "/a" without '+'
+  // warns and gives "127.0.0.1". Not found: "" and false.
   bool GetHost(const char *key, char *out, int outSize);
   template <size_t N>
   bool GetHost(const char *key, char (&out)[N]) {
