@@ -18,5 +18,8 @@ const char *qpsdlVideoDriver();
 // True when frames must be finished before the swap (offscreen rendering
 // queues work without bound otherwise).
 bool qpsdlIsOffscreen();
+// True when closing the display should only destroy the windows and keep
+// SDL (and the GL driver it loaded) for the rest of the process.
+bool qpsdlKeepDisplay();
 // Finds our window for an SDL window id (null when unknown).
 QPWindow *qpsdlFindWindow(Uint32 windowID);

@@ -47,6 +47,7 @@ void qpCloseDisplay() {
   for (QPWindow *&w : windows) {
     if (w) qpDestroyWindow(w);
   }
+  if (qpsdlKeepDisplay()) return;
   SDL_Quit();
   displayOpen = false;
 }

@@ -9,6 +9,11 @@
 
 const char *qpsdlVideoDriver() { return "offscreen"; }
 
+// Tests open and close the display many times: SDL and the GL driver stay
+// loaded for the whole process instead of being reloaded each time (which
+// is slow, and leaves the driver's allocations behind unloaded code).
+bool qpsdlKeepDisplay() { return true; }
+
 static std::deque<QEvent> script;
 static int mouseX = 0, mouseY = 0;
 static unsigned buttonWord = 0;

@@ -14,6 +14,8 @@ const char *qpsdlVideoDriver() {
   return nullptr;
 }
 
+bool qpsdlKeepDisplay() { return false; }
+
 // ---- Key codes ------------------------------------------------------------------------
 
 static int TranslateKey(SDL_Keycode k) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/headless/qpscript.h"
+#include "tests/ui/gltest.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qplatform.h"
@@ -252,6 +253,8 @@ class ScreenshotTest : public QAppTest {
     std::filesystem::create_directories(dir);
     oldTmp = getenv("TMPDIR") ? getenv("TMPDIR") : "";
     setenv("TMPDIR", dir.c_str(), 1);
+    setenv("LP_NUM_THREADS", "0", 0);
+    GLTEST_LSAN_DISABLE();  // see gltest.h
     QAppTest::SetUp();
     pw = qpCreateWindow("shot", 0, 0, 64, 48, 0);
     ASSERT_NE(pw, nullptr) << qpLastError();
@@ -259,6 +262,7 @@ class ScreenshotTest : public QAppTest {
   void TearDown() override {
     qpDestroyWindow(pw);
     QAppTest::TearDown();
+    GLTEST_LSAN_ENABLE();
     if (oldTmp.empty()) unsetenv("TMPDIR");
     else setenv("TMPDIR", oldTmp.c_str(), 1);
     std::filesystem::remove_all(dir);
