@@ -30,6 +30,26 @@ void DTexFont::Reset() {
   lineHeight = 0;
 }
 
+void DTexFont::CreateFixed(int charWid, int lineHgt, int first, int last) {
+  Reset();
+  snprintf(name, sizeof(name), "fixed%dx%d", charWid, lineHgt);
+  minChar = first;
+  maxChar = last;
+  image.Create(charWid, lineHgt);
+  for (int i = 0; i < charWid * lineHgt * 4; i++) image.GetPixels()[i] = 255;
+  for (int code = first; code <= last; code++) {
+    DTexFontGlyph g;
+    g.code = code;
+    g.x = 0;
+    g.y = 0;
+    g.wid = charWid > 1 ? charWid - 1 : 1;
+    g.hgt = lineHgt;
+    g.advance = float(charWid);
+    AddGlyph(g);
+  }
+  ComputeTexCoords();
+}
+
 // ---- [texture coordinates] ------------------------------------------------------------
 
 void DTexFont::ComputeTexCoords() {

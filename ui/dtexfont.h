@@ -45,6 +45,11 @@ class DTexFont : public QObject {
   bool Create(const char *face = "Arial", int size = 11, int minChar = 32, int maxChar = 126,
               const char *outName = nullptr, int texWid = 256, int texHgt = 256);
 
+  // A synthetic fixed-width font for layout tests and programs without font
+  // files: every code in minChar..maxChar is a solid box charWid-1 wide and
+  // lineHgt high, advancing charWid. No files are read.
+  void CreateFixed(int charWid, int lineHgt, int minChar = 32, int maxChar = 126);
+
   // Draws text with the pen starting at (x, y), y being the top of the line
   // in OpenGL window coordinates of a canvas (y up: the line extends below).
   void Paint(const char *text, float x, float y, int len = -1);

@@ -27,6 +27,16 @@ bool QFont::Create() {
   return true;
 }
 
+bool QFont::CreateFixed(int charWid, int lineHgt) {
+  if (texFont) {
+    qerr("qfont", "QFont::CreateFixed", __LINE__, "QFont::Create(); font '%s' already created", name);
+    return false;
+  }
+  texFont = new DTexFont();
+  texFont->CreateFixed(charWid, lineHgt);
+  return true;
+}
+
 int QFont::GetHeight() const { return texFont ? texFont->GetHeight() : 0; }
 
 int QFont::GetWidth(const char *text, int len) const {

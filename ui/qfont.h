@@ -18,6 +18,9 @@ class QFont : public QObject {
   // nothing. False when the font files cannot be read.
   bool Create();
   bool IsCreated() const { return texFont != nullptr; }
+  // Creates a synthetic fixed-width font instead (DTexFont::CreateFixed);
+  // the same once-only rule applies.
+  bool CreateFixed(int charWid, int lineHgt);
   const char *GetName() const { return name; }
   int GetSize() const { return size; }
   unsigned GetStyle() const { return style; }
