@@ -11,8 +11,6 @@ QFont::QFont(const char *name_, int size_, unsigned style_) : size(size_), style
   snprintf(name, sizeof(name), "%s", name_ ? name_ : "");
 }
 
-QFont::~QFont() { delete texFont; }
-
 bool QFont::Create() {
   if (texFont) {
     qerr("qfont", "QFont::Create", __LINE__, "QFont::Create(); font '%s' already created", name);

@@ -2,16 +2,17 @@
 // texture font (DTexFont) loaded from "<name>.dtf" and "<name>.tga".
 #pragma once
 
+#include "ui/dtexfont.h"
 #include "ui/qobject.h"
-
-class DTexFont;
 
 class QFont : public QObject {
  public:
   // `name` is the texture font's path without extension, e.g.
   // "data/fonts/eurostile11". Nothing is loaded until Create.
   explicit QFont(const char *name, int size = 0, unsigned style = 0);
-  ~QFont() override;
+  // Inline on purpose: with no out-of-line virtual member, code that only
+  // draws with a font (QCanvas) does not drag in font loading at link time.
+  ~QFont() override { delete texFont; }
   const char *ClassName() const override { return "QFont"; }
 
   // Creates the font's texture font; a second creation is an error and does
