@@ -1,0 +1,56 @@
+// QPath: the search-path list.
+#include "base/qpath.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "base/qfile.h"
+#include "ui/diag/qdebug.h"
+
+bool QPath::Add(const char *dir) {
+  if (count_ >= MAX_PATHS) {
+    qwarn("qpath", "QPath::Add", __LINE__, "QPath:Add(); maximum (%d) reached\n", MAX_PATHS);
+    return false;
+  }
+  paths_[count_++] = strdup(dir ? dir : "");
+  return true;
+}
+
+void QPath::Clear() {
+  for (int i = 0; i < count_; i++) free(paths_[i]);
+  count_ = 0;
+}
+
+const char *QPath::GetPath(int index) const {
+  if (index < 0 || index >= count_) {
+    qwarn("qpath", "QPath::GetPath", __LINE__, "QPath:GetPath(%d) out of range\n", index);
+    return nullptr;
+  }
+  return paths_[index];
+}
+
+const char *QPath::FindFile(const char *name) const {
+  static char result[1024];
+  for (int i = 0; i < count_; i++) {
+    snprintf(result, sizeof result, "%s/%s", paths_[i], name);
+    if (QFileExists(result, true)) return result;
+  }
+  snprintf(result, sizeof result, "%s", name);
+  return result;
+}
+
+bool QPath::FindFile(const char *name, qstring *fullPath, qstring *dir) const {
+  char buf[1024];
+  for (int i = 0; i < count_; i++) {
+    snprintf(buf, sizeof buf, "%s/%s", paths_[i], name);
+    if (QFileExists(buf, true)) {
+      if (fullPath) *fullPath = buf;
+      if (dir) *dir = paths_[i];
+      return true;
+    }
+  }
+  if (fullPath) *fullPath = name;
+  if (dir) *dir = "";
+  return false;
+}
