@@ -59,3 +59,69 @@ bool qlog_last_written();
 enum : unsigned { QDEV_OPENGL_CHECKS = 0x1, QDEV_ARGUMENT_TRACING = 0x4 };
 unsigned qGetDevFlags();
 void qSetDevFlags(unsigned flags);
+
+// ---- links to the layers above (set by them; defaults work without) ----
+
+// Name of the current application object, shown in every log line ("-" when
+// none is set).
+void qSetAppName(const char *name);
+const char *qGetAppName();
+
+// The modal message box of QLOG_MSGBOX reports. The UI installs one that hides
+// a full-screen main window and waits for the box; without one the text goes
+// to standard error.
+typedef void (*QMessageBoxFunc)(const char *text, const char *title);
+QMessageBoxFunc qSetMessageBoxHandler(QMessageBoxFunc box);
+
+// Moves QLOG.txt (and with it QLOG_OLD.txt) somewhere else; a relative name is
+// made absolute against the working folder. An empty name makes the next
+// report start afresh with "QLOG.txt".
+void qSetLogFileName(const char *name);
+
+// Folder in which QOLOF looks for a source file it cannot open as named.
+void qSetSourcePath(const char *dir);
+
+// ---- UDP debug channel ----
+
+// Opens the channel towards host:port; false when the socket can't be made.
+bool qdbgChannelOpen(const char *host, int port);
+void qdbgChannelClose();
+// Sends raw text on the channel (used by the reporters).
+void qdbgChannelSend(const char *text);
+// 0 none yet, 1 open, -1 unavailable.
+int qdbgChannelState();
+
+// Settings stored for the networking layer.
+void qSetPortOffset(int offset);
+int qGetPortOffset();
+void qSetFakePacketDrops(int drops);
+int qGetFakePacketDrops();
+
+// ---- argument tracing ----
+void qargPush(const char *file, const char *func, int line, const char *fmt, ...) QFMT(4, 5);
+void qargPop();
+void qargPrint(const char *title, bool asNote);
+int qargFindThreadID();
+// Forgets both slots (for tests).
+void qargReset();
+int qargDepth(int slot);
+const char *qargText(int slot, int index);
+
+// ---- call trace file ----
+enum : unsigned {
+  QTRACE_WARN = 0x10,
+  QTRACE_ERR = 0x20,
+  QTRACE_DBG = 0x40,
+  QTRACE_DATE = 0x80,
+  QTRACE_TIME = 0x100,
+};
+// Opens the trace file ("wb"); a new one closes the old; null or "" closes it.
+bool qtraceOpen(const char *name, unsigned mask);
+void qtraceClose();
+void qtraceSetLevel(int level);
+// Writes one line (trailing newlines collapse into exactly one).
+void qtraceLine(unsigned bit, const char *text);
+void qtraceEnter(const char *cls, const char *method, const void *obj = nullptr);
+void qtraceLeave(const char *cls, const char *method, const void *obj = nullptr);
+void qtraceLeveled(int level, const char *fmt, ...) QFMT(2, 3);
+int qtraceDepth();
