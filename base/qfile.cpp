@@ -125,7 +125,7 @@ QFile::QFile(const char *name, FILE *fp, int mode) {
   }
   mode_ = mode & 0xFF;
   fp_ = fp;
-  if (fp_) g_openFiles++;  // closed through qfclose like any other
+  // Streams come from qfopen, which counted them already; qfclose uncounts.
 }
 
 QFile::QFile(const char *name, const char *buffer, int size) {
