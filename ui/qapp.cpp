@@ -45,7 +45,10 @@ QApp::~QApp() {
   delete winMgr;
   delete shell;
   delete display;
-  if (app == this) app = nullptr;
+  if (app == this) {
+    app = nullptr;
+    qSetAppName(nullptr);
+  }
 }
 
 void QApp::GetDesktopSize(int *wid, int *hgt) const {

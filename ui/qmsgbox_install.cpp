@@ -1,6 +1,19 @@
-// Connects the log's message-box output (QLOG_MSGBOX) to the platform's box.
+// Connects the log to the user interface: the application name of every log
+// line, and the modal box of QLOG_MSGBOX reports.
+#include "ui/diag/qdebug.h"
+#include "ui/qapp.h"
 #include "ui/qerror.h"
+#include "ui/qplatform.h"
 
-// The log writer in this build shows its boxes itself; nothing to connect
-// until it offers a handler.
-void QInstallMessageBox() {}
+// A box over a full-screen window would be hidden behind it: the window
+// goes first. Owner is the main window, when there is one.
+static void ShowLogBox(const char *text, const char *title) {
+  QPWindow *owner = app ? app->GetMainPlatformWindow() : nullptr;
+  if (owner && qpIsFullScreen(owner)) qpShowWindow(owner, false);
+  qpMessageBox(owner, title, text, QPMB_OK | QPMB_ICONEXCLAMATION);
+}
+
+void QInstallMessageBox() {
+  qSetAppName(app ? app->GetName() : nullptr);
+  qSetMessageBoxHandler(ShowLogBox);
+}

@@ -1,38 +1,26 @@
 // QApp's screenshots: F11 saves the back-buffer canvas, Control+Alt+F11 the
 // main window, as TGA files named "c:/t/%s%05d.tga".
 //
-// "c:/t/" is where the program has always put them; on this platform the
-// folder is mapped to the system's temporary folder (TMPDIR, else /tmp).
+// "c:/t/" is where the program has always put them; the library's path
+// mapping (QMapPath) turns that folder into the system's temporary folder
+// (TMPDIR, else /tmp) on this platform.
 #include <GL/gl.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
+#include "base/qfile.h"
 #include "ui/diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qimage.h"
 #include "ui/qplatform.h"
 
-static const char SHOT_FOLDER[] = "c:/t/";
 static const int MAX_SHOT_NUMBER = 99999;
 
 const char *QApp::GetScreenshotDir() {
   static char dir[512];
-  const char *tmp = getenv("TMPDIR");
-  if (!tmp || !*tmp) tmp = "/tmp";
-  snprintf(dir, sizeof(dir), "%s/", tmp);
-  return dir;
-}
-
-// Replaces the fixed folder at the start of a name by the mapped one.
-static void MapShotName(const char *name, char *out, int outSize) {
-  size_t n = strlen(SHOT_FOLDER);
-  if (strncmp(name, SHOT_FOLDER, n) == 0)
-    snprintf(out, size_t(outSize), "%s%s", QApp::GetScreenshotDir(), name + n);
-  else
-    snprintf(out, size_t(outSize), "%s", name);
+  return QMapPath("c:/t/", dir, sizeof(dir));
 }
 
 static bool FileExists(const char *path) {
@@ -46,7 +34,8 @@ bool QApp::MakeScreenshotName(const char *kind, char *out, int outSize) {
   char name[512];
   for (int i = 1; i <= MAX_SHOT_NUMBER; i++) {
     snprintf(name, sizeof(name), "c:/t/%s%05d.tga", kind, i);
-    MapShotName(name, out, outSize);
+    const char *mapped = QMapPath(name, out, size_t(outSize));
+    if (mapped != out) snprintf(out, size_t(outSize), "%s", mapped);
     if (!FileExists(out)) return true;
   }
   return false;

@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "platform/headless/qpscript.h"
+#include "tests/ui/capture.h"
 #include "tests/ui/gltest.h"
+#include "base/qinfo.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qplatform.h"
@@ -119,9 +121,17 @@ TEST_F(QAppTest, KeyboardHandlerSlots) {
   static bool (*const handlers[6])(QEvent *) = {
       [](QEvent *) { return false; }, [](QEvent *) { return false; }, [](QEvent *) { return false; },
       [](QEvent *) { return false; }, [](QEvent *) { return false; }, [](QEvent *) { return false; }};
+  ReportCapture rc;
   for (int i = 0; i < 5; i++) EXPECT_TRUE(a->AddKeyboardHandler(handlers[i])) << i;
   EXPECT_FALSE(a->AddKeyboardHandler(handlers[5]));
+  ASSERT_EQ(rc.warnings.size(), 1u);
+  EXPECT_EQ(rc.warnings[0], "QApp::AddKeyboardHandler(); out of handlers\n");
   EXPECT_FALSE(a->RemoveKeyboardHandler(handlers[5]));
+  char expect[128];
+  snprintf(expect, sizeof(expect), "QApp::RemoveKeyboardHandler(); can't find handler (%p)\n",
+           reinterpret_cast<void *>(handlers[5]));
+  ASSERT_EQ(rc.errors.size(), 1u);
+  EXPECT_EQ(rc.errors[0], expect);
   // Removing one frees its slot for the refused handler.
   EXPECT_TRUE(a->RemoveKeyboardHandler(handlers[2]));
   EXPECT_TRUE(a->AddKeyboardHandler(handlers[5]));
@@ -136,8 +146,11 @@ void ExitProc() { calls.push_back(-1); }
 
 TEST_F(QAppTest, CleanupTableRunsInOrderAndRefusesThe101st) {
   calls.clear();
+  ReportCapture rc;
   for (int i = 0; i < 100; i++) EXPECT_TRUE(a->AddCleanupProc(i % 2 ? Rec<1> : Rec<0>));
   EXPECT_FALSE(a->AddCleanupProc(Rec<7>));
+  ASSERT_EQ(rc.errors.size(), 1u);
+  EXPECT_EQ(rc.errors[0], "QApp::AddCleanupProc(); out of space - memory leaks WILL occur!\n");
   EXPECT_EQ(a->GetCleanupProcCount(), 100);
   a->SetExitProc(ExitProc);
   a->SetState(QApp::STATE_EXIT_RETURNS);
@@ -146,22 +159,52 @@ TEST_F(QAppTest, CleanupTableRunsInOrderAndRefusesThe101st) {
   EXPECT_EQ(calls[0], -1);  // exit procedure first
   for (int i = 0; i < 100; i++) EXPECT_EQ(calls[size_t(i) + 1], i % 2) << i;
   EXPECT_EQ(a->GetState() & QApp::STATE_EXIT_RETURNS, 0u);  // consumed
+  ASSERT_EQ(rc.debug.size(), 200u);
+  EXPECT_EQ(rc.debug[0], "QApp: calling cleanup proc 0...\n");
+  EXPECT_EQ(rc.debug[1], "  cleanup 0 returned.\n");
+  EXPECT_EQ(rc.debug[199], "  cleanup 99 returned.\n");
 }
 
 TEST_F(QAppTest, CrashTableRefusesNullAndTheEleventh) {
   calls.clear();
+  ReportCapture rc;
   EXPECT_FALSE(a->AddCrashProc(nullptr));
   for (int i = 0; i < 10; i++) EXPECT_TRUE(a->AddCrashProc(i == 3 ? Rec<3> : Rec<0>));
   EXPECT_FALSE(a->AddCrashProc(Rec<9>));
+  ASSERT_EQ(rc.errors.size(), 2u);
+  EXPECT_EQ(rc.errors[0], "QApp:AddCrashProc(); func=0\n");
+  EXPECT_EQ(rc.errors[1], "QApp::AddCrashProc(); out of space\n");
   a->RunCrashProcs();
   ASSERT_EQ(calls.size(), 10u);
   EXPECT_EQ(calls[3], 3);
 }
 
 TEST_F(QAppTest, UnsupportedCallsReturnZero) {
+  ReportCapture rc;
   EXPECT_EQ(a->AddTimer(10, Idle), 0);
   EXPECT_EQ(a->GetEventFD(), 0);
   EXPECT_EQ(a->GetVTraceCount(), 0);
+  ASSERT_EQ(rc.errors.size(), 3u);
+  EXPECT_EQ(rc.errors[0], "QApp:AddTimer() not supported on Win32/Linux\n");
+  EXPECT_EQ(rc.errors[1], "QApp:GetEventFD() not supported on this platform.\n");
+  EXPECT_EQ(rc.errors[2], "QApp:GetVTraceCount() no longer supported\n");
+}
+
+TEST_F(QAppTest, SecondSetInfoIsRefused) {
+  ReportCapture rc;
+  QInfo *first = reinterpret_cast<QInfo *>(0x10), *second = reinterpret_cast<QInfo *>(0x20);
+  a->SetInfo(first);
+  a->SetInfo(second);
+  EXPECT_EQ(a->GetInfo(), first);
+  ASSERT_EQ(rc.errors.size(), 1u);
+  EXPECT_EQ(rc.errors[0], "QApp::SetInfo(); info is already open; call CloseInfo() first\n");
+  a->CloseInfo();
+  a->SetInfo(second);
+  EXPECT_EQ(a->GetInfo(), second);
+}
+
+TEST_F(QAppTest, LogCarriesTheApplicationName) {
+  EXPECT_STREQ(qGetAppName(), "apptest");
 }
 
 // Feeds one event and returns the combined key code QApp computed.
@@ -273,6 +316,7 @@ class ScreenshotTest : public QAppTest {
 };
 
 TEST_F(ScreenshotTest, ControlAltF11SavesNumberedUiFiles) {
+  ReportCapture rc;
   Feed(a, QEVENT_KEYPRESS, QK_F11);  // no back-buffer canvas: nothing written
   Feed(a, QEVENT_KEYRELEASE, QK_F11);
   Feed(a, QEVENT_KEYPRESS, QK_CTRL);
@@ -285,6 +329,10 @@ TEST_F(ScreenshotTest, ControlAltF11SavesNumberedUiFiles) {
   Feed(a, QEVENT_KEYPRESS, QK_F11);
   EXPECT_TRUE(std::filesystem::exists(dir / "ui00002.tga"));
   EXPECT_FALSE(std::filesystem::exists(dir / "bc00001.tga"));
+  ASSERT_EQ(rc.debug.size(), 4u);
+  EXPECT_EQ(rc.debug[0], "> No BC present.\n");
+  EXPECT_EQ(rc.debug[1], "> No UI present.\n");
+  EXPECT_EQ(rc.debug[2], "> Saving screenshot of UI in '" + (dir / "ui00001.tga").string() + "'\n");
 }
 
 TEST_F(ScreenshotTest, F11SavesTheBackBufferCanvas) {

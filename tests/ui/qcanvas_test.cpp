@@ -2,6 +2,7 @@
 // real pixels read back from an offscreen OpenGL window.
 #include <gtest/gtest.h>
 
+#include "tests/ui/capture.h"
 #include "tests/ui/gltest.h"
 #include "ui/qcanvas.h"
 
@@ -34,6 +35,32 @@ TEST(QCanvasState, PaletteCodes) {
   }
 }
 
+TEST(QCanvasState, UnknownCodeWarns) {
+  ReportCapture rc;
+  QCanvas c;
+  c.SetColor(12u);
+  ASSERT_EQ(rc.warnings.size(), 1u);
+  EXPECT_EQ(rc.warnings[0], "QCanvas::SetColor(12) unknown PX_xxx\n");
+}
+
+TEST(QCanvasState, ReportsOfUnsupportedCalls) {
+  ReportCapture rc;
+  QCanvas c;
+  c.Text("x", 0, 0);
+  c.Text3D("x", 0, 0, 0);
+  c.Shade(QRect(0, 0, 1, 1));
+  c.SetMode(QCANVAS_MODE_X);
+  c.Line(0, 0, 1, 1);
+  c.Blit(0, 0, 1, 1, 2, 2);
+  c.Outline(QRect(0, 0, 4, 4));
+  const char *expect[] = {"QCanvas:Text(); no font selected\n", "QCanvas:Text3D(); no font selected\n",
+                          "QCanvas::Shade obsolete call\n", "Canvas:Line not supported for X\n",
+                          "QCanvas::Blit() not implemented for USEX\n", "QCanvas:Outline not support for ISX\n"};
+  ASSERT_EQ(rc.warnings.size(), 6u);
+  for (int i = 0; i < 6; i++) EXPECT_EQ(rc.warnings[size_t(i)], expect[i]);
+  EXPECT_EQ(c.GetColor(), QColor(139, 201, 219, 255));  // Outline still sets its colour
+}
+
 TEST(QCanvasState, PackedColourUnpacksRedFirst) {
   QCanvas c;
   c.SetColor(QColor(0x11223344u));
@@ -54,10 +81,12 @@ TEST(QCanvasState, CoordinateRule) {
 }
 
 TEST(QCanvasState, TextMlRefusesOversizedText) {
+  ReportCapture rc;
   QCanvas c;  // no font: the refusal comes before any drawing
   std::string big(QCanvas::TEXTML_BUFFER, 'x');
   c.TextML(big.c_str(), 0, 0);
-  SUCCEED();
+  ASSERT_EQ(rc.warnings.size(), 1u);
+  EXPECT_EQ(rc.warnings[0], "QCanvas::TextML(); text>temp buffer\n");
 }
 
 using QCanvasPixels = GLTest;

@@ -1,0 +1,46 @@
+// Collects what the reporters say while it lives: errors, warnings and
+// debug messages through the hooks of the diagnostics, the previous hooks
+// restored afterwards.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ui/diag/qdebug.h"
+
+class ReportCapture {
+ public:
+  ReportCapture() {
+    Current() = this;
+    oldErr = qSetErrorHook(&OnErr);
+    oldWarn = qSetWarnHook(&OnWarn);
+    oldDbg = qSetDebugHook(&OnDbg);
+  }
+  ~ReportCapture() {
+    qSetErrorHook(oldErr);
+    qSetWarnHook(oldWarn);
+    qSetDebugHook(oldDbg);
+    Current() = nullptr;
+  }
+  std::vector<std::string> errors, warnings, debug;
+  // True when some message of the list contains `text`.
+  static bool Has(const std::vector<std::string> &list, const std::string &text) {
+    for (const std::string &m : list)
+      if (m.find(text) != std::string::npos) return true;
+    return false;
+  }
+
+ private:
+  static ReportCapture *&Current() {
+    static ReportCapture *cur = nullptr;
+    return cur;
+  }
+  static int OnErr(const char *, const char *m) { return Store(&ReportCapture::errors, m); }
+  static int OnWarn(const char *, const char *m) { return Store(&ReportCapture::warnings, m); }
+  static int OnDbg(const char *, const char *m) { return Store(&ReportCapture::debug, m); }
+  static int Store(std::vector<std::string> ReportCapture::*list, const char *m) {
+    if (Current()) (Current()->*list).push_back(m ? m : "");
+    return 0;
+  }
+  QReportHook oldErr, oldWarn, oldDbg;
+};
