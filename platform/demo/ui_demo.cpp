@@ -5,7 +5,7 @@
 //   ui_demo: clicks=<n> frames=<n> fps=<f> cpu_ms_per_frame=<f>
 //
 // Options: --frames N  stop after N frames; --nosleep  no 16 ms pause per
-// frame (for measuring).
+// frame (for measuring); --font NAME  draw text with that texture font.
 #include <sys/resource.h>
 
 #include <cstdio>
@@ -14,6 +14,7 @@
 
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
+#include "ui/qfont.h"
 #include "ui/qplatform.h"
 
 namespace {
@@ -23,6 +24,7 @@ const QRect BOX(40, 300, 160, 60);
 
 QPWindow *win = nullptr;
 QCanvas *canvas = nullptr;
+QFont *font = nullptr;
 int clicks = 0;
 long frames = 0;
 long maxFrames = -1;
@@ -64,6 +66,14 @@ void Paint() {
   c.SetColor(clicks % 2 ? QCANVAS_PX_LTTEAL : QCANVAS_PX_WARMGRAY);
   c.Rectfill(BOX);
   c.Outline(BOX);
+  if (font && font->IsCreated()) {
+    char text[64];
+    snprintf(text, sizeof(text), "Clicks: %d", clicks);
+    c.SetColor(QCANVAS_PX_BLACK);
+    c.Text(text, BOX.x + 12, BOX.y + 20);
+    c.SetColor(QCANVAS_PX_WHITE);
+    c.TextML("Tyrograph UI demo\nClick the box, press Escape to leave.\n0123456789 +-.,:; ABCxyz", 40, 400);
+  }
   qpSwapBuffers(win);
   frames++;
   if (maxFrames >= 0 && frames >= maxFrames) app->Exit(0);
@@ -91,9 +101,11 @@ bool Events(QEvent *e) {
 }  // namespace
 
 int main(int argc, char **argv) {
+  const char *fontName = nullptr;
   for (int i = 1; i < argc; i++) {
     if (!strcmp(argv[i], "--frames") && i + 1 < argc) maxFrames = atol(argv[++i]);
     else if (!strcmp(argv[i], "--nosleep")) sleepEachFrame = false;
+    else if (!strcmp(argv[i], "--font") && i + 1 < argc) fontName = argv[++i];
   }
   QApp *a = new QApp(argc, argv, "ui_demo");
   win = qpCreateWindow("ui_demo", 40, 40, WID, HGT, QPW_NORESIZE);
@@ -105,6 +117,11 @@ int main(int argc, char **argv) {
   canvas = new QCanvas();
   canvas->SetTargetSize(WID, HGT);
   a->SetBC(canvas);
+  if (fontName) {
+    font = new QFont(fontName);
+    font->Create();
+    canvas->SetFont(font);
+  }
   a->AddKeyboardHandler(Keys);
   a->SetEventProc(Events);
   a->SetIdleProc(Paint);

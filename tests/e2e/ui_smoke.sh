@@ -18,7 +18,7 @@ cat > "$WORK/inner.sh" <<'INNER'
 set -u
 DEMO=$1; SRC=$2; WORK=$3; BUILD=$4
 cd "$SRC"
-"$DEMO" >"$WORK/out.txt" 2>"$WORK/err.txt" &
+"$DEMO" --font data/fonts/eurostile11 >"$WORK/out.txt" 2>"$WORK/err.txt" &
 pid=$!
 wid=$(timeout 20 xdotool search --sync --onlyvisible --name '^ui_demo$' | head -1)
 if [ -z "$wid" ]; then echo "ui_smoke: the demo window never appeared"; kill $pid; exit 1; fi
