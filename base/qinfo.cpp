@@ -139,7 +139,9 @@ bool QInfoImpl::PathEquals(const QInfoNode *n, const char *key, size_t keyLen) {
   for (; n && n->parent && count < QInfo::MAX_LEVEL; n = n->parent, count++) {
     if (count && (end == key || *--end != '.')) return false;
     size_t len = size_t(n->name.Length());
-    if (size_t(end - key) < len || memcmp(end - len, n->Name(), len) != 0) return false;
+    if (size_t(end - key) < len) return false;
+    const char *name = n->Name();
+    if (len && (end[-1] != name[len - 1] || memcmp(end - len, name, len - 1) != 0)) return false;
     end -= len;
   }
   return count && end == key;
