@@ -9,6 +9,7 @@
 
 #include "ui/diag/qdebug.h"
 #include "ui/dtexfont.h"
+#include "ui/qerror.h"
 #include "ui/qfont.h"
 
 // ---- [palette and colour] ----------------------------------------------------------
@@ -110,6 +111,11 @@ void QCanvas::NoClip() { glDisable(GL_SCISSOR_TEST); }
 
 // ---- [primitives] ----------------------------------------------------------------------
 
+// With dev.opengl_checks on, each primitive reports the OpenGL errors it left.
+static void AfterDraw(const char *where) {
+  if (qGetDevFlags() & QDEV_OPENGL_CHECKS) QShowGLErrors(where);
+}
+
 void QCanvas::Clear() {
   glClearColor(float(color.GetR()) / 255.0f, float(color.GetG()) / 255.0f, float(color.GetB()) / 255.0f,
                float(color.GetA()) / 255.0f);
@@ -141,6 +147,7 @@ void QCanvas::Line(int x1, int y1, int x2, int y2, const QColor *c1, const QColo
   glBegin(GL_POINTS);
   glVertex2i(MapX(x2), MapY(y2));
   glEnd();
+  AfterDraw("QCanvas::Line");
 }
 
 void QCanvas::Rectfill(int x, int y, int wid, int hgt) {
@@ -155,6 +162,7 @@ void QCanvas::Rectfill(int x, int y, int wid, int hgt) {
   glVertex2i(left + wid, top - hgt);
   glVertex2i(left, top - hgt);
   glEnd();
+  AfterDraw("QCanvas::Rectfill");
 }
 
 void QCanvas::Rectline(int x, int y, int wid, int hgt) {
@@ -173,6 +181,7 @@ void QCanvas::Triangle(int x1, int y1, int x2, int y2, int x3, int y3) {
   glVertex2i(MapX(x2), MapY(y2));
   glVertex2i(MapX(x3), MapY(y3));
   glEnd();
+  AfterDraw("QCanvas::Triangle");
 }
 
 void QCanvas::Outline(const QRect &r) {
@@ -196,6 +205,7 @@ void QCanvas::DrawPixels(const unsigned char *rgba, int wid, int hgt, int x, int
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   glDrawPixels(wid, hgt, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
   glPixelZoom(1.0f, 1.0f);
+  AfterDraw("QCanvas::DrawPixels");
 }
 
 void QCanvas::Blit(int sx, int sy, int wid, int hgt, int dx, int dy) {
@@ -206,6 +216,7 @@ void QCanvas::Blit(int sx, int sy, int wid, int hgt, int dx, int dy) {
   glDisable(GL_BLEND);
   glRasterPos2i(MapX(dx), MapY(dy + hgt - 1));
   glCopyPixels(MapX(sx), MapY(sy + hgt - 1), wid, hgt, GL_COLOR);
+  AfterDraw("QCanvas::Blit");
 }
 
 void QCanvas::Shade(const QRect &) { qwarn("qcanvas", "QCanvas::Shade", __LINE__, "QCanvas::Shade obsolete call"); }
@@ -227,6 +238,7 @@ void QCanvas::Text(const char *text, int x, int y, int len, unsigned style) {
   SendColor(color);
   tf->Paint(text, float(MapX(x)), float(MapY(y) + 1), len);
   ApplyBlending();
+  AfterDraw("QCanvas::Text");
 }
 
 void QCanvas::Text3D(const char *, float, float, float, unsigned style) {

@@ -181,6 +181,24 @@ TEST_F(QCanvasPixels, TriangleFillsItsBox) {
   EXPECT_PIXEL(Pixel(9, 10), 0, 0, 0, 0);
 }
 
+TEST_F(QCanvasPixels, OpenGLChecksReportAfterPrimitives) {
+  while (glGetError() != GL_NO_ERROR) {
+  }
+  unsigned saved = qGetDevFlags();
+  ReportCapture rc;
+  glEnable(0xFFFF);  // an error left behind by someone
+  cv.Rectfill(0, 0, 2, 2);  // checks off: nothing said
+  EXPECT_TRUE(rc.errors.empty());
+  qSetDevFlags(saved | QDEV_OPENGL_CHECKS);
+  glEnable(0xFFFF);
+  cv.Rectfill(0, 0, 2, 2);
+  qSetDevFlags(saved);
+  ASSERT_EQ(rc.errors.size(), 1u);
+  EXPECT_EQ(rc.errors[0].rfind("QCanvas::Rectfill: OpenGL error (1280): ", 0), 0u) << rc.errors[0];
+  while (glGetError() != GL_NO_ERROR) {
+  }
+}
+
 TEST_F(QCanvasPixels, DrawPixelsTopRowFirst) {
   unsigned char img[2 * 2 * 4] = {255, 0, 0, 255, 0, 255, 0, 255,  // top: red, green
                                   0, 0, 255, 255, 255, 255, 255, 255};

@@ -1,1 +1,0 @@
-// Keeps the tyre library non-empty until the model lands.
