@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "base/qfile.h"
 #include "tests/base/qinfo_test_util.h"
 
 using namespace qinfotest;
@@ -212,6 +213,18 @@ TEST_F(WriteTest, UnwritablePathWarns) {
   Reports reports;
   EXPECT_FALSE(info->Write("nodir/x.ini", false));
   EXPECT_EQ(reports.Joined(), "W: QInfo:Write(); file (nodir/x.ini) can't be written");
+}
+
+TEST_F(WriteTest, FailedWriteWarnsAndKeepsTheTreeModified) {
+  auto info = ReadText("a=1\n");
+  info->SetInt("a", 2);
+  Reports reports;
+  qfFailNextWrites(1);
+  EXPECT_FALSE(info->Write());
+  EXPECT_EQ(reports.Joined(), "W: QInfo:Write(); file (t.ini) can't be written");
+  EXPECT_TRUE(info->GetFlags() & QINFO_MODIFIED);
+  EXPECT_TRUE(info->Write());  // the next try goes through
+  EXPECT_EQ(ReadFile("t.ini"), "a=2\n");
 }
 
 // ---- Write with the modification check ------------------------------------------------
