@@ -1,0 +1,193 @@
+// KPacejka: one tyre of the simulator library.
+//
+// The object holds one coefficient set for one of four model variants
+// (0 Pacejka89/96, 1 Magic Formula 5.2, 2 Pacejka2006, 3 Magic Formula 6.1),
+// the operating point at which it is evaluated and the results of the last
+// Calculate. All numbers are single precision.
+//
+// Units: the setters take SI (radians, newtons, slip ratio as a fraction);
+// the object stores degrees, kilonewtons and percent; forces come out in N
+// and the moment in N·m.
+//
+// Every data member is public: the application, the editor and the exports
+// read and write coefficients directly. The members keep their declaration
+// order (the Pacejka89/96 run is addressed by position from a0, see Pac96());
+// kpacejkaMembers below names each of them for loading, dumping and editing.
+//
+// The implementation is split by concept:
+//   kpacejka.cpp         construction, reset, setters, accessors, CreateSystem
+//   kpacejka_load.cpp    Load, LoadFromInfo and the camber plausibility check
+//   kpacejka_pac96.cpp   model 0
+//   kpacejka_mf52.cpp    models 1 and 3 (and every unknown model number)
+//   kpacejka_pac2006.cpp model 2
+//   kpacejka_limits.cpp  dispatch, friction limits and the NaN guard
+//   kpacejka_tir.cpp     LoadFromTirFile
+//   kpacejka_names.cpp   the member-name table
+#pragma once
+
+#include <cstdint>
+
+class QInfo;
+class PSystem;
+
+class KPacejka {
+ public:
+  // Model numbers.
+  enum : int { PAC96 = 0, MF52 = 1, PAC2006 = 2, MF61 = 3 };
+  // Bits of `flags`.
+  enum : uint32_t { NEGATE_CAMBER = 0x1 };
+  static constexpr int PAC96_COUNT = 46;    // a0 ... c17
+  static constexpr int SCALING_COUNT = 28;  // lfz0 ... lres
+
+  KPacejka();
+  ~KPacejka();
+  KPacejka(const KPacejka &) = delete;
+  KPacejka &operator=(const KPacejka &) = delete;
+
+  // ---- Loading ---------------------------------------------------------------
+  // model = 0; Pac96 coefficients and all Magic Formula coefficients 0;
+  // scaling factors, zeta0..zeta8, lmp, lkyc, lt 1.0. Ranges, operating point,
+  // tyre data and flags are left alone.
+  void ResetCoefficients();
+  // One tyre from the section `path` of a configuration tree ("wheel0.pacejka"),
+  // through an import_file TIR file when the section names one; ends with the
+  // camber plausibility check (two evaluations, warnings only).
+  void Load(QInfo *info, const char *path);
+  // The keys of the section; Pac96 coefficients default to 0, everything else
+  // to its current value. Always true.
+  bool LoadFromInfo(QInfo *info, const char *path);
+  // The Magic Formula properties of a TIR file; selects model 1 or 3. Always true.
+  bool LoadFromTirFile(const char *fileName);
+
+  // ---- Operating point (SI in, stored in degrees / percent / kN) --------------
+  void SetCamber(float radians);
+  void SetNormalLoad(float newtons);
+  void SetPeakLoad(float newtons);
+  void SetSlipAngle(float radians);
+  void SetSlipRatio(float ratio);
+  float GetCamber() const;
+
+  // ---- Evaluation --------------------------------------------------------------
+  // Fx, Fy, Mz (and the curve statistics) at the stored operating point.
+  // Allocation-free; single precision.
+  void Calculate();
+
+  // ---- Accessors -----------------------------------------------------------------
+  float GetLateralFriction() const;
+  float GetLongitudinalFriction() const;
+  const char *GetModelName() const;
+  static const char *GetModelName(int model);
+  // The Pacejka89/96 coefficient at position i (0 = a0 ... 45 = c17).
+  float &Pac96(int i);
+  // Registers the live parameters and signals under `parent` (once).
+  void CreateSystem(PSystem *parent);
+  PSystem *GetSystem() const { return system; }
+
+  // The NaN reports of Calculate fire once per process and quantity. Tests
+  // that need to see a report again re-arm them here; nothing else does.
+  static void RearmNaNReports();
+
+  // ==== Data, in declaration order ================================================
+  uint32_t flags;  // bit 0: negate_camber
+
+  // Pacejka89/96 coefficients (46, contiguous; no a11, no b13).
+  float a0, a1, a2, a3, a4, a5, a6, a7, a8, a9, a10, a111, a112, a12, a13;
+  float b0, b1, b2, b3, b4, b5, b6, b7, b8, b9, b10, b11, b12;
+  float c0, c1, c2, c3, c4, c5, c6, c7, c8, c9, c10, c11, c12, c13, c14, c15, c16, c17;
+
+  // Scaling factors (28, contiguous).
+  float lfz0, lcx, lmux, lex, lkx, lhx, lvx, lgax, lcy, lmuy, ley, lky, lhy, lvy, lgay,
+      lxal, lyka, lvyka, ls, lsgkp, lsgal, lgyr, lmx, lvmx, lmy, lgaz, ltr, lres;
+
+  // Magic Formula, longitudinal.
+  float pcx1, pdx1, pdx2, pdx3, pex1, pex2, pex3, pex4, pkx1, pkx2, pkx3, phx1, phx2, pvx1,
+      pvx2, rbx1, rbx2, rbx3, rcx1, rex1, rex2, rhx1, ptx1, ptx2, ptx3;
+  // Magic Formula, lateral.
+  float pcy1, pdy1, pdy2, pdy3, pey1, pey2, pey3, pey4, pky1, pky2, pky3, phy1, phy2, phy3,
+      pvy1, pvy2, pvy3, pvy4, rby1, rby2, rby3, rby4, rcy1, rey1, rey2, rhy1, rhy2, rvy1,
+      rvy2, rvy3, rvy4, rvy5, rvy6, pty1, pty2;
+  float lateralSpare[7];  // lateral-model floats no key reads (0)
+  // Magic Formula, aligning (no qbz7, qbz8, qdz5).
+  float qbz1, qbz2, qbz3, qbz4, qbz5, qbz6, qbz9, qbz10, qcz1, qdz1, qdz2, qdz3, qdz4, qdz6,
+      qdz7, qdz8, qdz9, qez1, qez2, qez3, qez4, qez5, qhz1, qhz2, qhz3, qhz4, ssz1, ssz2, ssz3,
+      ssz4;
+  // Turn-slip factors of the Pacejka2006 model (1.0: turn slip neglected).
+  float zeta0, zeta1, zeta2, zeta3, zeta4, zeta5, zeta6, zeta7, zeta8;
+  float turnSlipSpare;  // 0
+
+  // Tyre data.
+  float r0;            // unloaded radius (m)
+  float fz0;           // nominal load (N)
+  float longv;         // reference speed (m/s)
+  float mbelt;         // belt mass
+  float tyreSpare;     // 1.0
+  float fyShiftScale;  // factor of the combined-slip lateral shift
+  float tyreSpare3[3];  // 0
+  float lmp, lkyc, lt;
+
+  int32_t model;
+
+  // Validity ranges (the setters clamp into them).
+  float slipAngleMin, slipAngleMax;  // radians
+  float slipRatioMin, slipRatioMax;
+  float camberMin, camberMax;
+  float fzMin, fzMax;  // N
+
+  // Operating point (inputs of Calculate).
+  float camber;          // degrees, already negated for a negate_camber tyre
+  float sideSlip;        // slip angle, degrees
+  float slipPercentage;  // slip ratio x 100
+  float Fz;              // load, kN
+  float FzPeak;          // load that scales the peak D, kN
+
+  // Results (outputs of Calculate).
+  float Bx, Cx, Dx;
+  float By, Cy, Dy;
+  float Fx, Fy, Mz;  // N, N, N·m
+  float resultSpare;
+  float longStiffness;       // B·C·D of Fx
+  float corneringStiffness;  // B·C·D of Fy, per radian
+  float peakFx;              // Dx + Svx
+  float peakFy;              // Dy + Svy
+  float resultSpares[4];
+
+  PSystem *system;  // owned; made by CreateSystem
+
+ private:
+  float CalculateFx();
+  float CalculateFy();
+  float CalculateMz();
+  void CalculateMF52();
+  void CalculateMF61();
+  void CalculateMagicFormula(bool mf61);
+  void CalculatePac2006();
+  void ApplyLimits();
+  void CheckCamber();
+};
+
+// ---- The member-name table ----------------------------------------------------
+// One entry per named member, in declaration order: flags, a0 ... c17, the
+// scaling factors, the Magic Formula coefficients, zeta0 ... zeta8, r0, fz0,
+// longv, mbelt, fyShiftScale, lmp, lkyc, lt, model, and the range ends
+// slipangle_min ... fz_max. Loading, the CLI, the editor and the exports all
+// go through it.
+struct KPacejkaMember {
+  enum Kind : uint8_t { FLOAT, INT, FLAGS };
+  const char *name;
+  Kind kind;
+  uint32_t offset;  // byte offset in KPacejka
+};
+
+extern const KPacejkaMember kpacejkaMembers[];
+extern const int kpacejkaMemberCount;
+
+// The entry named `name` (exact, case-sensitive), or null.
+const KPacejkaMember *KPacejkaFindMember(const char *name);
+// Index of the entry named `name`, or -1.
+int KPacejkaMemberIndex(const char *name);
+// The member's value as a double (model and flags converted exactly).
+double KPacejkaGetMember(const KPacejka &tyre, const KPacejkaMember &m);
+// Writes the member (model and flags truncated to integers).
+void KPacejkaSetMember(KPacejka &tyre, const KPacejkaMember &m, double value);
+// The float behind a FLOAT entry; null for model and flags.
+float *KPacejkaFloat(KPacejka &tyre, const KPacejkaMember &m);
