@@ -117,6 +117,26 @@ TEST_F(QAppTest, Run1DispatchOrder) {
   }
 }
 
+TEST_F(QAppTest, RunPendingHandsFlagAndModalWindowToTheShellAndDrainsTheQueue) {
+  WireAll();
+  TraceShell *shell = static_cast<TraceShell *>(a->GetFocusShell());
+  QWindow *modal = reinterpret_cast<QWindow *>(0x4000);
+  qpsKeyTap('X');
+  qpsClick(5, 6);
+  a->RunPending(modal, 7);
+  EXPECT_EQ(shell->GetFlag(), 7);
+  EXPECT_EQ(shell->GetModal(), modal);
+  EXPECT_EQ(qpsPendingCount(), 0);
+  EXPECT_EQ(a->GetMouseX(), 5);
+  EXPECT_EQ(a->GetMouseButtons(), 0u);  // pressed and released
+  int x = 0, y = 0;
+  unsigned b = 1;
+  qpGetMouse(&x, &y, &b);  // the scripted mouse followed the events
+  EXPECT_EQ(x, 5);
+  EXPECT_EQ(y, 6);
+  EXPECT_EQ(b, 0u);
+}
+
 TEST_F(QAppTest, KeyboardHandlerSlots) {
   static bool (*const handlers[6])(QEvent *) = {
       [](QEvent *) { return false; }, [](QEvent *) { return false; }, [](QEvent *) { return false; },
