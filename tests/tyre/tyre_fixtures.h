@@ -73,3 +73,27 @@ inline void Evaluate(KPacejka &t, double Fz, double kappa, double alpha, double 
 // N·m) for values that are small differences of forces of thousands of N.
 #define EXPECT_REF(got, ref) \
   EXPECT_NEAR(double(got), (ref), 5e-5 * std::fabs(ref) + 1e-2) << #got
+
+// A scratch folder per test, removed afterwards.
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+class TyreFileTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    char tmpl[] = "/tmp/tyre_test_XXXXXX";
+    ASSERT_NE(mkdtemp(tmpl), nullptr);
+    dir = tmpl;
+  }
+  void TearDown() override { std::filesystem::remove_all(dir); }
+  // Writes `text` to dir/name (creating folders) and returns the full name.
+  std::string Write(const std::string &name, const std::string &text) {
+    const std::string path = dir + "/" + name;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+  }
+  std::string dir;
+};
