@@ -1,0 +1,53 @@
+// tyrograph-cli export-ascii: the window's "Export ASCII" file, byte for byte.
+#include <cstdio>
+#include <string>
+
+#include "cli/cli.h"
+#include "cli/tyreopts.h"
+#include "tool/export.h"
+
+namespace {
+
+int RunExportAscii(const std::vector<std::string> &args) {
+  auto *st = new CliTyreState;
+  std::vector<std::string> rest;
+  std::string out;
+  int steps = -1;
+  float maximum = 0.0f;
+  bool haveMax = false;
+  if (CliWantsHelp("export-ascii", args, "--steps N --max X [-o OUT]")) {
+    delete st;
+    return 0;
+  }
+  bool ok = CliParseTyreArgs("export-ascii", args, {"--steps", "--max", "-o"}, st, &rest);
+  for (size_t i = 0; ok && i < rest.size(); i++) {
+    if (rest[i] == "--steps") {
+      ok = CliParseInt("export-ascii", "--steps", rest[++i], &steps);
+    } else if (rest[i] == "--max") {
+      ok = CliParseFloat("export-ascii", "--max", rest[++i], &maximum);
+      haveMax = true;
+    } else if (rest[i] == "-o") {
+      out = rest[++i];
+    } else {
+      fprintf(stderr, "tyrograph-cli export-ascii: unknown option '%s'\n", rest[i].c_str());
+      ok = false;
+    }
+  }
+  // The window asks again for a negative count or a maximum not above 0.
+  if (ok && (steps < 0 || !haveMax || !(maximum > 0.0f))) {
+    fprintf(stderr, "tyrograph-cli export-ascii: needs --steps N (N >= 0) and --max X (X > 0)\n");
+    ok = false;
+  }
+  if (!ok || !CliLoadTyres("export-ascii", st)) {
+    delete st;
+    return 2;
+  }
+  std::string text = ExportAsciiText(&st->tyres[CURVE_FX], &st->tyres[CURVE_FY], steps, maximum);
+  delete st;
+  return CliEmit("export-ascii", out, text);
+}
+
+CliCommand reg{"export-ascii", "TYRE --steps N --max X [-o OUT] [POINT]", "the \"Export ASCII\" file",
+               50, RunExportAscii};
+
+}  // namespace

@@ -1,0 +1,157 @@
+// Shared option parsing of the curve and export subcommands.
+#include "cli/tyreopts.h"
+
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "tool/carload.h"
+#include "tool/export.h"
+
+bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out) {
+  char *end = nullptr;
+  errno = 0;
+  double v = strtod(text.c_str(), &end);
+  if (text.empty() || *end || errno == ERANGE || !std::isfinite(v)) {
+    fprintf(stderr, "tyrograph-cli %s: %s: '%s' is not a number\n", cmd, option, text.c_str());
+    return false;
+  }
+  *out = static_cast<float>(v);
+  return true;
+}
+
+bool CliParseInt(const char *cmd, const char *option, const std::string &text, int *out) {
+  char *end = nullptr;
+  errno = 0;
+  long v = strtol(text.c_str(), &end, 10);
+  if (text.empty() || *end || errno == ERANGE || v < -1000000000L || v > 1000000000L) {
+    fprintf(stderr, "tyrograph-cli %s: %s: '%s' is not a whole number\n", cmd, option, text.c_str());
+    return false;
+  }
+  *out = int(v);
+  return true;
+}
+
+static bool ParseSet(const char *cmd, const std::string &text, CliTyreState *state) {
+  size_t eq = text.find('=');
+  std::string key = text.substr(0, eq);
+  if (eq == std::string::npos || !KPacejkaFindMember(key.c_str())) {
+    fprintf(stderr, "tyrograph-cli %s: --set: '%s' is not KEY=VALUE with a tyre member name (a0 ... c17, lfz0, pcx1, ...)\n",
+            cmd, text.c_str());
+    return false;
+  }
+  float v;
+  if (!CliParseFloat(cmd, "--set", text.substr(eq + 1), &v)) return false;
+  state->sets.emplace_back(key, v);
+  return true;
+}
+
+// One shared option with its value; false on a bad value.
+static bool ParseOption(const char *cmd, const std::string &opt, const std::string &val, CliTyreState *state) {
+  if (opt == "--wheel") return CliParseInt(cmd, "--wheel", val, &state->wheel);
+  if (opt == "--load") return CliParseFloat(cmd, "--load", val, &state->point.load);
+  if (opt == "--slip-ratio") return CliParseFloat(cmd, "--slip-ratio", val, &state->point.slipRatio);
+  if (opt == "--slip-angle") return CliParseFloat(cmd, "--slip-angle", val, &state->point.slipAngle);
+  if (opt == "--camber") return CliParseFloat(cmd, "--camber", val, &state->point.camber);
+  if (opt == "--set") return ParseSet(cmd, val, state);
+  // --zoom
+  if (val != "on" && val != "off") {
+    fprintf(stderr, "tyrograph-cli %s: --zoom: '%s' is neither on nor off\n", cmd, val.c_str());
+    return false;
+  }
+  state->zoom = val == "on";
+  return true;
+}
+
+bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
+                      const std::vector<std::string> &valued, CliTyreState *state,
+                      std::vector<std::string> *rest) {
+  static const char *const shared[] = {"--wheel", "--load", "--slip-ratio", "--slip-angle",
+                                       "--camber", "--zoom", "--set"};
+  for (size_t i = 0; i < args.size(); i++) {
+    const std::string &a = args[i];
+    bool isShared = false;
+    for (const char *s : shared) isShared = isShared || a == s;
+    bool isValued = isShared;
+    for (const std::string &v : valued) isValued = isValued || a == v;
+    if (isValued && i + 1 >= args.size()) {
+      fprintf(stderr, "tyrograph-cli %s: %s needs a value\n", cmd, a.c_str());
+      return false;
+    }
+    if (isShared) {
+      if (!ParseOption(cmd, a, args[i + 1], state)) return false;
+      i++;
+    } else if (isValued) {
+      rest->push_back(a);
+      rest->push_back(args[++i]);
+    } else if (a.size() > 1 && a[0] == '-') {
+      rest->push_back(a);
+    } else if (state->source.empty()) {
+      state->source = a;
+    } else {
+      fprintf(stderr, "tyrograph-cli %s: unexpected argument '%s'\n", cmd, a.c_str());
+      return false;
+    }
+  }
+  if (state->source.empty()) {
+    fprintf(stderr, "tyrograph-cli %s: no TYRE given (a .tir file, a car.ini or a car folder)\n", cmd);
+    return false;
+  }
+  return true;
+}
+
+bool CliLoadTyres(const char *cmd, CliTyreState *state) {
+  for (KPacejka &tyre : state->tyres) {
+    std::string error;
+    if (!CarLoadTyreSource(state->source.c_str(), state->wheel, &tyre, &error)) {
+      fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
+      return false;
+    }
+    // The window applies the whole operating point after loading and each
+    // edit later, directly into the tyre's storage.
+    OpApplyAll(&tyre, state->point);
+    for (const auto &[key, value] : state->sets) KPacejkaSetMember(tyre, *KPacejkaFindMember(key.c_str()), value);
+  }
+  return true;
+}
+
+void CliSampleCurves(CliTyreState *state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
+  for (int g = 0; g < CURVE_COUNT; g++) {
+    CurveKind kind = CurveKind(g);
+    ranges[g] = CurveInitialRange(kind);
+    CurveApplyZoom(kind, state->zoom, &ranges[g]);
+    CurveSample(&state->tyres[g], kind, ranges[g], &curves[g]);
+  }
+}
+
+int CliEmit(const char *cmd, const std::string &out, const std::string &text) {
+  if (out.empty() || out == "-") {
+    fwrite(text.data(), 1, text.size(), stdout);
+    return fflush(stdout) == 0 ? 0 : 1;
+  }
+  if (!ExportWriteFile(out.c_str(), text)) {
+    fprintf(stderr, "tyrograph-cli %s: %s: can't open output file for writing\n", cmd, out.c_str());
+    return 1;
+  }
+  return 0;
+}
+
+bool CliWantsHelp(const char *cmd, const std::vector<std::string> &args, const char *own) {
+  bool help = false;
+  for (const std::string &a : args) help = help || a == "--help" || a == "-h";
+  if (!help) return false;
+  printf("usage: tyrograph-cli %s TYRE %s [POINT]\n\n"
+         "TYRE: a .tir file (any case), a car.ini-style file or a car folder holding car.ini\n\n"
+         "POINT (the window's state; defaults are its start-up state):\n"
+         "  --wheel N          wheel 0..3 of a car (default 0)\n"
+         "  --load NEWTONS     vertical load (default 2500)\n"
+         "  --slip-ratio R     operating slip ratio (default 0)\n"
+         "  --slip-angle DEG   operating slip angle (default 0)\n"
+         "  --camber DEG       camber (default 0)\n"
+         "  --zoom on|off      \"Zoom in horizontally\" (default on)\n"
+         "  --set KEY=VALUE    set a tyre member first (a0 ... c17, lfz0 ... lres, pcx1 ...); repeatable\n",
+         cmd, own);
+  return true;
+}

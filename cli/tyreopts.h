@@ -1,0 +1,45 @@
+// The tyre argument and operating-point options shared by the curves and
+// export subcommands: TYRE [--wheel N] [--load N] [--slip-ratio R]
+// [--slip-angle DEG] [--camber DEG] [--zoom on|off] [--set KEY=VALUE]...
+//
+// The tyre is loaded three times, once for each graph of the window (Fx, Fy,
+// Mz), and the operating point applied to all three, so each graph's tyre
+// keeps its own slip exactly as in the window.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tool/curves.h"
+#include "tool/oppoint.h"
+#include "tyre/kpacejka.h"
+
+struct CliTyreState {
+  std::string source;
+  int wheel = 0;
+  OperatingPoint point;
+  bool zoom = true;
+  std::vector<std::pair<std::string, float>> sets;  // coefficient edits, in order
+  KPacejka tyres[CURVE_COUNT];
+};
+
+// Parses the shared options out of `args`; options it does not know are
+// left in `rest` in order (their values with them when `valued` names them).
+// False after printing "tyrograph-cli CMD: ..." to stderr.
+bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
+                      const std::vector<std::string> &valued, CliTyreState *state,
+                      std::vector<std::string> *rest);
+// Loads the tyre into the three graph tyres, applies edits and the operating
+// point. False after printing the problem to stderr.
+bool CliLoadTyres(const char *cmd, CliTyreState *state);
+// A number argument: false (with a message) when `text` is not wholly a number.
+bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out);
+bool CliParseInt(const char *cmd, const char *option, const std::string &text, int *out);
+// Samples the three graphs as the window's frame does.
+void CliSampleCurves(CliTyreState *state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]);
+// With "--help" (or "-h") among the arguments prints the subcommand's
+// options, the shared ones included, and returns true.
+bool CliWantsHelp(const char *cmd, const std::vector<std::string> &args, const char *own);
+// Writes `text` to `out` ("" or "-": standard output). Exit code 0 or 1.
+int CliEmit(const char *cmd, const std::string &out, const std::string &text);

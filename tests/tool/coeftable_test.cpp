@@ -1,0 +1,81 @@
+// The coefficient tables behind the panel's 28 radios.
+#include "tool/coeftable.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+TEST(CoeffTable, ListFollowsModelThenFocus) {
+  struct Case { int model, focus; CoeffList list; } cases[] = {
+      {0, 0, COEFF_LIST_B}, {0, 1, COEFF_LIST_B}, {0, 2, COEFF_LIST_A}, {0, 3, COEFF_LIST_C},
+      // Model 2 shares the Pacejka89/96 coefficients; 1 and 3 always the scaling factors.
+      {2, 2, COEFF_LIST_A}, {1, 0, COEFF_LIST_SCALE}, {1, 3, COEFF_LIST_SCALE}, {3, 2, COEFF_LIST_SCALE},
+      {7, 3, COEFF_LIST_C},
+  };
+  for (const Case &c : cases) EXPECT_EQ(CoeffListFor(c.model, c.focus), c.list) << c.model << "/" << c.focus;
+}
+
+TEST(CoeffTable, RadioLabelsPadWithDashes) {
+  std::string b, a, c;
+  for (int i = 0; i < COEFF_RADIOS; i++) {
+    b += std::string(CoeffLabel(COEFF_LIST_B, i)) + " ";
+    a += std::string(CoeffLabel(COEFF_LIST_A, i)) + " ";
+    c += std::string(CoeffLabel(COEFF_LIST_C, i)) + " ";
+  }
+  std::string dashes15, dashes13, dashes10;
+  for (int i = 0; i < 15; i++) dashes15 += "--- ";
+  for (int i = 0; i < 13; i++) dashes13 += "--- ";
+  for (int i = 0; i < 10; i++) dashes10 += "--- ";
+  EXPECT_EQ(b, "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + dashes15);
+  EXPECT_EQ(a, "a0 a1 a2 a3 a4 a5 a6 a7 a8 a9 a10 a111 a112 a12 a13 " + dashes13);
+  EXPECT_EQ(c, "c0 c1 c2 c3 c4 c5 c6 c7 c8 c9 c10 c11 c12 c13 c14 c15 c16 c17 " + dashes10);
+  EXPECT_STREQ(CoeffLabel(COEFF_LIST_SCALE, 4), "lKx");
+  EXPECT_STREQ(CoeffLabel(COEFF_LIST_SCALE, 27), "lgyr");
+}
+
+TEST(CoeffTable, LookupGivesTextsRangesAndFields) {
+  struct Case {
+    CoeffList list; int index; const char *name, *desc, *unit; float min, range; int field;
+  } cases[] = {
+      {COEFF_LIST_B, 1, "b1", "Load influence on longitudinal friction coeff (*1000)", "k/N", -25, 50, 16},
+      {COEFF_LIST_B, 12, "b12", "Vertical shift at load=0", "N", -1, 2, 27},
+      {COEFF_LIST_A, 11, "a111", "Camber influence on vertical shift, load dependent", "N/deg/kN", -15, 30, 11},
+      {COEFF_LIST_A, 14, "a13", "Vertical shift at load=0", "N", 0, 100, 14},
+      {COEFF_LIST_C, 8, "c8", "", "", -7.5f, 15, 36},
+      {COEFF_LIST_C, 17, "c17", "Vertical shift at load=0", "Nm", -2.5f, 5, 45},
+      // Scaling factors: slider 0..2 each, field in storage order (ltr is stored 27th).
+      {COEFF_LIST_SCALE, 0, "lfz0", "nominal (rated) load", "", 0, 2, 46},
+      {COEFF_LIST_SCALE, 15, "ltr", "peak of pneumatic trail", "", 0, 2, 46 + 26},
+      {COEFF_LIST_SCALE, 21, "lxal", "alpha influence on Fx (combined)", "", 0, 2, 46 + 15},
+      {COEFF_LIST_SCALE, 28, "lfz0", "BUG!!", "", 0, 2, 46},
+  };
+  for (const Case &c : cases) {
+    CoeffInfo info = CoeffLookup(c.list, c.index);
+    SCOPED_TRACE(c.name);
+    EXPECT_STREQ(info.name, c.name);
+    EXPECT_STREQ(info.desc, c.desc);
+    EXPECT_STREQ(info.unit, c.unit);
+    EXPECT_FLOAT_EQ(info.minimum, c.min);
+    EXPECT_FLOAT_EQ(info.range, c.range);
+    EXPECT_EQ(info.field, c.field);
+  }
+}
+
+TEST(CoeffTable, PastTheListEditsNothing) {
+  EXPECT_EQ(CoeffLookup(COEFF_LIST_B, 13).field, COEFF_FIELD_NONE);
+  EXPECT_EQ(CoeffLookup(COEFF_LIST_A, 15).field, COEFF_FIELD_NONE);
+  EXPECT_EQ(CoeffLookup(COEFF_LIST_C, 18).field, COEFF_FIELD_NONE);
+  EXPECT_EQ(CoeffLookup(COEFF_LIST_C, 27).field, COEFF_FIELD_NONE);
+}
+
+TEST(CoeffTable, FieldKeysCoverTheRun) {
+  EXPECT_STREQ(CoeffFieldKey(0), "a0");
+  EXPECT_STREQ(CoeffFieldKey(11), "a111");
+  EXPECT_STREQ(CoeffFieldKey(15), "b0");
+  EXPECT_STREQ(CoeffFieldKey(28), "c0");
+  EXPECT_STREQ(CoeffFieldKey(45), "c17");
+  EXPECT_STREQ(CoeffFieldKey(46), "lfz0");
+  EXPECT_STREQ(CoeffFieldKey(73), "lres");
+  EXPECT_EQ(CoeffFieldKey(74), nullptr);
+  EXPECT_EQ(CoeffFieldKey(-1), nullptr);
+}

@@ -1,0 +1,125 @@
+// Curve sampling: ranges, sample positions, normalisation and peaks.
+#include "tool/curves.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "golden.h"
+#include "tool/carload.h"
+#include "tool/oppoint.h"
+#include "tyre/kpacejka.h"
+
+namespace {
+
+void LoadTouring(KPacejka *tyre, int wheel = 0) {
+  std::string error;
+  ASSERT_TRUE(CarLoadTyreSource(TouringCar().c_str(), wheel, tyre, &error)) << error;
+  OpApplyAll(tyre, OperatingPoint());
+}
+
+}  // namespace
+
+TEST(Curves, RangesAtCreationAndByZoom) {
+  struct Case { CurveKind k; bool zoom; float xMin, xMax, yMin, yMax; } cases[] = {
+      {CURVE_FX, true, -2, 2, -2, 2},      {CURVE_FX, false, -10, 10, -2, 2},
+      {CURVE_FY, true, -20, 20, -2, 2},    {CURVE_FY, false, -180, 180, -2, 2},
+      {CURVE_MZ, true, -20, 20, -200, 200}, {CURVE_MZ, false, -180, 180, -200, 200},
+  };
+  for (const Case &c : cases) {
+    CurveRange r = CurveInitialRange(c.k);
+    EXPECT_EQ(r.xMax - r.xMin, c.k == CURVE_FX ? 20.0f : 360.0f);
+    CurveApplyZoom(c.k, c.zoom, &r);
+    EXPECT_EQ(r.xMin, c.xMin);
+    EXPECT_EQ(r.xMax, c.xMax);
+    EXPECT_EQ(r.yMin, c.yMin);
+    EXPECT_EQ(r.yMax, c.yMax);
+  }
+}
+
+TEST(Curves, LastSampleStopsOneStepShort) {
+  CurveRange r = CurveInitialRange(CURVE_FX);
+  CurveApplyZoom(CURVE_FX, true, &r);
+  EXPECT_EQ(CurveSampleX(r, 0), -2.0f);
+  EXPECT_FLOAT_EQ(CurveSampleX(r, CURVE_SAMPLES - 1), 2.0f - 4.0f / 290.0f);
+  EXPECT_FLOAT_EQ(CurveSampleX(r, 145), 0.0f);
+}
+
+TEST(Curves, SamplesAreTheModelNormalisedByLoad) {
+  KPacejka tyre, check;
+  LoadTouring(&tyre);
+  LoadTouring(&check);
+  for (CurveKind k : {CURVE_FX, CURVE_FY, CURVE_MZ}) {
+    CurveRange r = CurveInitialRange(k);
+    CurveApplyZoom(k, true, &r);
+    Curve c;
+    CurveSample(&tyre, k, r, &c);
+    for (int i : {0, 17, 145, 200, 289}) {
+      float x = CurveSampleX(r, i);
+      if (k == CURVE_FX) check.SetSlipRatio(x); else check.SetSlipAngle(x / CURVE_RAD2DEG);
+      check.Calculate();
+      float want = k == CURVE_FX ? check.Fx / 2500.0f : k == CURVE_FY ? check.Fy / 2500.0f : check.Mz;
+      EXPECT_FLOAT_EQ(c.samples[i], want) << "graph " << k << " sample " << i;
+    }
+  }
+}
+
+TEST(Curves, PeakIsTheFirstHighestPositiveSample) {
+  KPacejka tyre;
+  LoadTouring(&tyre);
+  for (CurveKind k : {CURVE_FX, CURVE_FY, CURVE_MZ}) {
+    CurveRange r = CurveInitialRange(k);
+    CurveApplyZoom(k, k != CURVE_MZ, &r);
+    Curve c;
+    CurveSample(&tyre, k, r, &c);
+    int best = -1;
+    for (int i = 0; i < CURVE_SAMPLES; i++)
+      if (c.samples[i] > 0 && (best < 0 || c.samples[i] > c.samples[best])) best = i;
+    ASSERT_GE(best, 0) << "a real tyre has a positive peak";
+    EXPECT_EQ(c.peakValue, c.samples[best]);
+    EXPECT_EQ(c.peakX, CurveSampleX(r, best));
+    if (k != CURVE_MZ) {
+      EXPECT_GT(c.peakX, 0.0f) << "positive slip gives the positive force";
+    }
+  }
+}
+
+TEST(Curves, ResetTyreHasPeakZeroAtZero) {
+  KPacejka tyre;  // all coefficients 0: no force anywhere
+  OpApplyAll(&tyre, OperatingPoint());
+  for (CurveKind k : {CURVE_FX, CURVE_FY, CURVE_MZ}) {
+    CurveRange r = CurveInitialRange(k);
+    Curve c;
+    CurveSample(&tyre, k, r, &c);
+    EXPECT_EQ(c.peakX, 0.0f);
+    EXPECT_EQ(c.peakValue, 0.0f);
+  }
+}
+
+TEST(Curves, LoadBelowOneNewtonNormalisesByOne) {
+  KPacejka tyre, check;
+  LoadTouring(&tyre);
+  LoadTouring(&check);
+  tyre.SetNormalLoad(0.2f);
+  check.SetNormalLoad(0.2f);
+  CurveRange r = CurveInitialRange(CURVE_FX);
+  Curve c;
+  CurveSample(&tyre, CURVE_FX, r, &c);
+  check.SetSlipRatio(CurveSampleX(r, 160));
+  check.Calculate();
+  EXPECT_FLOAT_EQ(c.samples[160], check.Fx);
+  for (float v : c.samples) EXPECT_TRUE(std::isfinite(v));
+}
+
+TEST(Curves, Texts) {
+  EXPECT_STREQ(CurveTitle(CURVE_FX), "Fx/Fz (normalized longitudinal force)");
+  EXPECT_STREQ(CurveTitle(CURVE_MZ), "Mz (aligning moment)");
+  EXPECT_STREQ(CurveYUnit(CURVE_FY), "N/N (\xB5)");
+  EXPECT_STREQ(CurveXQuantity(CURVE_MZ), "SA");
+  char buf[80];
+  snprintf(buf, sizeof buf, CurvePeakFormat(CURVE_FY), 7.5, 1.126);
+  EXPECT_STREQ(buf, "Fy peak at SA=7.50 deg, \xB5=1.13");
+  snprintf(buf, sizeof buf, CurvePeakFormat(CURVE_MZ), 3.25, 41.0);
+  EXPECT_STREQ(buf, "Mz peak at SA=3.25 deg, 41.00Nm");
+}

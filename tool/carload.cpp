@@ -1,0 +1,67 @@
+// Car and tyre-file loading.
+#include "tool/carload.h"
+
+#include <sys/stat.h>
+
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+
+#include "base/qinfo.h"
+#include "tyre/kpacejka.h"
+
+std::string CarWheelSection(int wheel) {
+  char buf[32];
+  snprintf(buf, sizeof buf, "wheel%d.pacejka", wheel);
+  return buf;
+}
+
+std::string CarIniPath(const char *car) {
+  std::string path = "data/cars/";
+  path += car ? car : "";
+  path += "/car.ini";
+  return path;
+}
+
+void CarLoadTyres(const char *car, KPacejka *const tyres[CAR_WHEELS]) {
+  // Silent: a car that is not there leaves the tyres at their reset values,
+  // and the window shows flat curves rather than an error.
+  QInfo *info = new QInfo(CarIniPath(car).c_str(), QINFO_SILENT);
+  for (int w = 0; w < CAR_WHEELS; w++) tyres[w]->Load(info, CarWheelSection(w).c_str());
+  delete info;
+}
+
+static bool EndsWithTir(const char *name) {
+  size_t n = strlen(name);
+  if (n < 4) return false;
+  const char *ext = name + n - 4;
+  return ext[0] == '.' && tolower((unsigned char)ext[1]) == 't' && tolower((unsigned char)ext[2]) == 'i' &&
+         tolower((unsigned char)ext[3]) == 'r';
+}
+
+bool CarLoadTyreSource(const char *source, int wheel, KPacejka *tyre, std::string *error) {
+  if (wheel < 0 || wheel >= CAR_WHEELS) {
+    *error = "wheel " + std::to_string(wheel) + " is not 0..3";
+    return false;
+  }
+  std::string path = source;
+  struct stat st;
+  if (stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) {
+    path += "/car.ini";
+    if (stat(path.c_str(), &st) != 0) {
+      *error = std::string(source) + ": folder holds no car.ini";
+      return false;
+    }
+  } else if (stat(path.c_str(), &st) != 0) {
+    *error = path + ": no such file";
+    return false;
+  }
+  if (EndsWithTir(path.c_str())) {
+    tyre->LoadFromTirFile(path.c_str());
+    return true;
+  }
+  QInfo *info = new QInfo(path.c_str());
+  tyre->Load(info, CarWheelSection(wheel).c_str());
+  delete info;
+  return true;
+}

@@ -1,0 +1,27 @@
+// Loading tyres into the graphs' KPacejka objects: a car's four wheels from
+// "data/cars/%s/car.ini", or one tyre from a file named on a command line.
+#pragma once
+
+#include <string>
+
+class KPacejka;
+class QInfo;
+
+constexpr int CAR_WHEELS = 4;
+
+// The section of a wheel's tyre in a car.ini: "wheel%d.pacejka".
+std::string CarWheelSection(int wheel);
+// "data/cars/%s/car.ini" for a car folder name.
+std::string CarIniPath(const char *car);
+
+// Loads wheels 0..3 of car `car` into tyres[0..3] with KPacejka::Load. A
+// missing car or section is not reported: the tyres keep what Load leaves in
+// them (the reset coefficients).
+void CarLoadTyres(const char *car, KPacejka *const tyres[CAR_WHEELS]);
+
+// Loads one tyre from `source` the way tyrograph-cli reads a TYRE argument:
+// a name ending in ".tir" (any case) is a TIR file; a folder stands for the
+// car.ini inside it; anything else is a car.ini-style file whose section
+// "wheel<wheel>.pacejka" is loaded. False, with a message naming the file and
+// the problem in `error`, when the file is missing or the wheel is not 0..3.
+bool CarLoadTyreSource(const char *source, int wheel, KPacejka *tyre, std::string *error);

@@ -1,0 +1,99 @@
+// Frame drawing: graphs, ghosts and the selected coefficient's texts.
+#include "tool/frame.h"
+
+#include <GL/gl.h>
+
+#include <cmath>
+#include <cstdio>
+
+#include "tool/graph.h"
+#include "tool/session.h"
+#include "tool/settings.h"
+#include "ui/qcanvas.h"
+
+float FrameLoadGhostAlpha(int i) {
+  // Deliberately uneven: the two highest loads are not the faintest.
+  if (i <= 2) return float(20 + 80 * i / 5) / 255.0f;
+  return (i == 3 ? 100.0f : 80.0f) / 255.0f;
+}
+
+float FrameCamberGhostAlpha(int i) {
+  return (50.0f - float(std::abs(i - 3)) / 6.0f * 60.0f) / 255.0f;
+}
+
+namespace {
+
+// Ghost curves of the focused graph at five loads or six cambers; the
+// tyre's own load or camber is put back afterwards.
+void PaintGhosts(QCanvas *cv, int cx, int cy, bool camber) {
+  Graph *g = session.graphs[session.focus - 1];
+  KPacejka *tyre = g->GetCurrentTyre();
+  if (!camber) {
+    float load = tyre->Fz * 1000.0f;
+    for (int i = 0; i < 5; i++) {
+      tyre->SetNormalLoad(load * 7.0f * float(i) / 25.0f);
+      g->SetAlpha(FrameLoadGhostAlpha(i));
+      g->Sample();
+      g->PaintCurve(cv, cx, cy, true);
+    }
+    tyre->SetNormalLoad(load);
+  } else {
+    float saved = tyre->GetCamber();
+    for (int i = 0; i < 6; i++) {
+      tyre->SetCamber((20.0f * float(i) / 5.0f - 10.0f) / CURVE_RAD2DEG);
+      g->SetAlpha(FrameCamberGhostAlpha(i));
+      g->Sample();
+      g->PaintCurve(cv, cx, cy, true);
+    }
+    tyre->SetCamber(saved);
+  }
+}
+
+void PaintCoefficientTexts(QCanvas *cv, int left, int top, int cx, int cy) {
+  if (!cv->GetFont()) return;
+  char buf[160];
+  cv->SetColor(0, 0, 0, 255);
+  snprintf(buf, sizeof buf, "%s: %s", session.edit.name, session.edit.desc);
+  cv->Text(buf, left, top);
+  const char *unit = *session.edit.unit ? session.edit.unit : "(non-dimensional)";
+  snprintf(buf, sizeof buf, "Value: %.3f %s", double(SessionCoefficientValue()), unit);
+  cv->Text(buf, left, top + 16);
+  const KPacejka *tyre = session.graphs[CURVE_FX]->GetCurrentTyre();
+  if (tyre->model != 1) return;
+  // Magic Formula 5.2: all scaling factors, two columns in the plot's upper
+  // left quarter, which the curves of a tyre leave empty.
+  cv->SetColor(60, 60, 60, 255);
+  for (int i = 0; i < COEFF_SCALE_COUNT; i++) {
+    CoeffInfo info = CoeffLookup(COEFF_LIST_SCALE, i);
+    snprintf(buf, sizeof buf, "%s=%.5f", info.name, double(CoeffFieldGet(*tyre, info.field)));
+    cv->Text(buf, cx - Graph::X_ORIGIN + 6 + (i / 14) * 110, cy - Graph::Y_ORIGIN + 40 + (i % 14) * 14);
+  }
+}
+
+}  // namespace
+
+void FramePaintGraphs(QCanvas *cv, int viewWidth, int viewHeight) {
+  char buf[128];
+  int cx = GRAPH_LEFT_MARGIN + viewWidth / 2, cy = GRAPH_TOP_MARGIN + viewHeight / 2;
+  int areaTop = GRAPH_TOP_MARGIN, areaBottom = GRAPH_TOP_MARGIN + viewHeight;
+
+  cv->Select();
+  glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+
+  cv->SetColor(100, 100, 255, 255);
+  if (cv->GetFont()) {
+    snprintf(buf, sizeof buf, "Model: %s", session.graphs[CURVE_FX]->GetCurrentTyre()->GetModelName());
+    cv->Text(buf, 30, areaTop + 10);
+  }
+
+  GraphPaintGrid(cv, cx, cy);
+  for (Graph *g : session.graphs) {
+    g->SetAlpha(1.0f);
+    g->Sample();
+    g->PaintCurve(cv, cx, cy, false);
+    g->PaintTexts(cv, cx, cy, areaTop, areaBottom);
+  }
+  if (session.focus >= 1 && session.focus <= 3) PaintGhosts(cv, cx, cy, session.ghostCamber);
+  PaintCoefficientTexts(cv, 13, viewHeight + 72 + 4 * 21 + 4, cx, cy);
+}

@@ -1,0 +1,63 @@
+// Session operations that reach the tyres.
+#include "tool/session.h"
+
+#include "tool/graph.h"
+#include "ui/diag/qdebug.h"
+
+Session session;
+
+CoeffList SessionList() {
+  const KPacejka *tyre = session.graphs[CURVE_FX]->GetCurrentTyre();
+  return CoeffListFor(tyre->model, session.focus);
+}
+
+void SessionApply(OpSlider slider) {
+  for (Graph *g : session.graphs)
+    for (int w = 0; w < CAR_WHEELS; w++) OpApply(g->GetTyre(w), slider, session.point);
+}
+
+void SessionSelectWheelTyres(int wheel) {
+  for (Graph *g : session.graphs) g->SelectWheel(wheel);
+}
+
+void SessionApplyZoom() {
+  for (Graph *g : session.graphs) g->SetZoom(session.zoom);
+}
+
+void SessionApplyEmphasis() {
+  int emphasised = session.focus == 0 ? 0 : session.focus - 1;
+  for (int i = 0; i < CURVE_COUNT; i++) {
+    unsigned f = session.graphs[i]->GetFlags() & ~unsigned(GRAPH_DIMMED | GRAPH_EMPHASISED);
+    if (i == emphasised)
+      f |= GRAPH_EMPHASISED;
+    else if (session.focus != 0)
+      f |= GRAPH_DIMMED;
+    session.graphs[i]->SetFlags(f);
+  }
+}
+
+bool SessionLookupCoefficient() {
+  session.edit = CoeffLookup(SessionList(), session.selected);
+  qdbg("session", "SetEditCoeff", __LINE__, "coeffPtr %d\n", session.edit.field);
+  return session.edit.field != COEFF_FIELD_NONE;
+}
+
+float SessionCoefficientValue() {
+  return CoeffFieldGet(*session.graphs[CURVE_FX]->GetCurrentTyre(), session.edit.field);
+}
+
+void SessionSetCoefficient(float v) {
+  for (Graph *g : session.graphs) {
+    float *p = CoeffFieldPtr(g->GetCurrentTyre(), session.edit.field);
+    if (p) *p = v;
+  }
+}
+
+void SessionLoadCar() {
+  for (Graph *g : session.graphs) g->LoadCar(session.car.c_str());
+}
+
+void SessionLoadTir(const char *path) {
+  for (Graph *g : session.graphs)
+    for (int w = 0; w < CAR_WHEELS; w++) g->GetTyre(w)->LoadFromTirFile(path);
+}

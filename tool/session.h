@@ -1,0 +1,55 @@
+// The editing session: the one set of application-wide state that the panel
+// shows and the graphs read every frame (current car, wheel, focus, selected
+// coefficient, operating point, zoom), and the operations on it that reach
+// the tyres. The controls themselves live in tool/panel.h.
+#pragma once
+
+#include <string>
+
+#include "tool/coeftable.h"
+#include "tool/curves.h"
+#include "tool/oppoint.h"
+
+class Graph;
+
+// Names of the wheels as the wheel slider shows them.
+constexpr const char *WHEEL_NAMES[4] = {"FL", "FR", "RL", "RR"};
+
+struct Session {
+  std::string car;      // folder under data/cars/ (last.car)
+  std::string lastTir;  // last imported TIR file; empty until an import
+  int wheel = 0;
+  int focus = 0;     // 0 none, 1 Fx, 2 Fy, 3 Mz
+  int selected = 0;  // index into the shown coefficient list
+  CoeffInfo edit{};  // texts, slider mapping and field of the selection
+  bool zoom = true;
+  bool ghostCamber = false;  // the "Camber" ghost radio is checked (read from it each frame)
+  OperatingPoint point;
+  Graph *graphs[CURVE_COUNT] = {};
+};
+
+extern Session session;
+
+// The tyre-model list the radios show: by the Fx graph's current tyre's model.
+CoeffList SessionList();
+// Applies one operating-point quantity to all four tyres of all graphs.
+void SessionApply(OpSlider slider);
+// Points every graph at the wheel's tyre.
+void SessionSelectWheelTyres(int wheel);
+// Horizontal ranges of all graphs from session.zoom.
+void SessionApplyZoom();
+// Emphasis: focus 0 emphasises Fx and dims none; focus n emphasises graph
+// n-1 and dims the other two.
+void SessionApplyEmphasis();
+// Looks up the selected coefficient into session.edit and writes the trace
+// line "coeffPtr %d". True when the selection edits a coefficient.
+bool SessionLookupCoefficient();
+// The selected coefficient's value in the Fx graph's current tyre.
+float SessionCoefficientValue();
+// Writes v into the selected coefficient of the current wheel's tyre of each
+// graph; nothing when the selection edits nothing.
+void SessionSetCoefficient(float v);
+// Loads the session's car into every graph.
+void SessionLoadCar();
+// Loads a TIR file into every tyre of every graph.
+void SessionLoadTir(const char *path);
