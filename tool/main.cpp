@@ -1,6 +1,4 @@
-// Tyrograph: placeholder entry point until the application lands.
-#include <cstdio>
-int main() {
-  std::puts("Tyrograph: the application window is not built yet; see tyrograph-cli --help");
-  return 0;
-}
+// Tyrograph: the tyre-model viewer and editor.
+#include "tool/mrun.h"
+
+int main(int argc, char **argv) { TyroRun(argc, argv); }

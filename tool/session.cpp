@@ -53,6 +53,17 @@ void SessionSetCoefficient(float v) {
   }
 }
 
+void SessionReset() {
+  session.point = OperatingPoint();
+  for (int s = 0; s < OP_SLIDERS; s++) SessionApply(OpSlider(s));
+  session.zoom = true;
+  SessionApplyZoom();
+  session.focus = 0;
+  SessionApplyEmphasis();
+  session.selected = 0;
+  SessionLookupCoefficient();
+}
+
 void SessionLoadCar() {
   for (Graph *g : session.graphs) g->LoadCar(session.car.c_str());
 }

@@ -49,6 +49,9 @@ float SessionCoefficientValue();
 // Writes v into the selected coefficient of the current wheel's tyre of each
 // graph; nothing when the selection edits nothing.
 void SessionSetCoefficient(float v);
+// The start-up state of the session: operating point (load 2500 N, slips and
+// camber 0) applied to every tyre, zoom on, no focus, first coefficient.
+void SessionReset();
 // Loads the session's car into every graph.
 void SessionLoadCar();
 // Loads a TIR file into every tyre of every graph.

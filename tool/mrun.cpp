@@ -1,0 +1,213 @@
+// Tyrograph: start-up sequence, frame callback, event and exit callbacks.
+//
+// Sections: globals; error hook; title bar; frame; events; exit; start-up.
+#include "tool/mrun.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "base/qinfo.h"
+#include "tool/basedir.h"
+#include "tool/frame.h"
+#include "tool/graph.h"
+#include "tool/session.h"
+#include "tool/settings.h"
+#include "ui/diag/qdebug.h"
+#include "ui/qapp.h"
+#include "ui/qcanvas.h"
+#include "ui/qfont.h"
+#include "ui/qplatform.h"
+
+// ---- Globals ---------------------------------------------------------------------------
+
+namespace {
+
+constexpr const char *PRODUCT_TEXT = "Tyrograph v8.1.0 (Pac96/MF5.2) 32 bits";
+
+QInfo *settingsTree = nullptr;
+ToolSettings settings;
+QPWindow *window = nullptr;
+QCanvas *canvas = nullptr;
+QFont *font = nullptr;
+QReportHook previousErrorHook = nullptr;
+
+// Frame statistics, printed at exit when TYROGRAPH_STATS is set (the figures
+// of the README): frames, their rate, CPU time per frame, start to first frame.
+struct FrameStats {
+  bool enabled = false;
+  long maxFrames = -1;  // TYROGRAPH_STATS=N ends the program after N frames
+  long frames = 0;
+  uint64_t startMs = 0, firstFrameMs = 0;
+  double cpuAtFirstFrame = 0;
+} stats;
+
+double CpuSeconds() {
+  rusage ru;
+  getrusage(RUSAGE_SELF, &ru);
+  return double(ru.ru_utime.tv_sec + ru.ru_stime.tv_sec) + double(ru.ru_utime.tv_usec + ru.ru_stime.tv_usec) / 1e6;
+}
+
+void StatsFrameDone() {
+  if (!stats.enabled) return;
+  if (stats.frames++ == 0) {
+    stats.firstFrameMs = qpTimeMs();
+    stats.cpuAtFirstFrame = CpuSeconds();
+  }
+  if (stats.maxFrames > 0 && stats.frames >= stats.maxFrames) app->Exit(0);
+}
+
+void StatsPrint() {
+  if (!stats.enabled || stats.frames < 1) return;
+  double secs = double(qpTimeMs() - stats.firstFrameMs) / 1000.0;
+  long later = stats.frames - 1;
+  double cpu = CpuSeconds() - stats.cpuAtFirstFrame;
+  printf("tyrograph: frames=%ld fps=%.1f cpu_ms_per_frame=%.2f start_to_first_frame_ms=%llu\n", stats.frames,
+         secs > 0 ? double(later) / secs : 0.0, later ? cpu * 1000.0 / double(later) : 0.0,
+         (unsigned long long)(stats.firstFrameMs - stats.startMs));
+  fflush(stdout);
+}
+
+}  // namespace
+
+QInfo *TyroSettingsTree() { return settingsTree; }
+const ToolSettings &TyroSettings() { return settings; }
+QCanvas *TyroCanvas() { return canvas; }
+
+// ---- Error hook --------------------------------------------------------------------------
+
+namespace {
+
+// Every reported error is shown to the user before it goes on to the hook
+// installed before this one. An error raised while the box is up (the box
+// runs the event loop) only goes on, so boxes never stack up.
+int ErrorHook(const char *prefix, const char *message) {
+  static bool showing = false;
+  if (!showing) {
+    showing = true;
+    qpMessageBox(window, "Error", message, QPMB_OK);
+    showing = false;
+  }
+  if (previousErrorHook) return previousErrorHook(prefix, message);
+  // No hook before this one: the reporters' own output, stderr and the log.
+  fprintf(stderr, "%s", message);
+  if (qGetLogMask() & QLOG_WARN) qlogf(QLOG_ERR | QLOG_NO_STDERR, prefix, "%s", message);
+  return 0;
+}
+
+}  // namespace
+
+// ---- Title bar -----------------------------------------------------------------------------
+
+void TyroUpdateTitle() {
+  char text[1200];
+  snprintf(text, sizeof text, "%s - %s", PRODUCT_TEXT, session.lastTir.c_str());
+  if (window) qpSetWindowTitle(window, text);
+}
+
+void TyroLoadCar() { SessionLoadCar(); }
+
+// ---- Frame -------------------------------------------------------------------------------
+
+namespace {
+
+void PaintFrame() {
+  // The tool's frame pacing: one frame, then 16 ms of rest.
+  qpSleep(16);
+  FramePaintGraphs(canvas, settings.viewWidth, settings.viewHeight);
+  qpSwapBuffers(window);
+  StatsFrameDone();
+}
+
+// ---- Events --------------------------------------------------------------------------------
+
+bool OnEvent(QEvent *ev) {
+  // While a modal dialog runs the loop, its keys (Escape among them) are the
+  // dialog's, not the panel's.
+  if (app->GetFocusShell() && app->GetFocusShell()->GetModal()) return false;
+  // Escape or Shift+Q ends the program; the event goes no further.
+  if (ev->type == QEVENT_KEYPRESS && (ev->n == QK_ESC || ev->xn == (0x51 | QK_MOD_SHIFT))) app->Exit(0);
+  return false;
+}
+
+// ---- Exit ----------------------------------------------------------------------------------
+
+void OnExit() {
+  StatsPrint();
+  if (settingsTree) {
+    SettingsStoreLastCar(settingsTree, session.car.c_str());
+    QSetMainInfo(nullptr);
+    app->CloseInfo();
+    delete settingsTree;
+    settingsTree = nullptr;
+  }
+}
+
+// ---- Start-up ------------------------------------------------------------------------------
+
+// Step 1: the base folder becomes the working folder; the settings tree is
+// read from it and stays open until exit.
+void OpenSettings() {
+  std::string base = BaseFolderFind();
+  if (chdir(base.c_str()) != 0) qwarn("mrun", "TyroRun", __LINE__, "can't change to base folder '%s'", base.c_str());
+  if (!BaseFolderSeedSettings("."))
+    qwarn("mrun", "TyroRun", __LINE__, "can't copy data/%s to %s", SETTINGS_FILE, SETTINGS_FILE);
+  settingsTree = new QInfo(SETTINGS_FILE, QINFO_SILENT);
+  QSetMainInfo(settingsTree);
+}
+
+// Steps 3 and 4: the application object and its window.
+void OpenWindow(int argc, char **argv) {
+  QApp *a = new QApp(argc, argv, "pacejka");
+  a->SetInfo(settingsTree);
+  QDisplayMode &mode = a->GetDisplayMode();
+  mode.wid = settings.width;
+  mode.hgt = settings.height;
+  mode.colorBits = settings.bits;
+  unsigned flags = QPW_NORESIZE | (settings.fullscreen ? QPW_FULLSCREEN : 0u);
+  window = qpCreateWindow("Tyrograph", settings.x, settings.y, settings.width, settings.height, flags);
+  if (!window) qfatal("Tyrograph: can't open the window (%s)", qpLastError());
+  canvas = new QCanvas();
+  canvas->SetTargetSize(settings.width, settings.height);
+  a->SetBC(canvas);
+  a->SetMainWindow(nullptr, window);
+}
+
+// Step 12: the three graphs, each given the one before it, with the car.
+void CreateGraphs() {
+  Graph *previous = nullptr;
+  for (int i = 0; i < CURVE_COUNT; i++) {
+    session.graphs[i] = new Graph(CurveKind(i), previous);
+    previous = session.graphs[i];
+  }
+  TyroLoadCar();
+  SessionApplyZoom();
+  SessionReset();
+  SessionSelectWheelTyres(0);
+}
+
+}  // namespace
+
+void TyroRun(int argc, char **argv) {
+  const char *wantStats = getenv("TYROGRAPH_STATS");
+  stats.enabled = wantStats && *wantStats;
+  stats.maxFrames = stats.enabled ? atol(wantStats) : -1;
+  stats.startMs = qpTimeMs();
+  OpenSettings();
+  settings = SettingsRead(settingsTree);
+  OpenWindow(argc, argv);
+  previousErrorHook = qSetErrorHook(ErrorHook);
+  font = new QFont("data/fonts/eurostile11");
+  if (font->Create()) canvas->SetFont(font);
+  app->SetIdleProc(PaintFrame);
+  app->SetExitProc(OnExit);
+  app->SetEventProc(OnEvent);
+  session.car = settings.lastCar;
+  TyroUpdateTitle();
+  CreateGraphs();
+  app->Run();
+  QExit(0);  // Run never returns; this only tells the compiler so
+}
