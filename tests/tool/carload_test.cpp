@@ -91,3 +91,21 @@ TEST(CarLoad, SourcesFileFolderAndErrors) {
   EXPECT_FALSE(CarLoadTyreSource(TouringCar().c_str(), 4, &tyre, &error));
   EXPECT_EQ(error, "wheel 4 is not 0..3");
 }
+
+TEST(CarLoad, TirSourcesInAnyCase) {
+  std::string tir = std::string(TYRO_SOURCE_DIR) + "/data/tyres/MagicFormula61_Parameters.tir";
+  KPacejka tyre;
+  std::string error;
+  ASSERT_TRUE(CarLoadTyreSource(tir.c_str(), 0, &tyre, &error)) << error;
+  EXPECT_EQ(tyre.model, 3);
+  // The same file under an upper-case extension is still read as TIR.
+  char tmpl[] = "/tmp/tyro_tirXXXXXX";
+  ASSERT_NE(mkdtemp(tmpl), nullptr);
+  std::string upper = std::string(tmpl) + "/TYRE.TIR";
+  ASSERT_EQ(system(("cp '" + tir + "' '" + upper + "'").c_str()), 0);
+  KPacejka again;
+  ASSERT_TRUE(CarLoadTyreSource(upper.c_str(), 0, &again, &error)) << error;
+  EXPECT_EQ(again.model, 3);
+  EXPECT_EQ(again.pdy1, tyre.pdy1);
+  (void)!system(("rm -rf '" + std::string(tmpl) + "'").c_str());
+}

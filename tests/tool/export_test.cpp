@@ -146,3 +146,9 @@ TEST(ExportWrite, UnwritablePathFails) {
   EXPECT_EQ(ReadFileBytes(tmpl), "a\nb\n");
   unlink(tmpl);
 }
+
+TEST(ExportCarIni, MagicFormulaTirMatchesGolden) {
+  Tyres t(std::string(TYRO_SOURCE_DIR) + "/data/tyres/MagicFormula52_Parameters.tir");
+  ASSERT_EQ(t.fx.model, 1);
+  ExpectGolden("mf52_carini.txt", ExportCarIniText(t.fx, 0.15f, 19.86f));
+}
