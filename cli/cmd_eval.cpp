@@ -1,0 +1,185 @@
+// tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]
+//
+// Evaluates one tyre at operating points read from standard input, one a
+// line: "Fz kappa alpha gamma" (N, slip ratio, radians, radians). Prints
+// "Fx Fy Mz" per line, with --stats also the curve statistics. --dump lists
+// every named member instead. Member names come from the tyre's name table.
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "cli/cli.h"
+#include "tool/carload.h"
+#include "tyre/kpacejka.h"
+
+namespace {
+
+struct EvalOptions {
+  std::string tyre;
+  int wheel = 0;
+  bool dump = false;
+  bool stats = false;
+  std::vector<std::pair<const KPacejkaMember *, double>> sets;
+};
+
+// A whole token as a finite number.
+bool ParseNumber(const char *text, double *out) {
+  char *end = nullptr;
+  errno = 0;
+  const double v = strtod(text, &end);
+  if (!*text || *end || errno == ERANGE || !std::isfinite(v)) return false;
+  *out = v;
+  return true;
+}
+
+bool ParseSet(const std::string &text, EvalOptions *o) {
+  const size_t eq = text.find('=');
+  const std::string name = text.substr(0, eq);
+  const KPacejkaMember *m = KPacejkaFindMember(name.c_str());
+  if (!m) {
+    fprintf(stderr, "tyrograph-cli eval: --set: unknown tyre member '%s'\n", name.c_str());
+    return false;
+  }
+  double v;
+  if (eq == std::string::npos || !ParseNumber(text.c_str() + eq + 1, &v)) {
+    fprintf(stderr, "tyrograph-cli eval: --set %s: '%s' is not a number\n", name.c_str(),
+            eq == std::string::npos ? "" : text.c_str() + eq + 1);
+    return false;
+  }
+  o->sets.emplace_back(m, v);
+  return true;
+}
+
+bool ParseArgs(const std::vector<std::string> &args, EvalOptions *o) {
+  for (size_t i = 0; i < args.size(); i++) {
+    const std::string &a = args[i];
+    if (a == "--dump") {
+      o->dump = true;
+    } else if (a == "--stats") {
+      o->stats = true;
+    } else if (a == "--wheel" || a == "--set") {
+      if (i + 1 >= args.size()) {
+        fprintf(stderr, "tyrograph-cli eval: %s needs a value\n", a.c_str());
+        return false;
+      }
+      const std::string &v = args[++i];
+      double n;
+      if (a == "--set") {
+        if (!ParseSet(v, o)) return false;
+      } else if (!ParseNumber(v.c_str(), &n) || n != std::floor(n)) {
+        fprintf(stderr, "tyrograph-cli eval: --wheel: '%s' is not a whole number\n", v.c_str());
+        return false;
+      } else {
+        o->wheel = int(n);
+      }
+    } else if (a.size() > 1 && a[0] == '-') {
+      fprintf(stderr, "tyrograph-cli eval: unknown option '%s'\n", a.c_str());
+      return false;
+    } else if (o->tyre.empty()) {
+      o->tyre = a;
+    } else {
+      fprintf(stderr, "tyrograph-cli eval: more than one tyre ('%s')\n", a.c_str());
+      return false;
+    }
+  }
+  if (o->tyre.empty()) {
+    fprintf(stderr, "usage: tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]\n");
+    return false;
+  }
+  return true;
+}
+
+void Dump(KPacejka &t) {
+  for (int i = 0; i < kpacejkaMemberCount; i++) {
+    const KPacejkaMember &m = kpacejkaMembers[i];
+    if (m.kind == KPacejkaMember::FLOAT)
+      printf("%s=%.9g\n", m.name, KPacejkaGetMember(t, m));
+    else
+      printf("%s=%lld\n", m.name, (long long)KPacejkaGetMember(t, m));
+  }
+}
+
+// Splits a line at blanks and tabs.
+std::vector<std::string> Tokens(const std::string &line) {
+  std::vector<std::string> out;
+  size_t i = 0;
+  while (i < line.size()) {
+    while (i < line.size() && (line[i] == ' ' || line[i] == '\t' || line[i] == '\r')) i++;
+    size_t b = i;
+    while (i < line.size() && line[i] != ' ' && line[i] != '\t' && line[i] != '\r') i++;
+    if (i > b) out.push_back(line.substr(b, i - b));
+  }
+  return out;
+}
+
+bool ReadLine(std::string &line) {
+  line.clear();
+  int c;
+  while ((c = getchar()) != EOF && c != '\n') line += char(c);
+  return c != EOF || !line.empty();
+}
+
+// One operating point per line; false (with the message) on a malformed line.
+bool EvaluateLines(KPacejka &t, bool stats) {
+  std::string line;
+  for (int n = 1; ReadLine(line); n++) {
+    const std::vector<std::string> tok = Tokens(line);
+    if (tok.empty() || tok[0][0] == '#') continue;
+    double v[4];
+    for (size_t k = 0; k < 4; k++) {
+      if (k >= tok.size()) {
+        fprintf(stderr, "tyrograph-cli eval: line %d: expected 4 numbers (Fz kappa alpha gamma), got %zu\n",
+                n, tok.size());
+        return false;
+      }
+      if (!ParseNumber(tok[k].c_str(), &v[k])) {
+        fprintf(stderr, "tyrograph-cli eval: line %d: '%s' is not a number\n", n, tok[k].c_str());
+        return false;
+      }
+    }
+    if (tok.size() > 4) {
+      fprintf(stderr, "tyrograph-cli eval: line %d: unexpected '%s' after 4 numbers\n", n, tok[4].c_str());
+      return false;
+    }
+    t.SetNormalLoad(float(v[0]));
+    t.SetSlipRatio(float(v[1]));
+    t.SetSlipAngle(float(v[2]));
+    t.SetCamber(float(v[3]));
+    t.Calculate();
+    printf("%.9g %.9g %.9g", double(t.Fx), double(t.Fy), double(t.Mz));
+    if (stats) {
+      const float s[] = {t.longStiffness, t.corneringStiffness, t.peakFx, t.peakFy, t.Bx,
+                         t.Cx, t.Dx, t.By, t.Cy, t.Dy};
+      for (float x : s) printf(" %.9g", double(x));
+    }
+    printf("\n");
+  }
+  return true;
+}
+
+int RunEval(const std::vector<std::string> &args) {
+  EvalOptions o;
+  if (!ParseArgs(args, &o)) return 2;
+  KPacejka *tyre = new KPacejka;
+  std::string error;
+  if (!CarLoadTyreSource(o.tyre.c_str(), o.wheel, tyre, &error)) {
+    fprintf(stderr, "tyrograph-cli eval: %s\n", error.c_str());
+    delete tyre;
+    return 1;
+  }
+  for (const auto &s : o.sets) KPacejkaSetMember(*tyre, *s.first, s.second);
+  int rc = 0;
+  if (o.dump) Dump(*tyre);
+  else if (!EvaluateLines(*tyre, o.stats)) rc = 2;
+  delete tyre;
+  return rc;
+}
+
+CliCommand reg{"eval", "TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]",
+               "evaluate a tyre at operating points read from stdin", 20, RunEval};
+
+}  // namespace
