@@ -29,14 +29,17 @@ void Graph::LoadCar(const char *car) {
 
 int Graph::SampleX(int i, int cx) const { return cx - X_ORIGIN + i * WIDTH / CURVE_SAMPLES; }
 
-int Graph::SampleY(float value, int cy) const {
-  // Values far outside the range would overflow an int; the plot is only a
-  // few hundred pixels high, so anything beyond a few plot heights is cut.
+// Pixels above the centre line for a value. Values far outside the range
+// would overflow an int; the plot is only a few hundred pixels high, so
+// anything beyond a few plot heights is cut, and NaN sits on the axis.
+static float Rise(float value, float yScale) {
   float dy = value * yScale;
-  if (!(dy < 4.0f * HEIGHT)) dy = dy != dy ? 0.0f : 4.0f * HEIGHT;
-  if (dy < -4.0f * HEIGHT) dy = -4.0f * HEIGHT;
-  return cy - int(dy);
+  if (!(dy < 4.0f * Graph::HEIGHT)) dy = dy != dy ? 0.0f : 4.0f * Graph::HEIGHT;
+  if (dy < -4.0f * Graph::HEIGHT) dy = -4.0f * Graph::HEIGHT;
+  return dy;
 }
+
+int Graph::SampleY(float value, int cy) const { return cy - int(Rise(value, yScale)); }
 
 void Graph::PaintCurve(QCanvas *cv, int cx, int cy, bool ghost) const {
   float a = (!ghost && (flags & GRAPH_DIMMED)) ? 0.1f : alpha;
@@ -46,9 +49,12 @@ void Graph::PaintCurve(QCanvas *cv, int cx, int cy, bool ghost) const {
   glEnable(GL_BLEND);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   glColor4f(float(color.GetR()) / 255.0f, float(color.GetG()) / 255.0f, float(color.GetB()) / 255.0f, a);
+  // Vertically at sub-pixel precision (OpenGL's y grows upwards), so the
+  // smoothed line does not show the pixel steps.
+  float glCentre = float(cv->MapY(cy)) + 0.5f;
   glBegin(GL_LINE_STRIP);
   for (int i = 0; i < CURVE_SAMPLES; i++)
-    glVertex2f(float(cv->MapX(SampleX(i, cx))) + 0.5f, float(cv->MapY(SampleY(curve.samples[i], cy))) + 0.5f);
+    glVertex2f(float(cv->MapX(SampleX(i, cx))) + 0.5f, glCentre + Rise(curve.samples[i], yScale));
   glEnd();
   glLineWidth(1.0f);
   glDisable(GL_LINE_SMOOTH);

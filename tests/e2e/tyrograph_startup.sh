@@ -72,6 +72,20 @@ kill -0 "$PID" 2>/dev/null && tyro_fail "Escape did not end the tool"
 grep -q "car=" "$HOME_DIR/pacejka.ini" || tyro_fail "pacejka.ini lacks last.car"
 echo "ok   without settings: default window, pacejka.ini written at exit"
 rm -rf "$HOME_DIR"
+
+# 3. The shipped data/ as it is: pacejka.ini is seeded from data/pacejka.ini
+# and the bundled car opens. This screenshot is the README's.
+tyro_home
+tyro_start
+tyro_shot bundled
+car=$(sed -n 's/^ *car=//p' "$SRC/data/pacejka.ini")
+black=$(count_colour "$SHOT_bundled" 0,0,0)
+[ "$black" -gt 100 ] || tyro_fail "no Fx curve on the bundled car $car"
+xdotool key --window "$WID" Escape
+for i in $(seq 1 50); do kill -0 "$PID" 2>/dev/null || break; sleep 0.1; done
+grep -q "car=$car" "$HOME_DIR/pacejka.ini" || tyro_fail "seeded pacejka.ini lacks last.car=$car"
+echo "ok   bundled car $car opens from the shipped settings"
+rm -rf "$HOME_DIR"
 INNER
 
 xvfb-run -a -s '-screen 0 1280x1024x24' bash "$SHOTS/inner.sh" "$BUILD" "$SRC" "$SHOTS"
