@@ -1,0 +1,243 @@
+// KPacejka::Calculate per model over a sweep of realistic operating points,
+// each beside its "floor": exactly the single-precision library calls one
+// evaluation of that model makes (sinf, cosf, atanf, expf, sqrtf), on
+// arguments that vary like the model's. The ratio model/floor shows what the
+// formula code costs on top of the maths library.
+//
+// Calls per evaluation:
+//   Pac96          expf 2, atanf 7,  sinf 4
+//   MF5.2 / MF6.1  expf 1, atanf 21, sinf 4, cosf 10, sqrtf 2
+//   Pacejka2006    expf 1, atanf 21, sinf 5, cosf 11, sqrtf 2
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+#include "tyre/kpacejka.h"
+
+namespace {
+
+constexpr int POINTS = 512;
+
+// Stored operating points (kN, percent, degrees) over the range a driver
+// uses: 1-7 kN, slip ratio ±20 %, slip angle ±12°, camber ±3°.
+struct Point {
+  float Fz, kappa, alpha, gamma;
+};
+
+const std::vector<Point> &Sweep() {
+  static std::vector<Point> pts = [] {
+    std::vector<Point> v;
+    unsigned s = 12345;
+    auto rnd = [&s] {  // small LCG: the same sweep every run
+      s = s * 1664525u + 1013904223u;
+      return float(s >> 8) / float(1u << 24);
+    };
+    for (int i = 0; i < POINTS; i++)
+      v.push_back({1.0f + 6.0f * rnd(), -20.0f + 40.0f * rnd(), -12.0f + 24.0f * rnd(),
+                   -3.0f + 6.0f * rnd()});
+    return v;
+  }();
+  return pts;
+}
+
+// ---- Tyres --------------------------------------------------------------------
+
+void SetPac96(KPacejka &t) {
+  const float v[46] = {1.55f, -55, 1450, 1900, 7.2f, 0.014f, -0.24f, 1.0f, -0.03f, -0.0013f,
+                       -0.15f, -8.5f, -0.29f, 17.8f, -2.4f, 1.65f, -110, 1800, 23.3f, 410,
+                       0.075f, 0, 0.055f, -0.024f, 0.014f, 0.26f, 0, 0, 2.2f, -4.3f, -4.4f,
+                       -1.9f, -9.6f, 0.0225f, 0, 0.044f, -0.58f, 0.18f, 0.043f, 0.048f,
+                       -0.0035f, -0.18f, 0.14f, -1.029f, 0.27f, -1.1f};
+  for (int i = 0; i < 46; i++) t.Pac96(i) = v[i];
+  t.model = KPacejka::PAC96;
+}
+
+// A real Magic Formula 6.1 set from the bundled TIR files.
+void SetMF(KPacejka &t, int model) {
+  t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir");
+  t.model = model;
+  t.a2 = t.b2 = 1200.0f;  // limits of Pacejka2006 read the Pacejka89/96 friction
+}
+
+void RunModel(benchmark::State &state, KPacejka &t) {
+  const std::vector<Point> &pts = Sweep();
+  int i = 0;
+  for (auto _ : state) {
+    const Point &p = pts[size_t(i)];
+    i = (i + 1) & (POINTS - 1);
+    t.Fz = t.FzPeak = p.Fz;
+    t.slipPercentage = p.kappa;
+    t.sideSlip = p.alpha;
+    t.camber = p.gamma;
+    t.Calculate();
+    benchmark::DoNotOptimize(t.Fx);
+    benchmark::DoNotOptimize(t.Fy);
+    benchmark::DoNotOptimize(t.Mz);
+  }
+}
+
+void BM_Pac96(benchmark::State &state) {
+  KPacejka t;
+  SetPac96(t);
+  RunModel(state, t);
+}
+
+void BM_MF52(benchmark::State &state) {
+  static KPacejka t;  // loaded once: the file read is not what is measured
+  static bool loaded = (SetMF(t, KPacejka::MF52), true);
+  (void)loaded;
+  RunModel(state, t);
+}
+
+void BM_MF61(benchmark::State &state) {
+  static KPacejka t;
+  static bool loaded = (SetMF(t, KPacejka::MF61), true);
+  (void)loaded;
+  RunModel(state, t);
+}
+
+void BM_Pac2006(benchmark::State &state) {
+  static KPacejka t;
+  static bool loaded = (SetMF(t, KPacejka::PAC2006), true);
+  (void)loaded;
+  RunModel(state, t);
+}
+
+// ---- Floors ---------------------------------------------------------------------
+// Arguments: the point's inputs in the units the models feed the functions
+// (radians, fractions, scaled by typical B factors), each call on a different
+// mix so nothing can be folded.
+
+struct Args {
+  float k, a, g, f;  // slip ratio, slip angle (rad), camber (rad), dfz-like load term
+};
+
+Args ArgsOf(const Point &p) {
+  return {p.kappa * 0.01f, p.alpha * 0.017453292f, p.gamma * 0.017453292f, (p.Fz - 4.0f) * 0.25f};
+}
+
+void BM_Pac96Floor(benchmark::State &state) {
+  const std::vector<Point> &pts = Sweep();
+  int i = 0;
+  for (auto _ : state) {
+    const Point &p = pts[size_t(i)];
+    i = (i + 1) & (POINTS - 1);
+    float s = expf(-0.075f * p.Fz) + expf(-0.02f * p.Fz);
+    s += sinf(1.65f * atanf(0.16f * p.kappa + 0.1f * atanf(0.16f * p.kappa)));
+    s += sinf(2.0f * atanf(p.Fz * 0.14f));
+    s += sinf(1.55f * atanf(0.2f * p.alpha + 0.1f * atanf(0.2f * p.alpha)));
+    s += sinf(2.2f * atanf(0.3f * p.alpha + 0.1f * atanf(0.3f * p.alpha)));
+    benchmark::DoNotOptimize(s);
+  }
+}
+
+void MFFloor(benchmark::State &state, bool pac2006) {
+  const std::vector<Point> &pts = Sweep();
+  int i = 0;
+  for (auto _ : state) {
+    const Args x = ArgsOf(pts[size_t(i)]);
+    i = (i + 1) & (POINTS - 1);
+    float s = expf(0.3f * x.f);
+    if (pac2006) s += sinf(x.g);
+    // pure slip: two sine-arctangent curves and the cornering stiffness
+    s += sinf(1.6f * atanf(20.0f * x.k - 0.3f * atanf(20.0f * x.k)));
+    s += sinf(2.0f * atanf(1.0f + 0.2f * x.f));
+    s += sinf(1.3f * atanf(10.0f * x.a - 0.5f * atanf(10.0f * x.a)));
+    // aligning stiffness curvature term
+    s += atanf(12.0f * x.a);
+    // longitudinal weighting and its normaliser
+    s += cosf(atanf(-9.0f * x.k));
+    s += cosf(1.05f * atanf(0.05f * x.f - 0.4f * atanf(0.05f * x.f)));
+    s += cosf(1.05f * atanf(12.0f * x.a - 0.4f * atanf(12.0f * x.a)));
+    // lateral shift
+    s += cosf(atanf(20.0f * x.a)) * sinf(1.9f * atanf(10.0f * x.k));
+    // lateral weighting
+    s += cosf(atanf(2.5f * (x.a - 0.01f)));
+    s += cosf(1.05f * atanf(7.0f * x.k - 0.1f * atanf(7.0f * x.k)));
+    s += cosf(1.05f * atanf(0.07f * x.f - 0.1f * atanf(0.07f * x.f)));
+    // equivalent slips and the moment
+    const float r = x.k * x.k * 4.0f;
+    s += sqrtf(x.a * x.a + r) + sqrtf(x.a * x.a + r + 0.001f);
+    s += cosf(x.a) + cosf(atanf(15.0f * x.a));
+    s += cosf(1.2f * atanf(10.0f * x.a - 1.5f * atanf(10.0f * x.a)));
+    if (pac2006) s += cosf(x.a + 0.003f);
+    benchmark::DoNotOptimize(s);
+  }
+}
+
+void BM_MFFloor(benchmark::State &state) { MFFloor(state, false); }
+void BM_Pac2006Floor(benchmark::State &state) { MFFloor(state, true); }
+
+// ---- Chained floors -----------------------------------------------------------------
+// The same calls again, but each taking its argument from the results it
+// depends on in the model (stiffness -> B -> curve -> weighting -> moment), so
+// the floor has the model's dependency chains and only its arithmetic is
+// missing. The plain floors above let every call overlap with every other.
+
+inline float Curve(float B, float C, float E, float x) {
+  const float Bx = B * x;
+  return C * atanf(Bx - E * (Bx - atanf(Bx)));
+}
+
+void BM_Pac96ChainedFloor(benchmark::State &state) {
+  const std::vector<Point> &pts = Sweep();
+  int i = 0;
+  for (auto _ : state) {
+    const Point &p = pts[size_t(i)];
+    i = (i + 1) & (POINTS - 1);
+    const float Bx = 0.01f * expf(-0.075f * p.Fz);
+    const float Fx = sinf(Curve(Bx, 1.65f, 0.1f, p.kappa));
+    const float By = 0.1f * sinf(2.0f * atanf(p.Fz * 0.14f));
+    const float Fy = sinf(Curve(By, 1.55f, 0.1f, p.alpha));
+    const float Bz = 0.1f * expf(-0.02f * p.Fz);
+    const float Mz = sinf(Curve(Bz, 2.2f, 0.1f, p.alpha));
+    benchmark::DoNotOptimize(Fx + Fy + Mz);
+  }
+}
+
+void ChainedMFFloor(benchmark::State &state, bool pac2006) {
+  const std::vector<Point> &pts = Sweep();
+  int i = 0;
+  for (auto _ : state) {
+    const Args x = ArgsOf(pts[size_t(i)]);
+    i = (i + 1) & (POINTS - 1);
+    const float g = pac2006 ? sinf(x.g) : x.g;
+    const float Kx = 20.0f * expf(0.3f * x.f);
+    const float Fx0 = sinf(Curve(Kx, 1.6f, 0.3f, x.k));
+    const float Ky = 15.0f * sinf(2.0f * atanf(1.0f + 0.2f * x.f + g));
+    const float Fy0 = sinf(Curve(Ky * 0.7f, 1.3f, -0.5f, x.a));
+    const float Et = 1.0f + 0.3f * atanf(Ky * 0.5f * x.a);
+    const float Dr = pac2006 ? cosf(x.a + 0.003f) : 1.0f;
+    const float Bxa = 12.0f * cosf(atanf(-9.0f * x.k));
+    const float G0 = cosf(Curve(Bxa, 1.05f, -0.4f, 0.004f));
+    const float Gxa = cosf(Curve(Bxa, 1.05f, -0.4f, x.a + 0.004f)) / G0;
+    const float Fx = Gxa * Fx0;
+    const float SVyk = cosf(atanf(20.0f * x.a)) * sinf(1.9f * atanf(10.0f * x.k));
+    const float Byk = 7.0f * cosf(atanf(2.5f * (x.a - 0.01f)));
+    const float Gyk = cosf(Curve(Byk, 1.05f, 0.1f, x.k + 0.01f)) / cosf(Curve(Byk, 1.05f, 0.1f, 0.01f));
+    const float Fy = Gyk * Fy0 + SVyk;
+    const float r = (Kx / Ky) * (Kx / Ky) * x.k * x.k;
+    const float at = sqrtf(x.a * x.a + r), ar = sqrtf(x.a * x.a + r + 0.001f);
+    const float ca = cosf(x.a);
+    const float Mz = Dr * cosf(atanf(15.0f * ar)) * ca - cosf(Curve(10.0f, 1.2f, Et, at)) * ca * Fy + Fx;
+    benchmark::DoNotOptimize(Fx + Fy + Mz);
+  }
+}
+
+void BM_MFChainedFloor(benchmark::State &state) { ChainedMFFloor(state, false); }
+void BM_Pac2006ChainedFloor(benchmark::State &state) { ChainedMFFloor(state, true); }
+
+}  // namespace
+
+BENCHMARK(BM_Pac96);
+BENCHMARK(BM_Pac96Floor);
+BENCHMARK(BM_Pac96ChainedFloor);
+BENCHMARK(BM_MF52);
+BENCHMARK(BM_MF61);
+BENCHMARK(BM_MFFloor);
+BENCHMARK(BM_MFChainedFloor);
+BENCHMARK(BM_Pac2006);
+BENCHMARK(BM_Pac2006Floor);
+BENCHMARK(BM_Pac2006ChainedFloor);
