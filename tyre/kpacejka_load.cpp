@@ -104,12 +104,13 @@ void KPacejka::Load(QInfo *info, const char *path) {
     LoadFromInfo(info, path);
   } else {
     // The folder of the configuration file, cut at its last separator (the
-    // separator itself goes), then exactly one "/".
+    // separator itself goes), then exactly one "/". A bare file name lives in
+    // the working folder: "." keeps the result from turning into "/file".
     qstring dir(info->GetFileName() ? info->GetFileName() : "");
     int cut = -1;
     for (int i = 0; i < dir.Length(); i++)
       if (dir[i] == '/' || dir[i] == '\\') cut = i;
-    qstring name = cut >= 0 ? dir.GetSubstring(0, cut) : qstring("");
+    qstring name = cut >= 0 ? dir.GetSubstring(0, cut) : qstring(".");
     name += "/";
     name += importFile.c_str();
     LoadFromTirFile(name.c_str());

@@ -170,3 +170,19 @@ TEST_F(LoadTest, ImportFileMissingStillLoads) {
   EXPECT_EQ(t.model, 1);
   EXPECT_FLOAT_EQ(t.pdx1, 1.1f);
 }
+
+TEST_F(LoadTest, ImportFileBesideABareConfigurationName) {
+  Write("t.tir", kSmallTir);
+  Write("car.ini", "wheel0\n{\n  pacejka\n  {\n    import_file=t.tir\n  }\n}\n");
+  const auto old = std::filesystem::current_path();
+  std::filesystem::current_path(dir);
+  {
+    QInfo info("car.ini");
+    ReportCapture cap;
+    KPacejka t;
+    t.Load(&info, "wheel0.pacejka");
+    EXPECT_NE(cap.debug.find("KPacejka:LoadFromTIRFile(./t.tir)"), std::string::npos) << cap.debug;
+    EXPECT_EQ(t.model, KPacejka::MF61);
+  }
+  std::filesystem::current_path(old);
+}

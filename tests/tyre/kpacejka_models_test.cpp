@@ -364,3 +364,24 @@ TEST(Limits, InfiniteForceIsClampedBeforeTheGuard) {
   EXPECT_FLOAT_EQ(t.Fx, 4000.0f);
   EXPECT_EQ(cap.errors.find("Fx NaN"), std::string::npos);
 }
+
+TEST(Limits, NoModelExceedsTwiceItsFrictionOverAGrid) {
+  for (int model : {0, 1, 2, 3, 5}) {
+    KPacejka t;
+    if (model == 0) SetTouringPac96(t);
+    else SetTestMF(t, model);
+    t.a2 = 1450.0f;  // the Pacejka2006 and unknown-model limits read a2/b2
+    t.b2 = 1800.0f;
+    const bool mf = model == 1 || model == 3;
+    for (double Fz = 500; Fz <= 9000; Fz += 1700)
+      for (double kappa = -1.0; kappa <= 1.0; kappa += 0.25)
+        for (double alpha = -0.5; alpha <= 0.5; alpha += 0.125) {
+          Evaluate(t, Fz, kappa, alpha, 0.03);
+          const double Lx = std::fabs((mf ? t.pdx1 : t.b2 * 0.001) * 2.0 * Fz);
+          const double Ly = std::fabs((mf ? t.pdy1 : t.a2 * 0.001) * 2.0 * Fz);
+          ASSERT_LE(std::fabs(t.Fx), Lx * (1 + 1e-6)) << model << " " << Fz << " " << kappa;
+          ASSERT_LE(std::fabs(t.Fy), Ly * (1 + 1e-6)) << model << " " << Fz << " " << alpha;
+          ASSERT_TRUE(std::isfinite(t.Mz));
+        }
+  }
+}
