@@ -21,7 +21,7 @@ float KPacejka::CalculateFx() {
   const float C = b0;
   const float D = FzP * (b1 * Fz + b2);
   const float CD = (b1 * Fz + b2) * b0 * Fz;
-  // 4. stiffness factor
+  // 4. stiffness factor (an old NaN test on it decided nothing and is gone)
   float B;
   if (fabsf(CD) < CD_MIN) B = B_FLAT;
   else B = (b3 * Fz2 + b4 * Fz) * expf(-b5 * Fz) / CD;
