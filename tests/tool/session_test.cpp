@@ -3,8 +3,10 @@
 #include "tool/session.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <string>
 
 #include "golden.h"
@@ -144,4 +146,45 @@ TEST(GraphMapping, SamplesSpanThePlot) {
   EXPECT_EQ(g.SampleY(std::nanf(""), 282), 282);
   EXPECT_EQ(g.SampleY(1e30f, 282), 282 - 4 * 380);
   EXPECT_EQ(g.GetColor(), QColor(255, 0, 0, 255));
+}
+
+TEST_F(SessionTest, TirImportReachesAllTyresAndRevertBringsTheCarBack) {
+  std::string tir = std::string(TYRO_SOURCE_DIR) + "/data/tyres/MagicFormula61_Parameters.tir";
+  SessionLoadTir(tir.c_str());
+  for (Graph *g : session.graphs)
+    for (int w = 0; w < CAR_WHEELS; w++) EXPECT_EQ(g->GetTyre(w)->model, 3);
+  EXPECT_EQ(SessionList(), COEFF_LIST_SCALE);
+  // "Revert" reloads the car by name from data/cars under the working folder.
+  char tmpl[] = "/tmp/tyro_revertXXXXXX";
+  ASSERT_NE(mkdtemp(tmpl), nullptr);
+  std::string root = tmpl;
+  ASSERT_EQ(system(("mkdir -p '" + root + "/data/cars' && ln -s '" TYRO_TEST_DATA "/tool/touring' '" + root +
+                    "/data/cars/touring'").c_str()), 0);
+  char old[4096];
+  ASSERT_NE(getcwd(old, sizeof old), nullptr);
+  ASSERT_EQ(chdir(root.c_str()), 0);
+  session.car = "touring";
+  SessionLoadCar();
+  EXPECT_EQ(chdir(old), 0);
+  (void)!system(("rm -rf '" + root + "'").c_str());
+  for (Graph *g : session.graphs) {
+    EXPECT_EQ(g->GetTyre(0)->model, 0);
+    EXPECT_EQ(g->GetTyre(1)->b2, 2000.0f);
+  }
+}
+
+TEST_F(SessionTest, ResetRestoresTheStartUpState) {
+  session.point.load = 9000.0f;
+  session.zoom = false;
+  session.focus = 3;
+  session.selected = 7;
+  SessionReset();
+  EXPECT_EQ(session.point.load, 2500.0f);
+  EXPECT_TRUE(session.zoom);
+  EXPECT_EQ(session.focus, 0);
+  EXPECT_EQ(session.selected, 0);
+  EXPECT_STREQ(session.edit.name, "b0");
+  EXPECT_EQ(session.graphs[CURVE_FX]->GetFlags(), unsigned(GRAPH_EMPHASISED));
+  for (Graph *g : session.graphs)
+    for (int w = 0; w < CAR_WHEELS; w++) EXPECT_FLOAT_EQ(g->GetTyre(w)->Fz, 2.5f);
 }
