@@ -2,7 +2,9 @@
 # Start-up and exit of the real window under Xvfb: the title names the
 # product, the three curves are drawn on the car named by last.car, Escape
 # ends the tool and pacejka.ini then holds last.car. A second run with no
-# settings file at all opens the default 910 x 714 window and writes one.
+# settings file at all opens the default 910 x 714 window, ends on Shift+Q
+# (not on a plain q) and writes one. A third opens the bundled car from the
+# shipped data/.
 # Screenshots: <build>/e2e-shots/tyrograph_startup/.
 #   bash tyrograph_startup.sh <build-dir> <source-dir>
 set -euo pipefail
@@ -65,12 +67,16 @@ tyro_start
 tyro_shot nosettings
 geom=$(xdotool getwindowgeometry "$WID" | sed -n 's/.*Geometry: //p')
 [ "$geom" = "910x714" ] || tyro_fail "default window is $geom"
-xdotool key --window "$WID" Escape
+# A plain q does nothing; Shift+Q (key code 0x10051) ends the tool.
+xdotool key --window "$WID" q
+sleep 0.5
+kill -0 "$PID" 2>/dev/null || tyro_fail "a plain q ended the tool"
+xdotool key --window "$WID" shift+q
 for i in $(seq 1 50); do kill -0 "$PID" 2>/dev/null || break; sleep 0.1; done
-kill -0 "$PID" 2>/dev/null && tyro_fail "Escape did not end the tool"
+kill -0 "$PID" 2>/dev/null && tyro_fail "Shift+Q did not end the tool"
 [ -f "$HOME_DIR/pacejka.ini" ] || tyro_fail "no pacejka.ini written at exit"
 grep -q "car=" "$HOME_DIR/pacejka.ini" || tyro_fail "pacejka.ini lacks last.car"
-echo "ok   without settings: default window, pacejka.ini written at exit"
+echo "ok   without settings: default window; Shift+Q quits; pacejka.ini written at exit"
 rm -rf "$HOME_DIR"
 
 # 3. The shipped data/ as it is: pacejka.ini is seeded from data/pacejka.ini
