@@ -31,3 +31,18 @@ class QButton {
   QRect rect_;
   QButtonState state_ = QButtonState::Idle;
 };
+
+// ---- Drawing ------------------------------------------------------------------
+class QCanvas;
+
+// Arrow symbols drawn as a filled triangle centred in the button.
+enum class QButtonSymbol { None, Left, Right, Up, Down };
+
+struct QTri {
+  int x[3], y[3];
+};
+// The symbol's triangle inside `r`, one pixel down and right when pressed.
+QTri QButtonSymbolTri(const QRect &r, QButtonSymbol sym, bool pressed);
+
+// Face colours per state; the focus ring and symbol/label are drawn on top.
+void QButtonDraw(QCanvas &cv, const QButton &b, const char *label, QButtonSymbol sym, bool focused);
