@@ -178,3 +178,29 @@ TEST(QRadioGroup, ArrowsWrap) {
 }
 
 }  // namespace
+
+#include "ui/qcheck.h"
+
+namespace {
+
+TEST(QCheck, ClickAndSpaceFlip) {
+  QCheck c(QRect(0, 0, 16, 16));
+  struct Row {
+    QEvent e;
+    bool focused, flipped, checked;
+  };
+  const Row rows[] = {
+      {Ev(QEVENT_BUTTONPRESS, 4, 4), false, false, false},
+      {Ev(QEVENT_BUTTONRELEASE, 4, 4), false, true, true},
+      {Key(QK_SPACE), false, false, true},  // no focus: Space is not for it
+      {Key(QK_SPACE), true, true, false},
+      {Ev(QEVENT_BUTTONPRESS, 4, 4), true, false, false},
+      {Ev(QEVENT_BUTTONRELEASE, 40, 4), true, false, false},  // released outside
+  };
+  for (const Row &r : rows) {
+    EXPECT_EQ(c.Feed(r.e, r.focused), r.flipped);
+    EXPECT_EQ(c.Checked(), r.checked);
+  }
+}
+
+}  // namespace
