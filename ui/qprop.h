@@ -33,3 +33,13 @@ class QSlider {
   float value_ = 0.0f;
   QSliderState state_ = QSliderState::Idle;
 };
+
+// ---- Drawing ------------------------------------------------------------------
+class QCanvas;
+
+// The knob's rectangle: 8 pixels wide, the track's height plus 2 above and
+// below, centred on the value's pixel.
+QRect QSliderKnob(const QSlider &s);
+// Track groove, filled part up to the value, knob (brighter while dragged)
+// and, with the focus, a ring around the whole control.
+void QSliderDraw(QCanvas &cv, const QSlider &s, bool focused);

@@ -58,3 +58,26 @@ TEST(QButtonSymbol, TrianglesPointTheirWay) {
 }
 
 }  // namespace
+
+#include "ui/qprop.h"
+
+namespace {
+
+class QSliderPixels : public GLTest {};
+
+TEST_F(QSliderPixels, KnobSitsAtTheValue) {
+  QSlider s(QRect(50, 100, 201, 12), 0.0f, 100.0f, 25.0f);  // value pixel 100
+  QSliderDraw(cv, s, false);
+  Rgba knob = Pixel(100, 106);
+  Rgba fill = Pixel(70, 106);
+  Rgba groove = Pixel(200, 106);
+  EXPECT_FALSE(Near(knob, fill.r, fill.g, fill.b, 10));
+  EXPECT_FALSE(Near(fill, groove.r, groove.g, groove.b, 10));
+  EXPECT_PIXEL(Pixel(100, 99), knob.r, knob.g, knob.b, 1);  // the knob stands above the track
+  EXPECT_PIXEL(Pixel(200, 99), 0, 0, 0, 0);                 // the groove does not
+  QRect k = QSliderKnob(s);
+  EXPECT_EQ(k.x, 96);
+  EXPECT_EQ(k.wid, 8);
+}
+
+}  // namespace
