@@ -19,6 +19,8 @@
 // SetFocusShell (QApp owns them from then on).
 #pragma once
 
+#include <deque>
+
 #include "ui/qevent.h"
 #include "ui/qobject.h"
 
@@ -131,6 +133,9 @@ class QApp : public QObject {
   void Run(QWindow *modalWindow = nullptr, int flag = 0);
   // The same set-up, then handles the pending events and returns.
   void RunPending(QWindow *modalWindow = nullptr, int flag = 0);
+  // Queues an event (a control's click or change) that the loop dispatches
+  // before the next platform event; the queue keeps the order of posting.
+  void PostEvent(const QEvent &ev);
   // Runs the exit procedure and the cleanup procedures; then returns if
   // STATE_EXIT_RETURNS was set (clearing it), else ends the process.
   void Exit(int code);
@@ -200,6 +205,7 @@ class QApp : public QObject {
   int crashCount = 0;
 
   QEvent event;
+  std::deque<QEvent> posted;
   int modifiers = 0;
   unsigned buttons = 0;
   int mouseX = 0, mouseY = 0;
