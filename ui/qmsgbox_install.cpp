@@ -2,12 +2,20 @@
 // line, and the modal box of QLOG_MSGBOX reports.
 #include "ui/diag/qdebug.h"
 #include "ui/qapp.h"
+#include "ui/qdlgowner.h"
 #include "ui/qerror.h"
+#include "ui/qmsgbox.h"
 #include "ui/qplatform.h"
 
-// A box over a full-screen window would be hidden behind it: the window
-// goes first. Owner is the main window, when there is one.
+// With a main window the box is a dialog drawn in it. A report raised while
+// a box is already up (or without a window) goes to the platform's box: a
+// box over a full-screen window would be hidden behind it, so the window goes
+// first. Owner is the main window, when there is one.
 static void ShowLogBox(const char *text, const char *title) {
+  if (!QMessageBoxActive() && QDialogOwner() != nullptr) {
+    QMessageBox(title, text, QMB_OK);
+    return;
+  }
   QPWindow *owner = app ? app->GetMainPlatformWindow() : nullptr;
   if (owner && qpIsFullScreen(owner)) qpShowWindow(owner, false);
   qpMessageBox(owner, title, text, QPMB_OK | QPMB_ICONEXCLAMATION);

@@ -1,0 +1,54 @@
+#include "ui/qentryfield.h"
+
+#include "ui/qcanvas.h"
+#include "ui/qfont.h"
+
+QEntryField::QEntryField(QWindow *parent, int x, int y, int wid, int hgt, const std::string &text, int limit_)
+    : QWindow(parent, x, y, wid, hgt), entry(text, limit_), limit(limit_) {}
+
+void QEntryField::SetText(const std::string &text) { entry = QStringEntry(text, limit); }
+
+void QEntryField::Paint(QCanvas *cv) {
+  QRect r = GetAbsRect();
+  cv->SetColor(IsEnabled() ? QCANVAS_PX_WHITE : QCANVAS_PX_LTGRAY);
+  cv->Rectfill(r);
+  cv->SetColor(HasFocus() ? QCANVAS_PX_DARKTEAL : QCANVAS_PX_MIDGRAY, 255);
+  cv->Rectline(r);
+  QFont *font = cv->GetFont();
+  if (font == nullptr || !font->IsCreated()) return;
+  const std::string &t = entry.Text();
+  int caret = entry.Caret();
+  int room = r.wid - 8;
+  // The text scrolls left so that the caret stays inside the field.
+  int first = 0;
+  while (first < caret && cv->GetTextWidth(t.c_str() + first, caret - first) > room) first++;
+  int len = static_cast<int>(t.size()) - first;
+  while (len > 0 && cv->GetTextWidth(t.c_str() + first, len) > room) len--;
+  int ty = r.y + (r.hgt - cv->GetTextHeight()) / 2;
+  cv->SetColor(QCANVAS_PX_BLACK);
+  if (len > 0) cv->Text(t.c_str() + first, r.x + 4, ty, len);
+  if (HasFocus()) {
+    int cx = r.x + 4 + (caret > first ? cv->GetTextWidth(t.c_str() + first, caret - first) : 0);
+    cv->Line(cx, r.y + 3, cx, r.y + r.hgt - 4);
+  }
+}
+
+bool QEntryField::OnEvent(QEvent *ev) {
+  switch (ev->type) {
+    case QEVENT_BUTTONPRESS:
+      if (ev->n == QMB_LEFT) Focus();
+      return true;
+    case QEVENT_BUTTONRELEASE:
+    case QEVENT_MOTIONNOTIFY:
+      return true;
+    case QEVENT_CHAR:
+      entry.Feed(*ev);
+      return true;
+    case QEVENT_KEYPRESS:
+      if (ev->n == QK_ENTER || ev->n == 300 || ev->n == QK_ESC || ev->n == QK_TAB) return false;
+      entry.Feed(*ev);
+      return true;
+    default:
+      return false;
+  }
+}
