@@ -1,6 +1,7 @@
 #include "ui/qentryfield.h"
 
 #include "ui/qcanvas.h"
+#include "ui/qcontrol.h"
 #include "ui/qfont.h"
 
 QEntryField::QEntryField(QWindow *parent, int x, int y, int wid, int hgt, const std::string &text, int limit_)
@@ -10,10 +11,11 @@ void QEntryField::SetText(const std::string &text) { entry = QStringEntry(text, 
 
 void QEntryField::Paint(QCanvas *cv) {
   QRect r = GetAbsRect();
-  cv->SetColor(IsEnabled() ? QCANVAS_PX_WHITE : QCANVAS_PX_LTGRAY);
+  cv->SetColor(IsEnabled() ? qlook::FIELD : qlook::FIELD_DISABLED);
   cv->Rectfill(r);
-  cv->SetColor(HasFocus() ? QCANVAS_PX_DARKTEAL : QCANVAS_PX_MIDGRAY, 255);
+  cv->SetColor(IsEnabled() ? qlook::FRAME : qlook::FRAME_DISABLED);
   cv->Rectline(r);
+  if (HasFocus()) QControlFocusRing(cv, r);
   QFont *font = cv->GetFont();
   if (font == nullptr || !font->IsCreated()) return;
   const std::string &t = entry.Text();
@@ -25,7 +27,7 @@ void QEntryField::Paint(QCanvas *cv) {
   int len = static_cast<int>(t.size()) - first;
   while (len > 0 && cv->GetTextWidth(t.c_str() + first, len) > room) len--;
   int ty = r.y + (r.hgt - cv->GetTextHeight()) / 2;
-  cv->SetColor(QCANVAS_PX_BLACK);
+  cv->SetColor(IsEnabled() ? qlook::INK_ON_LIGHT : qlook::INK_DISABLED_ON_LIGHT);
   if (len > 0) cv->Text(t.c_str() + first, r.x + 4, ty, len);
   if (HasFocus()) {
     int cx = r.x + 4 + (caret > first ? cv->GetTextWidth(t.c_str() + first, caret - first) : 0);

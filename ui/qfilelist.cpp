@@ -1,9 +1,11 @@
 #include "ui/qfilelist.h"
 
 #include <algorithm>
+#include <string>
 
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
+#include "ui/qcontrol.h"
 #include "ui/qfont.h"
 #include "ui/qplatform.h"
 
@@ -56,10 +58,11 @@ int QFileList::RowAt(int x, int y) const {
 
 void QFileList::Paint(QCanvas *cv) {
   QRect r = GetAbsRect();
-  cv->SetColor(QCANVAS_PX_WHITE);
+  cv->SetColor(qlook::FIELD);
   cv->Rectfill(r);
-  cv->SetColor(HasFocus() ? QCANVAS_PX_DARKTEAL : QCANVAS_PX_MIDGRAY, 255);
+  cv->SetColor(qlook::FRAME);
   cv->Rectline(r);
+  if (HasFocus()) QControlFocusRing(cv, r);
   QFont *font = cv->GetFont();
   if (font == nullptr || !font->IsCreated()) return;
   rowHgt = std::max(1, cv->GetTextHeight() + 2);
@@ -70,19 +73,19 @@ void QFileList::Paint(QCanvas *cv) {
     const QBrowseEntry &e = entries[static_cast<size_t>(row)];
     int y = r.y + 2 + i * rowHgt;
     if (IsSelected(row)) {
-      cv->SetColor(QCANVAS_PX_LTTEAL);
+      cv->SetColor(qlook::ACCENT_PALE);
       cv->Rectfill(r.x + 2, y, r.wid - 4, rowHgt);
     }
-    // Folders in teal with a trailing slash, files in black.
+    // Folders in the accent colour with a trailing slash.
     std::string text = e.folder ? e.name + "/" : e.name;
-    cv->SetColor(e.folder ? QCANVAS_PX_DARKTEAL : QCANVAS_PX_BLACK, 255);
+    cv->SetColor(e.folder ? qlook::ACCENT : qlook::INK_ON_LIGHT);
     cv->Text(text.c_str(), r.x + 4, y + 1);
   }
   cv->NoClip();
   if (GetCount() > n) {
     int barHgt = std::max(8, (r.hgt - 4) * n / GetCount());
     int barY = r.y + 2 + (r.hgt - 4 - barHgt) * top / std::max(1, GetCount() - n);
-    cv->SetColor(QCANVAS_PX_TEAL);
+    cv->SetColor(qlook::ACCENT);
     cv->Rectfill(r.x + r.wid - 6, barY, 4, barHgt);
   }
 }

@@ -1,5 +1,7 @@
 #include "ui/qtextdialog.h"
 
+#include <algorithm>
+
 #include "ui/diag/qdebug.h"
 #include "ui/qbutton.h"
 #include "ui/qdlgowner.h"
@@ -19,7 +21,11 @@ QTextDialog::QTextDialog(QWindow *parent, const QRect &r, const char *title_, co
     cancel->SetShortcut(QK_ESC);
     cancel->SetTabOrder(1);
   }
-  label = new QLabel(this, l.label_x, l.label_y, r.wid - 2 * l.label_x, l.ok.y - l.label_y - 4, text ? text : "");
+  // As high as its lines, so that the message starts at the label's top.
+  int lines = 1;
+  for (const char *p = text ? text : ""; *p; p++) lines += (*p == '\n');
+  int hgt = std::min(lines * QDialogLineHeight(), l.ok.y - l.label_y - 4);
+  label = new QLabel(this, l.label_x, l.label_y, r.wid - 2 * l.label_x, std::max(1, hgt), text ? text : "");
 }
 
 QTextDialog::~QTextDialog() {

@@ -7,6 +7,7 @@
 #include "ui/qapp.h"
 #include "ui/qbutton.h"
 #include "ui/qcanvas.h"
+#include "ui/qcontrol.h"
 #include "ui/qdlgowner.h"
 #include "ui/qfont.h"
 #include "ui/qlabel.h"
@@ -31,15 +32,16 @@ void QTextPane::ScrollTo(int line) {
 
 void QTextPane::Paint(QCanvas *cv) {
   QRect r = GetAbsRect();
-  cv->SetColor(QCANVAS_PX_WHITE);
+  cv->SetColor(qlook::FIELD);
   cv->Rectfill(r);
-  cv->SetColor(HasFocus() ? QCANVAS_PX_DARKTEAL : QCANVAS_PX_MIDGRAY, 255);
+  cv->SetColor(qlook::FRAME);
   cv->Rectline(r);
+  if (HasFocus()) QControlFocusRing(cv, r);
   QFont *font = cv->GetFont();
   if (font == nullptr || !font->IsCreated()) return;
   lineHgt = std::max(1, cv->GetTextHeight());
   cv->Clip(QRect(r.x + 1, r.y + 1, r.wid - 2, r.hgt - 2));
-  cv->SetColor(QCANVAS_PX_BLACK);
+  cv->SetColor(qlook::INK_ON_LIGHT);
   int n = GetVisibleLines();
   for (int i = 0; i < n && top + i < static_cast<int>(lines.size()); i++) {
     const std::string &s = lines[static_cast<size_t>(top + i)];
@@ -51,7 +53,7 @@ void QTextPane::Paint(QCanvas *cv) {
   if (total > n) {
     int barHgt = std::max(8, (r.hgt - 4) * n / total);
     int barY = r.y + 2 + (r.hgt - 4 - barHgt) * top / std::max(1, total - n);
-    cv->SetColor(QCANVAS_PX_TEAL);
+    cv->SetColor(qlook::ACCENT);
     cv->Rectfill(r.x + r.wid - 6, barY, 4, barHgt);
   }
 }
@@ -113,11 +115,11 @@ bool QTextView::Load(const char *file) {
   std::string line;
   while (std::getline(in, line)) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
-    // Tabs to spaces: the font has no glyph for them.
+    // Tabs and other control characters to spaces: the font has no glyphs for them.
     std::string out;
     for (char c : line) {
       if (c == '\t') out.append(8 - out.size() % 8, ' ');
-      else out += c;
+      else out += (static_cast<unsigned char>(c) < 32) ? ' ' : c;
     }
     lines.push_back(std::move(out));
   }
