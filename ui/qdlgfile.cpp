@@ -43,6 +43,8 @@ bool QDlgFile(QInfo *settings, const char *name, const char *initialDir, char *p
   if (getcwd(cwd, sizeof(cwd)) == nullptr) cwd[0] = 0;
   // 2. What this dialog remembers.
   QDlgFileMemory mem = QDlgFileRecall(settings, name, initialDir);
+  if (settings == nullptr || name == nullptr)
+    qnote("qdlgfile", "QDlgFile", __LINE__, "initialDir: '%s'\n", initialDir ? initialDir : "");
   if (mem.dir.empty() && initialDir) mem.dir = initialDir;
   std::error_code ec;
   if (mem.dir.empty() || !fs::is_directory(mem.dir, ec)) mem.dir = cwd;

@@ -30,6 +30,7 @@ constexpr int CW = 8, LH = 14;  // the test font's advance and line height
 
 class DialogPaint : public DialogTest {
  protected:
+  bool UsesGL() const override { return true; }
   void SetUp() override {
     DialogTest::SetUp();
     font = new QFont("fixed");
