@@ -12,25 +12,36 @@
 
 #include "base/qinfo.h"
 #include "tool/basedir.h"
+#include "tool/dispatch.h"
 #include "tool/frame.h"
 #include "tool/graph.h"
+#include "tool/panel.h"
 #include "tool/session.h"
 #include "tool/settings.h"
 #include "ui/diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qfont.h"
+#include "ui/qmsgbox.h"
 #include "ui/qplatform.h"
+#include "ui/qtitlebar.h"
+#include "ui/qwindow.h"
+#include "ui/qwinmgr.h"
 
 // ---- Globals ---------------------------------------------------------------------------
 
 namespace {
 
 constexpr const char *PRODUCT_TEXT = "Tyrograph v8.1.0 (Pac96/MF5.2) 32 bits";
+// The title bar's strip at the top of the client area, above the graph area
+// (whose top margin is 32) and the side column (from y = 30).
+constexpr int TITLE_BAR_HEIGHT = 24;
 
 QInfo *settingsTree = nullptr;
 ToolSettings settings;
 QPWindow *window = nullptr;
+QWindow *mainWindow = nullptr;
+QTitleBar *titleBar = nullptr;
 QCanvas *canvas = nullptr;
 QFont *font = nullptr;
 QReportHook previousErrorHook = nullptr;
@@ -88,7 +99,7 @@ int ErrorHook(const char *prefix, const char *message) {
   static bool showing = false;
   if (!showing) {
     showing = true;
-    qpMessageBox(window, "Error", message, QPMB_OK);
+    QMessageBoxAt("Error", message, QMB_OK, QRect(100, 100, 500, 150));
     showing = false;
   }
   if (previousErrorHook) return previousErrorHook(prefix, message);
@@ -105,7 +116,10 @@ int ErrorHook(const char *prefix, const char *message) {
 void TyroUpdateTitle() {
   char text[1200];
   snprintf(text, sizeof text, "%s - %s", PRODUCT_TEXT, session.lastTir.c_str());
-  if (window) qpSetWindowTitle(window, text);
+  if (titleBar)
+    titleBar->SetText(text);  // the real window's caption too
+  else if (window)
+    qpSetWindowTitle(window, text);
 }
 
 void TyroLoadCar() { SessionLoadCar(); }
@@ -117,7 +131,10 @@ namespace {
 void PaintFrame() {
   // The tool's frame pacing: one frame, then 16 ms of rest.
   qpSleep(16);
+  session.ghostCamber = PanelGhostCamber();
   FramePaintGraphs(canvas, settings.viewWidth, settings.viewHeight);
+  // The controls, and a dialog over them while one runs.
+  if (QGetWindowManager()) QGetWindowManager()->Paint(canvas);
   qpSwapBuffers(window);
   StatsFrameDone();
 }
@@ -128,9 +145,7 @@ bool OnEvent(QEvent *ev) {
   // While a modal dialog runs the loop, its keys (Escape among them) are the
   // dialog's, not the panel's.
   if (app->GetFocusShell() && app->GetFocusShell()->GetModal()) return false;
-  // Escape or Shift+Q ends the program; the event goes no further.
-  if (ev->type == QEVENT_KEYPRESS && (ev->n == QK_ESC || ev->xn == (0x51 | QK_MOD_SHIFT))) app->Exit(0);
-  return false;
+  return ToolDispatch(ev);
 }
 
 // ---- Exit ----------------------------------------------------------------------------------
@@ -144,6 +159,10 @@ void OnExit() {
     delete settingsTree;
     settingsTree = nullptr;
   }
+  // The command buttons, then "Enter numerically", then the other controls.
+  PanelDestroy();
+  delete titleBar;
+  titleBar = nullptr;
 }
 
 // ---- Start-up ------------------------------------------------------------------------------
@@ -173,7 +192,13 @@ void OpenWindow(int argc, char **argv) {
   canvas = new QCanvas();
   canvas->SetTargetSize(settings.width, settings.height);
   a->SetBC(canvas);
-  a->SetMainWindow(nullptr, window);
+  // The main window of the window tree adopts the platform window; the
+  // controls and dialogs are soft windows inside it.
+  mainWindow = new QWindow(a->GetRoot(), 0, 0, settings.width, settings.height);
+  mainWindow->MakeRealX();
+  mainWindow->AdoptPlatformWindow(window);
+  mainWindow->Create();
+  a->SetMainWindow(mainWindow, window);
 }
 
 // Step 12: the three graphs, each given the one before it, with the car.
@@ -184,9 +209,10 @@ void CreateGraphs() {
     previous = session.graphs[i];
   }
   TyroLoadCar();
+  PanelRefreshLabels();
   SessionApplyZoom();
-  SessionReset();
-  SessionSelectWheelTyres(0);
+  PanelResetControls();
+  PanelSelectWheel(0);
 }
 
 }  // namespace
@@ -202,6 +228,9 @@ void TyroRun(int argc, char **argv) {
   previousErrorHook = qSetErrorHook(ErrorHook);
   font = new QFont("data/fonts/eurostile11");
   if (font->Create()) canvas->SetFont(font);
+  PanelBuild(mainWindow, settings.viewWidth, settings.viewHeight);
+  titleBar = new QTitleBar(mainWindow, 0, 0, settings.width, TITLE_BAR_HEIGHT, PRODUCT_TEXT);
+  titleBar->Create();
   app->SetIdleProc(PaintFrame);
   app->SetExitProc(OnExit);
   app->SetEventProc(OnEvent);

@@ -1,0 +1,313 @@
+// The control panel in a headless window: radio labels per model and focus,
+// the value slider's mapping and visibility, the wheel slider, the
+// operating-point sliders, the event dispatch, and what the window paints.
+#include "tool/panel.h"
+
+#include <GL/gl.h>
+
+#include <string>
+
+#include "tool/dispatch.h"
+#include "tool/frame.h"
+#include "toolwindow.h"
+#include "ui/qbutton.h"
+#include "ui/qcheck.h"
+#include "ui/qprop.h"
+#include "ui/qradio.h"
+#include "ui/qwinmgr.h"
+
+namespace {
+
+std::string Labels() {
+  std::string s;
+  for (QRadio *r : panel.coeff) s += std::string(r->GetText()) + " ";
+  return s;
+}
+
+std::string Dashes(int n) {
+  std::string s;
+  for (int i = 0; i < n; i++) s += "--- ";
+  return s;
+}
+
+QEvent Change(QWindow *w, int n) {
+  QEvent ev;
+  ev.type = QEVENT_CHANGE;
+  ev.n = n;
+  ev.win = w;
+  return ev;
+}
+
+int exits = 0;
+void CountExit() { exits++; }
+
+class PanelTest : public ToolWindowTest {};
+
+}  // namespace
+
+TEST_F(PanelTest, StartUpState) {
+  EXPECT_EQ(Labels(), "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + Dashes(15));
+  const char *commands[] = {"Open tire", "Revert", "Save*", "Export ASCII", "Export for Car.Ini", "Analyse"};
+  for (int i = 0; i < LAYOUT_COMMANDS; i++) EXPECT_STREQ(panel.command[i]->GetText(), commands[i]);
+  EXPECT_TRUE(panel.focus[0]->IsChecked());
+  EXPECT_TRUE(panel.ghost[0]->IsChecked());
+  EXPECT_FALSE(PanelGhostCamber());
+  EXPECT_TRUE(panel.coeff[0]->IsChecked());
+  EXPECT_TRUE(panel.zoom->IsChecked());
+  EXPECT_EQ(panel.coeff[0]->GetGroup(), PANEL_GROUP_COEFF);
+  EXPECT_EQ(panel.focus[3]->GetGroup(), PANEL_GROUP_FOCUS);
+  EXPECT_EQ(panel.ghost[1]->GetGroup(), PANEL_GROUP_GHOST);
+  const char *captions[] = {"Load 2500N", "Slipratio 0.00", "Slipangle 0.00", "Inclination 0.00 (camber)"};
+  const int positions[] = {83, 500, 500, 500};
+  for (int s = 0; s < OP_SLIDERS; s++) {
+    EXPECT_STREQ(panel.op[s]->GetCaption(), captions[s]);
+    EXPECT_EQ(panel.op[s]->GetPosition(), positions[s]);
+    EXPECT_EQ(panel.op[s]->GetMin(), 0);
+    EXPECT_EQ(panel.op[s]->GetMax(), 1000);
+  }
+  EXPECT_STREQ(panel.wheel->GetCaption(), "0/FL");
+  EXPECT_EQ(panel.wheel->GetMax(), 3);
+  // b0 of the test car on a 0..2 slider.
+  float b0 = Tyre(CURVE_FX, 0)->b0;
+  EXPECT_TRUE(panel.value->IsVisible());
+  EXPECT_EQ(panel.value->GetPosition(), int(b0 / 2.0f * 1000.0f));
+  char want[32];
+  snprintf(want, sizeof want, "%.4f", double(b0));
+  EXPECT_STREQ(panel.value->GetCaption(), want);
+  // Controls stand where the layout puts them.
+  PanelLayout l = LayoutCompute(VIEW_W, VIEW_H);
+  EXPECT_EQ(panel.enterNumerically->GetRect().x, l.enterNumerically.x);
+  EXPECT_EQ(panel.enterNumerically->GetRect().y, l.enterNumerically.y);
+  EXPECT_EQ(panel.op[OP_CAMBER]->GetRect().y, l.op[OP_CAMBER].y);
+  EXPECT_EQ(panel.coeff[27]->GetRect().x, l.coeff[27].x);
+}
+
+TEST_F(PanelTest, FocusChoosesTheCoefficientList) {
+  struct Case {
+    int focus;
+    std::string labels;
+  } cases[] = {
+      {2, "a0 a1 a2 a3 a4 a5 a6 a7 a8 a9 a10 a111 a112 a12 a13 " + Dashes(13)},
+      {3, "c0 c1 c2 c3 c4 c5 c6 c7 c8 c9 c10 c11 c12 c13 c14 c15 c16 c17 " + Dashes(10)},
+      {1, "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + Dashes(15)},
+      {0, "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + Dashes(15)},
+  };
+  for (const Case &c : cases) {
+    PanelCoefficientRadio(5);
+    PanelFocus(c.focus);
+    EXPECT_EQ(Labels(), c.labels) << "focus " << c.focus;
+    EXPECT_EQ(session.selected, 0);
+    EXPECT_TRUE(panel.coeff[0]->IsChecked());
+  }
+}
+
+TEST_F(PanelTest, MagicFormulaTyresShowTheScaleFactorsWhateverTheFocus) {
+  for (const char *tir : {"MagicFormula52_Parameters.tir", "MagicFormula61_Parameters.tir"}) {
+    SessionLoadTir((std::string(TYRO_SOURCE_DIR) + "/data/tyres/" + tir).c_str());
+    ASSERT_TRUE(Tyre(CURVE_FX, 0)->model == 1 || Tyre(CURVE_FX, 0)->model == 3) << tir;
+    for (int focus = 0; focus < 4; focus++) {
+      PanelFocus(focus);
+      EXPECT_EQ(Labels(),
+                "lfz0 lcx lmux lex lKx lHx lVx lGax lcy lmuy ley lKy lHy lVy lGay ltr lres lgaz lmx lvmx lmy "
+                "lxal lyka lvyka ls lsgkp lsgal lgyr ")
+          << tir << " focus " << focus;
+    }
+  }
+}
+
+TEST_F(PanelTest, PastTheListHidesTheValueSlider) {
+  PanelCoefficientRadio(13);  // after b12
+  EXPECT_EQ(session.edit.field, COEFF_FIELD_NONE);
+  EXPECT_FALSE(panel.value->IsVisible());
+  EXPECT_FALSE(panel.enterNumerically->IsVisible());
+  const float b0 = Tyre(CURVE_FX, 0)->b0, b12 = Tyre(CURVE_FX, 0)->b12;
+  PanelValueMoved(700);  // no coefficient: nothing moves
+  EXPECT_FALSE(PanelEnterNumerically());
+  EXPECT_EQ(Tyre(CURVE_FX, 0)->b0, b0);
+  EXPECT_EQ(Tyre(CURVE_FX, 0)->b12, b12);
+
+  PanelCoefficientRadio(2);  // b2, 0 .. 3000
+  EXPECT_TRUE(panel.value->IsVisible());
+  EXPECT_TRUE(panel.enterNumerically->IsVisible());
+  float b2 = Tyre(CURVE_FX, 0)->b2;
+  EXPECT_EQ(panel.value->GetPosition(), int(b2 / 3000.0f * 1000.0f));
+}
+
+TEST_F(PanelTest, ValueSliderMapsTheTableRange) {
+  PanelCoefficientRadio(1);  // b1: -25 .. 25
+  struct Case {
+    int position;
+    float value;
+    const char *caption;
+  } cases[] = {{0, -25.0f, "-25.0000"}, {1000, 25.0f, "25.0000"}, {500, 0.0f, "0.0000"}, {10, -24.5f, "-24.5000"}};
+  for (const Case &c : cases) {
+    PanelValueMoved(c.position);
+    for (Graph *g : session.graphs) EXPECT_FLOAT_EQ(g->GetCurrentTyre()->b1, c.value) << c.position;
+    EXPECT_STREQ(panel.value->GetCaption(), c.caption);
+  }
+  // A value beyond the table's range stands beyond the slider's end.
+  PanelSetCoefficientValue(50.0f);
+  PanelSelectCoefficient();
+  EXPECT_EQ(panel.value->GetPosition(), 1500);
+  PanelSetCoefficientValue(-30.0f);
+  PanelSelectCoefficient();
+  EXPECT_EQ(panel.value->GetPosition(), -100);
+}
+
+TEST_F(PanelTest, WheelTwoIsRearLeftAndTakesTheNextEdit) {
+  PanelCoefficientRadio(0);  // b0
+  PanelValueMoved(100);
+  char caption[32];
+  snprintf(caption, sizeof caption, "%s", panel.value->GetCaption());
+  float others[CAR_WHEELS];
+  for (int w = 0; w < CAR_WHEELS; w++) others[w] = Tyre(CURVE_FY, w)->b0;
+
+  PanelSelectWheel(2);
+  EXPECT_STREQ(panel.wheel->GetCaption(), "2/RL");
+  EXPECT_EQ(session.wheel, 2);
+  // A new wheel relabels but leaves the value slider until the next selection.
+  EXPECT_STREQ(panel.value->GetCaption(), caption);
+  PanelValueMoved(900);
+  for (int g = 0; g < CURVE_COUNT; g++) {
+    EXPECT_EQ(session.graphs[g]->GetCurrentTyre(), Tyre(g, 2));
+    for (int w = 0; w < CAR_WHEELS; w++)
+      EXPECT_FLOAT_EQ(Tyre(g, w)->b0, w == 2 ? 1.8f : others[w]) << "graph " << g << " wheel " << w;
+  }
+  const char *names[] = {"0/FL", "1/FR", "2/RL", "3/RR"};
+  for (int w = 0; w < CAR_WHEELS; w++) {
+    PanelSelectWheel(w);
+    EXPECT_STREQ(panel.wheel->GetCaption(), names[w]);
+  }
+}
+
+TEST_F(PanelTest, OperatingPointSliderExtremes) {
+  struct Case {
+    OpSlider slider;
+    int position;
+    float value;
+    const char *caption;
+  } cases[] = {
+      {OP_LOAD, 1000, 30000.0f, "Load 30000N"},
+      {OP_SLIP_RATIO, 0, -1.0f, "Slipratio -1.00"},
+      {OP_SLIP_ANGLE, 1000, 100.0f, "Slipangle 100.00"},
+      {OP_CAMBER, 0, -10.0f, "Inclination -10.00 (camber)"},
+      {OP_LOAD, 0, 0.0f, "Load 0N"},
+  };
+  for (const Case &c : cases) {
+    PanelOpMoved(c.slider, c.position);
+    EXPECT_STREQ(panel.op[c.slider]->GetCaption(), c.caption);
+    EXPECT_EQ(panel.op[c.slider]->GetPosition(), c.position);
+  }
+  EXPECT_FLOAT_EQ(session.point.load, 0.0f);
+  EXPECT_FLOAT_EQ(session.point.slipRatio, -1.0f);
+  EXPECT_FLOAT_EQ(session.point.slipAngle, 100.0f);
+  EXPECT_FLOAT_EQ(session.point.camber, -10.0f);
+  for (Graph *g : session.graphs)
+    for (int w = 0; w < CAR_WHEELS; w++) EXPECT_NEAR(g->GetTyre(w)->GetCamber(), -10.0f / CURVE_RAD2DEG, 1e-6);
+
+  PanelResetControls();
+  EXPECT_STREQ(panel.op[OP_LOAD]->GetCaption(), "Load 2500N");
+  EXPECT_EQ(panel.op[OP_LOAD]->GetPosition(), 83);
+  EXPECT_FLOAT_EQ(Tyre(CURVE_MZ, 3)->Fz, 2.5f);
+}
+
+TEST_F(PanelTest, ResetControlsAfterChanges) {
+  PanelFocus(3);
+  PanelCoefficientRadio(20);
+  panel.zoom->SetChecked(false);
+  PanelZoom(false);
+  PanelOpMoved(OP_SLIP_ANGLE, 0);
+  PanelResetControls();
+  EXPECT_EQ(session.focus, 0);
+  EXPECT_EQ(session.selected, 0);
+  EXPECT_TRUE(session.zoom);
+  EXPECT_TRUE(panel.zoom->IsChecked());
+  EXPECT_TRUE(panel.focus[0]->IsChecked());
+  EXPECT_TRUE(panel.coeff[0]->IsChecked());
+  EXPECT_TRUE(panel.value->IsVisible());
+  EXPECT_EQ(panel.op[OP_SLIP_ANGLE]->GetPosition(), 500);
+  EXPECT_EQ(session.graphs[CURVE_FY]->GetRange().xMax, 20.0f);
+}
+
+TEST_F(PanelTest, DispatchReachesTheOperations) {
+  QEvent ev = Change(panel.focus[2], 1);
+  EXPECT_TRUE(ToolDispatch(&ev));  // focus ends the dispatch
+  EXPECT_EQ(session.focus, 2);
+  EXPECT_STREQ(panel.coeff[11]->GetText(), "a111");
+  EXPECT_EQ(session.graphs[CURVE_FY]->GetFlags(), unsigned(GRAPH_EMPHASISED));
+  EXPECT_EQ(session.graphs[CURVE_FX]->GetFlags(), unsigned(GRAPH_DIMMED));
+
+  ev = Change(panel.coeff[3], 1);
+  EXPECT_FALSE(ToolDispatch(&ev));
+  EXPECT_EQ(session.selected, 3);
+  EXPECT_STREQ(session.edit.name, "a3");
+
+  ev = Change(panel.value, 1000);  // a3: 0 .. 3000
+  ToolDispatch(&ev);
+  EXPECT_FLOAT_EQ(Tyre(CURVE_MZ, 0)->a3, 3000.0f);
+
+  panel.zoom->SetChecked(false);
+  ev = Change(panel.zoom, 0);
+  EXPECT_TRUE(ToolDispatch(&ev));
+  EXPECT_FALSE(session.zoom);
+  EXPECT_EQ(session.graphs[CURVE_FX]->GetRange().xMax, 10.0f);
+
+  ev = Change(panel.op[OP_CAMBER], 750);
+  EXPECT_FALSE(ToolDispatch(&ev));
+  EXPECT_FLOAT_EQ(session.point.camber, 5.0f);
+  EXPECT_STREQ(panel.op[OP_CAMBER]->GetCaption(), "Inclination 5.00 (camber)");
+
+  ev = Change(panel.wheel, 3);
+  ToolDispatch(&ev);
+  EXPECT_EQ(session.wheel, 3);
+  EXPECT_STREQ(panel.wheel->GetCaption(), "3/RR");
+
+  // Events of windows that are no control of the panel change nothing.
+  ev = Change(mw, 1);
+  EXPECT_FALSE(ToolDispatch(&ev));
+  ev = Change(nullptr, 1);
+  EXPECT_FALSE(ToolDispatch(&ev));
+  EXPECT_EQ(session.focus, 2);
+  EXPECT_EQ(session.wheel, 3);
+}
+
+TEST_F(PanelTest, EscapeAndShiftQEndTheProgram) {
+  a->SetExitProc(CountExit);
+  exits = 0;
+  QEvent key;
+  key.type = QEVENT_KEYPRESS;
+  key.n = 'Q';
+  key.xn = 'Q';  // a plain q
+  ToolDispatch(&key);
+  EXPECT_EQ(exits, 0);
+  a->SetState(QApp::STATE_EXIT_RETURNS);
+  key.xn = 'Q' | QK_MOD_SHIFT;
+  ToolDispatch(&key);
+  EXPECT_EQ(exits, 1);
+  a->SetState(QApp::STATE_EXIT_RETURNS);
+  key.n = key.xn = QK_ESC;
+  ToolDispatch(&key);
+  EXPECT_EQ(exits, 2);
+  a->SetExitProc(nullptr);
+}
+
+TEST_F(PanelTest, PaintedWindowShowsOrHidesTheValueSlider) {
+  PanelLayout l = LayoutCompute(VIEW_W, VIEW_H);
+  auto nonWhite = [&](const QRect &r) {
+    cv->Select();
+    FramePaintGraphs(cv, VIEW_W, VIEW_H);
+    QGetWindowManager()->Paint(cv);
+    glFinish();
+    glReadBuffer(GL_BACK);
+    std::vector<unsigned char> px(size_t(r.wid * r.hgt * 4));
+    glReadPixels(r.x, WIN_H - r.y - r.hgt, r.wid, r.hgt, GL_RGBA, GL_UNSIGNED_BYTE, px.data());
+    int n = 0;
+    for (size_t i = 0; i < px.size(); i += 4) n += px[i] != 255 || px[i + 1] != 255 || px[i + 2] != 255;
+    return n;
+  };
+  EXPECT_GT(nonWhite(l.value), 50);
+  EXPECT_GT(nonWhite(l.enterNumerically), 50);
+  PanelCoefficientRadio(20);
+  EXPECT_EQ(nonWhite(l.value), 0);
+  EXPECT_EQ(nonWhite(l.enterNumerically), 0);
+}

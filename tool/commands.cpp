@@ -1,0 +1,129 @@
+// The commands of the button row.
+#include "tool/commands.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "tool/analyse.h"
+#include "tool/export.h"
+#include "tool/graph.h"
+#include "tool/mrun.h"
+#include "tool/panel.h"
+#include "tool/session.h"
+#include "ui/diag/qdebug.h"
+#include "ui/qdlgfile.h"
+#include "ui/qmsgbox.h"
+#include "ui/qstringdialog.h"
+#include "ui/qtextview.h"
+
+namespace {
+
+constexpr const char *ASCII_TITLE = "Export ASCII (Fx/Fy)";
+constexpr int ENTRY_LIMIT = 80;
+
+// Asks for a file through the framework's file dialog; false on cancel.
+bool AskFile(const char *key, const char *title, const char *filter, std::string *path) {
+  char buf[QDLGFILE_PATH_MAX] = "";
+  if (!QDlgFile(TyroSettingsTree(), key, nullptr, buf, title, filter, nullptr, nullptr)) return false;
+  *path = buf;
+  return true;
+}
+
+// Writes `text` and shows the file; tells the user when it cannot be written.
+bool WriteAndShow(const std::string &path, const std::string &text, const char *viewTitle) {
+  if (!ExportWriteFile(path.c_str(), text)) {
+    QMessageBox("Error", "Can't open output file", QMB_OK);
+    return false;
+  }
+  QTextViewRun(path.c_str(), "Report", viewTitle);
+  return true;
+}
+
+// The number of steps: asked again while negative. False on cancel.
+bool AskSteps(int *steps) {
+  for (;;) {
+    char start[32];
+    snprintf(start, sizeof start, "%d", EXPORT_ASCII_DEFAULT_STEPS);
+    std::string text = start;
+    if (!QStringDialogRun(ASCII_TITLE, "Enter the number of steps", &text, ENTRY_LIMIT)) return false;
+    *steps = atoi(text.c_str());
+    if (*steps >= 0) return true;
+  }
+}
+
+// The sweep's maximum: asked again while not above 0. False on cancel.
+bool AskMaximum(float *maximum) {
+  for (;;) {
+    char start[32];
+    snprintf(start, sizeof start, "%.2f", double(EXPORT_ASCII_DEFAULT_MAX));
+    std::string text = start;
+    if (!QStringDialogRun(ASCII_TITLE, "Enter the maximum horizontal value", &text, ENTRY_LIMIT)) return false;
+    *maximum = static_cast<float>(atof(text.c_str()));
+    if (*maximum > 0.0f) return true;
+  }
+}
+
+}  // namespace
+
+bool CommandOpenTire() {
+  std::string path;
+  if (!AskFile("open_tir", "Import TIR file", "*.tir", &path)) return false;
+  session.lastTir = path;
+  TyroUpdateTitle();
+  SessionLoadTir(path.c_str());
+  PanelResetControls();
+  PanelRefreshLabels();
+  return true;
+}
+
+bool CommandRevert() {
+  if (QMessageBox("Revert", "Are you sure you want to revert to the last saved Pacejka set?", QMB_YESNO) != 0)
+    return false;
+  qdbg("commands", "Revert", __LINE__, "Reverting\n");
+  SessionLoadCar();
+  return true;
+}
+
+void CommandSave() { QMessageBox("Warning", "Not yet implemented", QMB_OK); }
+
+bool CommandExportAscii() {
+  int steps = 0;
+  float maximum = 0.0f;
+  std::string path;
+  if (!AskSteps(&steps) || !AskMaximum(&maximum) || !AskFile("expasc", ASCII_TITLE, "*.txt", &path)) return false;
+  std::string text = ExportAsciiText(session.graphs[CURVE_FX]->GetCurrentTyre(),
+                                     session.graphs[CURVE_FY]->GetCurrentTyre(), steps, maximum);
+  return WriteAndShow(path, text, "Tyrograph ASCII output");
+}
+
+bool CommandExportCarIni() {
+  std::string path;
+  if (!AskFile("exppac", "Export Car.Ini style", "*.ini", &path)) return false;
+  // The statistics are the peaks of the last drawn frame.
+  std::string text = ExportCarIniText(*session.graphs[CURVE_FX]->GetCurrentTyre(),
+                                      session.graphs[CURVE_FX]->GetCurve().peakX,
+                                      session.graphs[CURVE_FY]->GetCurve().peakX);
+  return WriteAndShow(path, text, "Tyrograph Car.Ini-style output");
+}
+
+bool CommandAnalyse(bool show) {
+  if (!AnalyseWriteReport(ANALYSE_REPORT_FILE)) {
+    QMessageBox("Error", "Can't open report file", QMB_OK);
+    return false;
+  }
+  if (show) QTextViewRun(ANALYSE_REPORT_FILE, "Report", "Tyrograph analysis");
+  return true;
+}
+
+void CommandRun(int index) {
+  switch (index) {
+    case CMD_OPEN_TIRE: CommandOpenTire(); break;
+    case CMD_REVERT: CommandRevert(); break;
+    case CMD_SAVE: CommandSave(); break;
+    case CMD_EXPORT_ASCII: CommandExportAscii(); break;
+    case CMD_EXPORT_CARINI: CommandExportCarIni(); break;
+    case CMD_ANALYSE: CommandAnalyse(true); break;
+    default: break;
+  }
+}
