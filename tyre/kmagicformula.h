@@ -3,8 +3,9 @@
 // Each force is  y = D·sin(C·atan(B·x − E·(B·x − atan(B·x)))) + Sv.
 // MF() is the argument of the outer sine (or cosine, for the weighting
 // functions and the aligning moment); the routines put D, Sv and the shifts
-// around it. Pac96Sine() is the whole curve as the Pacejka89/96 routines form
-// it, with the inner term written as E·atan(B·x) + (1 − E)·B·x.
+// around it. (The Pacejka89/96 routines form the inner term as
+// E·atan(B·x) + (1 − E)·B·x and evaluate their three curves side by side:
+// see kpacejka_pac96.cpp.)
 #pragma once
 
 #include <cmath>
@@ -15,12 +16,6 @@ namespace kpacejka {
 inline float MF(float B, float C, float E, float x) {
   const float Bx = B * x;
   return C * atanf(Bx - E * (Bx - atanf(Bx)));
-}
-
-// D·sin(C·atan(E·atan(B·x) + (1 − E)·B·x)) + Sv
-inline float Pac96Sine(float B, float C, float D, float E, float Sv, float x) {
-  const float Bx = B * x;
-  return D * sinf(C * atanf(E * atanf(Bx) + (1.0f - E) * Bx)) + Sv;
 }
 
 // s(v): 1 when v ≥ 0 (zero counts as positive), −1 otherwise.

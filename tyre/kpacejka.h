@@ -154,9 +154,11 @@ class KPacejka {
   PSystem *system;  // owned; made by CreateSystem
 
  private:
-  float CalculateFx();
-  float CalculateFy();
-  float CalculateMz();
+  struct Pac96Curve;  // one force's curve parameters (kpacejka_pac96.cpp)
+  void CalculatePac96();
+  Pac96Curve Pac96FxCurve();
+  Pac96Curve Pac96FyCurve();
+  Pac96Curve Pac96MzCurve();
   void CalculateMF52();
   void CalculateMF61();
   void CalculateMagicFormula(bool mf61);

@@ -31,11 +31,7 @@ static float Limit(float v, float L) {
 void KPacejka::Calculate() {
   // 1. dispatch; every number without a routine of its own runs Magic Formula 5.2
   switch (model) {
-    case PAC96:
-      Fx = CalculateFx();
-      Fy = CalculateFy();
-      Mz = CalculateMz();
-      break;
+    case PAC96: CalculatePac96(); break;
     case PAC2006: CalculatePac2006(); break;
     case MF61: CalculateMF61(); break;
     default: CalculateMF52(); break;

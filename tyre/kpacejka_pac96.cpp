@@ -6,7 +6,6 @@
 #include "tyre/kmagicformula.h"
 #include "tyre/kpacejka.h"
 
-using kpacejka::Pac96Sine;
 using kpacejka::RAD_TO_DEG;
 
 // A C·D product this small would blow B up; such a curve is flat anyway, so
@@ -14,7 +13,13 @@ using kpacejka::RAD_TO_DEG;
 static constexpr float CD_MIN = 0.00001f;
 static constexpr float B_FLAT = 99999.0f;
 
-float KPacejka::CalculateFx() {
+// One force's curve, y = D·sin(C·atan(E·atan(B·x) + (1 − E)·B·x)) + Sv, and
+// the point x at which it is read.
+struct KPacejka::Pac96Curve {
+  float B, C, D, E, Sv, x;
+};
+
+KPacejka::Pac96Curve KPacejka::Pac96FxCurve() {
   const float FzP = FzPeak;
   const float Fz2 = Fz * Fz;
   // 1-3. shape, peak, and C·D with the plain load in place of FzPeak
@@ -37,11 +42,11 @@ float KPacejka::CalculateFx() {
   Cx = C;
   Dx = D;
   peakFx = Sv + D;
-  // 8.
-  return Pac96Sine(B, C, D, E, Sv, slipPercentage + Sh);
+  // 8. read at the slip plus the shift
+  return {B, C, D, E, Sv, slipPercentage + Sh};
 }
 
-float KPacejka::CalculateFy() {
+KPacejka::Pac96Curve KPacejka::Pac96FyCurve() {
   const float FzP = FzPeak;
   const float absGamma = fabsf(camber);
   // 1-4.
@@ -69,11 +74,11 @@ float KPacejka::CalculateFy() {
   peakFy = Sv + D;
   // 8.
   const float Sh = a8 * camber + a9 * Fz + a10;
-  // 9.
-  return Pac96Sine(B, C, D, E, Sv, sideSlip + Sh);
+  // 9. read at the slip angle plus the shift
+  return {B, C, D, E, Sv, sideSlip + Sh};
 }
 
-float KPacejka::CalculateMz() {
+KPacejka::Pac96Curve KPacejka::Pac96MzCurve() {
   const float FzP = FzPeak;
   const float Fz2 = Fz * Fz;
   const float absGamma = fabsf(camber);
@@ -90,6 +95,29 @@ float KPacejka::CalculateMz() {
   // 6-7.
   const float Sh = c11 * camber + c12 * Fz + c13;
   const float Sv = (c14 * Fz2 + c15 * Fz) * camber + c16 * Fz + c17;
-  // 8. the moment leaves no curve parameters behind
-  return Pac96Sine(B, C, D, E, Sv, sideSlip + Sh);
+  // 8. the moment leaves no curve parameters behind; read at the slip angle
+  //    plus the shift
+  return {B, C, D, E, Sv, sideSlip + Sh};
+}
+
+void KPacejka::CalculatePac96() {
+  const Pac96Curve curve[3] = {Pac96FxCurve(), Pac96FyCurve(), Pac96MzCurve()};
+  // The three curves are independent chains of two atanf and a sinf each.
+  // Taking them a stage at a time, all three side by side, lets the processor
+  // work on one curve's library call while another's result is still coming,
+  // instead of waiting out each chain in turn. Each curve is still formed
+  // exactly as D·sin(C·atan(E·atan(B·x) + (1 − E)·B·x)) + Sv.
+  float Bx[3], inner[3], y[3];
+  for (int i = 0; i < 3; i++) {
+    Bx[i] = curve[i].B * curve[i].x;
+    inner[i] = atanf(Bx[i]);
+  }
+  for (int i = 0; i < 3; i++) {
+    const float E = curve[i].E;
+    inner[i] = curve[i].C * atanf(E * inner[i] + (1.0f - E) * Bx[i]);
+  }
+  for (int i = 0; i < 3; i++) y[i] = curve[i].D * sinf(inner[i]) + curve[i].Sv;
+  Fx = y[0];
+  Fy = y[1];
+  Mz = y[2];
 }
