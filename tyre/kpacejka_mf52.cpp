@@ -14,7 +14,7 @@
 #include "tyre/kpacejka.h"
 
 using kpacejka::DEG_TO_RAD;
-using kpacejka::MF;
+using kpacejka::MFSideBySide;
 using kpacejka::RAD_TO_DEG;
 using kpacejka::Sign;
 using kpacejka::TWO_OVER_PI;
@@ -41,6 +41,12 @@ void KPacejka::CalculateMagicFormula(bool mf61) {
   const float gy = lgay * gamma;
   const float gz = lgaz * gamma;
 
+  // Every sine-arctangent curve (the pure-slip forces, the four weighting
+  // curves, the moment's trail curve) is formed in one place further down,
+  // side by side: each is a chain of library calls waiting on itself, and
+  // next to each other they overlap. The sections below form their
+  // parameters; the steps keep their numbers.
+
   // ---- Pure longitudinal slip ----
   // 1.
   const float SHx = (phx1 + phx2 * dfz) * lhx;
@@ -56,8 +62,7 @@ void KPacejka::CalculateMagicFormula(bool mf61) {
   const float Kx = Fz * (pkx1 + pkx2 * dfz) * expf(pkx3 * dfz) * lkx;
   // 5.
   const float Bx = Kx / GuardCD(Cx * Dx);
-  // 6.
-  const float Fx0 = Dx * sinf(MF(Bx, Cx, Ex, kx)) + SVx;
+  // 6. Fx0 = Dx·sin(MF(Bx, Cx, Ex, kx)) + SVx, with the curves below
 
   // ---- Pure lateral slip ----
   // 1.
@@ -76,8 +81,7 @@ void KPacejka::CalculateMagicFormula(bool mf61) {
   // 6.
   float Ey = (pey1 + pey2 * dfz) * (1.0f - (pey3 + pey4 * gy) * Sign(ay)) * ley;
   if (Ey > 1.0f) Ey = 1.0f;
-  // 7.
-  const float Fy0 = Dy * sinf(MF(By, Cy, Ey, ay)) + SVy;
+  // 7. Fy0 = Dy·sin(MF(By, Cy, Ey, ay)) + SVy, with the curves below
 
   // ---- Aligning moment, common terms ----
   // 1.
@@ -106,34 +110,53 @@ void KPacejka::CalculateMagicFormula(bool mf61) {
   // (The pure-slip moment is not formed: the combined moment replaces it.)
 
   // ---- Combined slip ----
-  // 1. longitudinal weighting; a vanishing normaliser means no force
+  // 1. longitudinal weighting (the curves below)
   const float Bxa = rbx1 * cosf(atanf(rbx2 * kappa)) * lxal;
   const float Cxa = rcx1;
   const float Exa = rex1 + rex2 * dfz;
   const float SHxa = rhx1;
-  const float G0 = cosf(MF(Bxa, Cxa, Exa, SHxa));
-  const float Gxa = fabsf(G0) <= 0.00001f ? 0.0f : cosf(MF(Bxa, Cxa, Exa, alpha + SHxa)) / G0;
-  Fx = Gxa * Fx0;
   // 2. lateral shift: unscaled camber, the stored load in kN and fyShiftScale
   //    in place of a friction coefficient, as the simulator forms it
   const float SVyk = cosf(atanf(rvy4 * alpha)) * (rvy1 + rvy2 * dfz + rvy3 * gamma) * fyShiftScale *
                      this->Fz * sinf(rvy5 * atanf(rvy6 * kappa)) * lvyka;
-  // 3. lateral weighting (unguarded division)
+  // 3. lateral weighting (the curves below)
   const float Byk = rby1 * cosf(atanf(rby2 * (alpha - rby3))) * lyka;
   const float Cyk = rcy1;
   const float Eyk = rey1 + rey2 * dfz;
   const float SHyk = rhy1 + rhy2 * dfz;
-  const float Gyk = cosf(MF(Byk, Cyk, Eyk, kappa + SHyk)) / cosf(MF(Byk, Cyk, Eyk, SHyk));
-  // 4.
-  const float FyC = Gyk * Fy0 + SVyk;
-  // 5. equivalent slips
+  // 5. equivalent slips (ahead of 4: the moment's trail curve takes them)
   const float r = (Kx / Ky) * (Kx / Ky) * kappa * kappa;
   const float ateq = sqrtf(at * at + r) * Sign(at);
   const float areq = sqrtf(ar * ar + r) * Sign(ar);
+
+  // ---- The curves, side by side ----
+  enum { FX0, FY0, GXA0, GXA, GYK, GYK0, TRAIL, CURVES };
+  float arg[CURVES];
+  MFSideBySide({{Bx, Cx, Ex, kx},                   // pure longitudinal 6
+                {By, Cy, Ey, ay},                   // pure lateral 7
+                {Bxa, Cxa, Exa, SHxa},              // combined 1, normaliser
+                {Bxa, Cxa, Exa, alpha + SHxa},      // combined 1
+                {Byk, Cyk, Eyk, kappa + SHyk},      // combined 3
+                {Byk, Cyk, Eyk, SHyk},              // combined 3, normaliser
+                {Bt, Ct, Et, ateq}},                // combined 6, trail
+               arg);
+  const float residual = cosf(atanf(Br * areq));  // combined 6
+  const float Fx0 = Dx * sinf(arg[FX0]) + SVx;
+  const float Fy0 = Dy * sinf(arg[FY0]) + SVy;
+
+  // ---- Combined slip, the forces and the moment ----
+  // 1. a vanishing normaliser means no force
+  const float G0 = cosf(arg[GXA0]);
+  const float Gxa = fabsf(G0) <= 0.00001f ? 0.0f : cosf(arg[GXA]) / G0;
+  Fx = Gxa * Fx0;
+  // 3. (unguarded division)
+  const float Gyk = cosf(arg[GYK]) / cosf(arg[GYK0]);
+  // 4.
+  const float FyC = Gyk * Fy0 + SVyk;
   // 6.
   const float cosAlpha = cosf(alpha);
-  const float MzC = Dr * cosf(atanf(Br * areq)) * cosAlpha -
-                    Dt * cosf(MF(Bt, Ct, Et, ateq)) * cosAlpha * (FyC - SVyk) +
+  const float MzC = Dr * residual * cosAlpha -
+                    Dt * cosf(arg[TRAIL]) * cosAlpha * (FyC - SVyk) +
                     (ssz1 + ssz2 * FyC / Fz0s + (ssz3 + ssz4 * dfz) * gamma) * r0 * ls * Fx;
   // 7. the simulator's axes: lateral force and moment change sign
   Fy = -FyC;
