@@ -14,7 +14,7 @@
 #include "tyre/kpacejka.h"
 
 using kpacejka::DEG_TO_RAD;
-using kpacejka::MF;
+using kpacejka::MFSideBySide;
 using kpacejka::RAD_TO_DEG;
 using kpacejka::Sign;
 using kpacejka::TWO_OVER_PI;
@@ -32,6 +32,12 @@ void KPacejka::CalculatePac2006() {
   const float alpha = sideSlip * DEG_TO_RAD;
   const float gs = sinf(camber * DEG_TO_RAD);  // γ*
   const float gs2 = gs * gs;
+
+  // Every sine-arctangent curve (the pure-slip forces, the four weighting
+  // curves, the moment's trail curve) is formed in one place further down,
+  // side by side: each is a chain of library calls waiting on itself, and
+  // next to each other they overlap. The steps below form their parameters
+  // and keep their numbers.
 
   // ---- Pure longitudinal slip ----
   // 3. low-speed weight of the longitudinal speed; the routine has no speed
@@ -54,8 +60,7 @@ void KPacejka::CalculatePac2006() {
   // 9. a vanishing C·D gets 0.1 added so the stiffness division stays finite
   const float CDx = Cx * Dx;
   const float Bx = Kx / (CDx + (fabsf(CDx) < 0.001f ? 0.1f : 0.0f));
-  // 10.
-  const float Fx0 = Dx * sinf(MF(Bx, Cx, Ex, kx)) + SVx;
+  // 10. Fx0 = Dx·sin(MF(Bx, Cx, Ex, kx)) + SVx, with the curves below
 
   // ---- Pure lateral slip ----
   // 11-12.
@@ -75,8 +80,7 @@ void KPacejka::CalculatePac2006() {
       Fz * (pvy1 + pvy2 * dfz) * lvy * lmuy * zeta2 + Fz * (pvy3 + pvy4 * dfz) * gs * lky * lmuy * zeta2;
   // 17. no upper bound
   const float Ey = (pey1 + pey2 * dfz) * (1.0f - (pey3 + pey4 * gs) * Sign(ay)) * ley;
-  // 18.
-  const float Fy0 = Dy * sinf(MF(By, Cy, Ey, ay)) + SVy;
+  // 18. Fy0 = Dy·sin(MF(By, Cy, Ey, ay)) + SVy, with the curves below
 
   // ---- Aligning moment, common terms ----
   // 19.
@@ -103,32 +107,51 @@ void KPacejka::CalculatePac2006() {
   // 26. (The pure-slip moment is not formed: the combined moment replaces it.)
 
   // ---- Combined slip ----
-  // 27. longitudinal weighting; a vanishing normaliser means no force
+  // 27. longitudinal weighting (the curves below)
   const float Bxa = cosf(atanf(rbx2 * kappa)) * (rbx1 + rbx3 * gs2) * lxal;
   const float Cxa = rcx1;
   const float Exa = rex1 + rex2 * dfz;
   const float SHxa = rhx1;
-  const float G0 = cosf(MF(Bxa, Cxa, Exa, SHxa));
-  const float Gxa = fabsf(G0) > 0.00001f ? cosf(MF(Bxa, Cxa, Exa, alpha + SHxa)) / G0 : 0.0f;
-  Fx = Gxa * Fx0;
   // 28. lateral shift with the stored load in kN, as in Magic Formula 5.2
   const float SVyk = cosf(atanf(rvy4 * alpha)) * (rvy1 + rvy2 * dfz + rvy3 * gs) * fyShiftScale *
                      this->Fz * zeta2 * sinf(rvy5 * atanf(rvy6 * kappa)) * lvyka;
-  // 29. lateral weighting (unguarded division)
+  // 29. lateral weighting (the curves below)
   const float Byk = cosf(atanf(rby2 * (alpha - rby3))) * (rby1 + rby4 * gs2) * lyka;
   const float Cyk = rcy1;
   const float Eyk = rey1 + rey2 * dfz;
   const float SHyk = rhy1 + rhy2 * dfz;
-  const float Gyk = cosf(MF(Byk, Cyk, Eyk, kappa + SHyk)) / cosf(MF(Byk, Cyk, Eyk, SHyk));
-  // 30.
-  const float FyC = Gyk * Fy0 + SVyk;
-  // 31. equivalent slips
+  // 31. equivalent slips (ahead of 30: the moment's trail curve takes them)
   const float r = (Kx / Kp) * (Kx / Kp) * kappa * kappa;
   const float ateq = sqrtf(at * at + r) * Sign(at);
   const float areq = sqrtf(ar * ar + r) * Sign(ar);
+
+  // ---- The curves, side by side ----
+  enum { FX0, FY0, GXA0, GXA, GYK, GYK0, TRAIL, CURVES };
+  float arg[CURVES];
+  MFSideBySide({{Bx, Cx, Ex, kx},                   // 10
+                {By, Cy, Ey, ay},                   // 18
+                {Bxa, Cxa, Exa, SHxa},              // 27, normaliser
+                {Bxa, Cxa, Exa, alpha + SHxa},      // 27
+                {Byk, Cyk, Eyk, kappa + SHyk},      // 29
+                {Byk, Cyk, Eyk, SHyk},              // 29, normaliser
+                {Bt, Ct, Et, ateq}},                // 32, trail
+               arg);
+  const float residual = cosf(Cr * atanf(Br * areq));  // 33
+  const float Fx0 = Dx * sinf(arg[FX0]) + SVx;
+  const float Fy0 = Dy * sinf(arg[FY0]) + SVy;
+
+  // ---- Combined slip, the forces and the moment ----
+  // 27. a vanishing normaliser means no force
+  const float G0 = cosf(arg[GXA0]);
+  const float Gxa = fabsf(G0) > 0.00001f ? cosf(arg[GXA]) / G0 : 0.0f;
+  Fx = Gxa * Fx0;
+  // 29. (unguarded division)
+  const float Gyk = cosf(arg[GYK]) / cosf(arg[GYK0]);
+  // 30.
+  const float FyC = Gyk * Fy0 + SVyk;
   // 32-34.
-  const float tTerm = -Dt * cosf(MF(Bt, Ct, Et, ateq)) * cosf(alpha) * (FyC - SVyk);
-  const float rTerm = Dr * cosf(Cr * atanf(Br * areq));
+  const float tTerm = -Dt * cosf(arg[TRAIL]) * cosf(alpha) * (FyC - SVyk);
+  const float rTerm = Dr * residual;
   const float sTerm = (ssz1 + ssz2 * FyC * inv + (ssz3 + ssz4 * dfz) * gs) * r0 * ls * Fx;
   Mz = tTerm + rTerm + sTerm;
   // 35. only the lateral force changes sign here; the moment keeps its own
