@@ -131,6 +131,7 @@ TEST_F(TextDialog, WindowsGoAwayAfterTheRun) {
 using MessageBox = DialogTest;
 
 TEST_F(MessageBox, FlagsChooseTheButtons) {
+  int platformBoxes = qpsMessageBoxCount();
   OnIdle([] {
     QTextDialog *d = ModalAs<QTextDialog>();
     EXPECT_EQ(d->GetCancel(), nullptr);
@@ -158,7 +159,7 @@ TEST_F(MessageBox, FlagsChooseTheButtons) {
   a->SetState(QApp::STATE_EXIT_RETURNS);
   qpsClose();
   EXPECT_EQ(QMessageBox("Overwrite", "Replace it?", 0), 1);
-  EXPECT_EQ(qpsMessageBoxCount(), 0);
+  EXPECT_EQ(qpsMessageBoxCount(), platformBoxes);
 }
 
 TEST_F(MessageBox, SizedToTheTextOrPlacedAtTheRectangle) {
@@ -195,6 +196,7 @@ TEST_F(MessageBox, SizedToTheTextOrPlacedAtTheRectangle) {
 }
 
 TEST_F(MessageBox, LogBoxesShowInTheWindow) {
+  int platformBoxes = qpsMessageBoxCount();
   OnIdle([] {
     QTextDialog *d = ModalAs<QTextDialog>();
     ASSERT_NE(d, nullptr);
@@ -204,7 +206,7 @@ TEST_F(MessageBox, LogBoxesShowInTheWindow) {
     qpsKeyTap(QK_ENTER);
   });
   qlogf(QLOG_ERR | QLOG_MSGBOX | QLOG_NO_STDERR, "src", "disk %s is full", "C");
-  EXPECT_EQ(qpsMessageBoxCount(), 0);
+  EXPECT_EQ(qpsMessageBoxCount(), platformBoxes);
 }
 
 // Without a main window the platform's box asks; its answer maps to 0 or 1.
