@@ -82,6 +82,12 @@ bool CommandRevert() {
     return false;
   qdbg("commands", "Revert", __LINE__, "Reverting\n");
   SessionLoadCar();
+  // Loading leaves each tyre at the load and camber of its camber check;
+  // the tyres take the panel's operating point again, and the radios the
+  // car's coefficient list. The value slider keeps its place until the next
+  // selection.
+  for (int s = 0; s < OP_SLIDERS; s++) SessionApply(OpSlider(s));
+  PanelRefreshLabels();
   return true;
 }
 

@@ -21,7 +21,8 @@ void CommandRun(int index);
 // Import TIR: the file goes into every tyre of every graph; the controls go
 // back to their start-up state. False when cancelled.
 bool CommandOpenTire();
-// Asks, then reloads the current car into the graphs. False when not confirmed.
+// Asks, then reloads the current car into the graphs, which keep the
+// panel's operating point. False when not confirmed.
 bool CommandRevert();
 // Saving edited coefficients is not offered; says so.
 void CommandSave();

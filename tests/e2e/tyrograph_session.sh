@@ -5,8 +5,10 @@
 # numerically" with a typed value change the curves; "Export ASCII" through
 # its two string dialogs and the file dialog (an absolute path typed into the
 # name field) writes the same bytes as tyrograph-cli export-ascii for the same
-# state; "Analyse" writes the 40-byte reppac.txt and shows it; Escape ends
-# the tool and pacejka.ini holds last.car.
+# state; "Analyse" writes the 40-byte reppac.txt and shows it; "Save*" warns;
+# "Open tire" imports a TIR file typed into the file dialog (the tyre model's
+# error reports show in the "Error" box) and names it in the title; "Revert" brings the car back; Escape ends the tool and
+# pacejka.ini holds last.car.
 # Screenshots of every step: <build>/e2e-shots/tyrograph_session/.
 #   bash tyrograph_session.sh <build-dir> <source-dir>
 set -euo pipefail
@@ -125,11 +127,70 @@ key Return
 tyro_shot after_analyse
 echo "ok   Analyse: 40-byte reppac.txt"
 
-# 5. Escape ends the tool; last.car is stored.
+# 5. "Save*" only says that it is not implemented.
+tyro_click "$(cmd_x 2)" $CMD_Y
+tyro_shot save_warning
+key Return
+kill -0 "$PID" 2>/dev/null || tyro_fail "the tool ended after Save*"
+echo "ok   Save*: warning box closed with Enter"
+
+# 6. "Open tire": a TIR file typed into the file dialog. This file's FITTYP
+#    is one the tyre model reports as an error for each of the twelve tyres;
+#    every report shows in the "Error" box (500 x 150 at 100,100), closed
+#    with Enter. Then the title names the file and the curves change;
+#    "Revert" (Enter = Yes) brings the car back.
+TIR="$SRC/data/tyres/MagicFormula52_Parameters.tir"
+# True while a dialog covers (560, 240), white plot when no dialog is up.
+box_up() {
+  import -window "$WID" "$SHOTS/probe.png" 2>/dev/null
+  [ "$(convert "$SHOTS/probe.png" -format '%[fx:int(255*p{560,240}.r)],%[fx:int(255*p{560,240}.g)]' info:)" != "255,255" ]
+}
+xdotool mousemove --window "$WID" 450 300
+tyro_shot before_tir
+plot before_tir
+box_up && tyro_fail "(560, 240) is not white before the import"
+tyro_click "$(cmd_x 0)" $CMD_Y
+tyro_shot tir_dialog
+xdotool type --delay 30 "$TIR"
+sleep 0.3
+key Return
+sleep 0.5
+tyro_shot tir_error
+box_up || tyro_fail "no Error box after importing $TIR"
+boxes=0
+while box_up && [ $boxes -lt 30 ]; do
+  key Return
+  sleep 0.2
+  boxes=$((boxes + 1))
+done
+box_up && tyro_fail "the Error boxes do not go away"
+echo "ok   Error box shown for the tyre model's reports ($boxes closed with Enter)"
+xdotool mousemove --window "$WID" 450 300
+tyro_shot tir
+plot tir
+title=$(xdotool getwindowname "$WID")
+[ "$title" = "Tyrograph v8.1.0 (Pac96/MF5.2) 32 bits - $TIR" ] || tyro_fail "title after Open tire is '$title'"
+differs "$SHOTS/before_tir-plot.png" "$SHOTS/tir-plot.png" || tyro_fail "the curves did not change with the TIR file"
+echo "ok   Open tire: title '$title', curves changed"
+tyro_click "$(cmd_x 1)" $CMD_Y
+tyro_shot revert_question
+key Return
+xdotool mousemove --window "$WID" 450 300
+tyro_shot reverted
+plot reverted
+differs "$SHOTS/tir-plot.png" "$SHOTS/reverted-plot.png" || tyro_fail "Revert left the TIR curves"
+# Not pixel for pixel the start-up curves: the slip ranges the TIR file set
+# stay with the tyres (a reload replaces coefficients only), so the Fx curve
+# runs flat beyond them.
+echo "ok   Revert: the car's curves are back"
+
+# 7. Escape ends the tool; last.car is stored.
 xdotool key --window "$WID" Escape
 quit_wait || tyro_fail "Escape did not end the tool"
 grep -q "car=touring" "$HOME_DIR/pacejka.ini" || tyro_fail "pacejka.ini lacks last.car: $(cat "$HOME_DIR/pacejka.ini")"
 echo "ok   Escape quit; pacejka.ini holds last.car=touring"
+grep -q "^Reverting" "$HOME_DIR/stdout.txt" "$HOME_DIR/stderr.txt" || tyro_fail "no Reverting trace"
+echo "ok   Revert traced"
 rm -rf "$HOME_DIR" "$OUT_DIR"
 INNER
 

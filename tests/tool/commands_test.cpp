@@ -122,23 +122,36 @@ TEST_F(CommandsTest, RevertAsksAndReloadsTheCar) {
   ASSERT_EQ(system(("mkdir -p '" + dir + "/data/cars' && ln -s '" TYRO_TEST_DATA "/tool/touring' '" + dir +
                     "/data/cars/touring'").c_str()),
             0);
-  PanelCoefficientRadio(2);
   float b2 = Tyre(CURVE_FX, 0)->b2;
+  PanelCoefficientRadio(2);
   PanelValueMoved(0);
+  PanelOpMoved(OP_CAMBER, 750);
+  SessionLoadTir((std::string(TYRO_SOURCE_DIR) + "/data/tyres/MagicFormula61_Parameters.tir").c_str());
+  PanelRefreshLabels();
+  ASSERT_STREQ(panel.coeff[0]->GetText(), "lfz0");
   char old[4096];
   ASSERT_NE(getcwd(old, sizeof old), nullptr);
   ASSERT_EQ(chdir(dir.c_str()), 0);
   session.car = "touring";
   qpsKeyTap(QK_ESC);  // No
   bool no = CommandRevert();
-  float afterNo = Tyre(CURVE_FX, 0)->b2;
+  int modelAfterNo = Tyre(CURVE_FX, 0)->model;
   qpsKeyTap(QK_ENTER);  // Yes
   bool yes = CommandRevert();
   EXPECT_EQ(chdir(old), 0);
   EXPECT_FALSE(no);
-  EXPECT_EQ(afterNo, 0.0f);
+  EXPECT_EQ(modelAfterNo, 3);
   EXPECT_TRUE(yes);
+  EXPECT_FALSE(stuck);
+  for (Graph *g : session.graphs)
+    for (int w = 0; w < CAR_WHEELS; w++) {
+      EXPECT_EQ(g->GetTyre(w)->model, 0);
+      // The reloaded tyres stand at the panel's operating point.
+      EXPECT_FLOAT_EQ(g->GetTyre(w)->Fz, 2.5f);
+      EXPECT_NEAR(g->GetTyre(w)->GetCamber(), 5.0f / CURVE_RAD2DEG, 1e-6);
+    }
   for (Graph *g : session.graphs) EXPECT_EQ(g->GetTyre(0)->b2, b2);
+  EXPECT_STREQ(panel.coeff[0]->GetText(), "b0");
   // The value slider keeps showing the edit until the next selection.
   EXPECT_STREQ(panel.value->GetCaption(), "0.0000");
 }
