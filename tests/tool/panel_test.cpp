@@ -311,3 +311,39 @@ TEST_F(PanelTest, PaintedWindowShowsOrHidesTheValueSlider) {
   EXPECT_EQ(nonWhite(l.value), 0);
   EXPECT_EQ(nonWhite(l.enterNumerically), 0);
 }
+
+// The whole path: platform events through the window manager to the
+// controls, their posted control events through the program's event
+// procedure to the panel.
+TEST_F(PanelTest, ClicksAndKeysReachThePanelThroughTheEventLoop) {
+  a->SetEventProc(ToolDispatch);
+  auto pump = [&] {
+    for (int i = 0; i < 500; i++)
+      if (a->Run1() == 2) break;
+  };
+  PanelLayout l = LayoutCompute(VIEW_W, VIEW_H);
+  qpsClick(l.focus[3].x + 8, l.focus[3].y + 8);  // "Focus Mz"
+  pump();
+  EXPECT_EQ(session.focus, 3);
+  EXPECT_TRUE(panel.focus[3]->IsChecked());
+  EXPECT_STREQ(panel.coeff[17]->GetText(), "c17");
+
+  qpsClick(l.coeff[17].x + 8, l.coeff[17].y + 8);  // c17, the second column's fourth radio
+  pump();
+  EXPECT_EQ(session.selected, 17);
+  EXPECT_STREQ(session.edit.name, "c17");
+
+  // A click beside the knob moves the camber slider by its big step; with
+  // the focus, the arrow keys move it by the small one.
+  const QRect &cam = l.op[OP_CAMBER];
+  qpsClick(cam.x + cam.wid - 3, cam.y + cam.hgt / 2);
+  pump();
+  EXPECT_EQ(panel.op[OP_CAMBER]->GetPosition(), 510);
+  panel.op[OP_CAMBER]->Focus();
+  qpsKeyTap(QK_RIGHT);
+  pump();
+  EXPECT_EQ(panel.op[OP_CAMBER]->GetPosition(), 513);
+  EXPECT_FLOAT_EQ(session.point.camber, 513.0f / 50.0f - 10.0f);
+  EXPECT_STREQ(panel.op[OP_CAMBER]->GetCaption(), "Inclination 0.26 (camber)");
+  a->SetEventProc(nullptr);
+}
