@@ -19,7 +19,7 @@ struct KPacejka::Pac96Curve {
   float B, C, D, E, Sv, x;
 };
 
-KPacejka::Pac96Curve KPacejka::Pac96FxCurve() {
+inline KPacejka::Pac96Curve KPacejka::Pac96FxCurve() {
   const float FzP = FzPeak;
   const float Fz2 = Fz * Fz;
   // 1-3. shape, peak, and C·D with the plain load in place of FzPeak
@@ -46,7 +46,7 @@ KPacejka::Pac96Curve KPacejka::Pac96FxCurve() {
   return {B, C, D, E, Sv, slipPercentage + Sh};
 }
 
-KPacejka::Pac96Curve KPacejka::Pac96FyCurve() {
+inline KPacejka::Pac96Curve KPacejka::Pac96FyCurve() {
   const float FzP = FzPeak;
   const float absGamma = fabsf(camber);
   // 1-4.
@@ -78,7 +78,7 @@ KPacejka::Pac96Curve KPacejka::Pac96FyCurve() {
   return {B, C, D, E, Sv, sideSlip + Sh};
 }
 
-KPacejka::Pac96Curve KPacejka::Pac96MzCurve() {
+inline KPacejka::Pac96Curve KPacejka::Pac96MzCurve() {
   const float FzP = FzPeak;
   const float Fz2 = Fz * Fz;
   const float absGamma = fabsf(camber);
@@ -101,7 +101,11 @@ KPacejka::Pac96Curve KPacejka::Pac96MzCurve() {
 }
 
 void KPacejka::CalculatePac96() {
-  const Pac96Curve curve[3] = {Pac96FxCurve(), Pac96FyCurve(), Pac96MzCurve()};
+  // Fy's stiffness is itself a chain of two calls (atanf, sinf) ahead of its
+  // curve, the longest of the three: start it first. (The three routines are
+  // inline so this body holds every call and nothing goes through memory.)
+  const Pac96Curve fy = Pac96FyCurve();
+  const Pac96Curve curve[3] = {Pac96FxCurve(), fy, Pac96MzCurve()};
   // The three curves are independent chains of two atanf and a sinf each.
   // Taking them a stage at a time, all three side by side, lets the processor
   // work on one curve's library call while another's result is still coming,
