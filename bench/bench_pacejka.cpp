@@ -175,10 +175,28 @@ void BM_Pac2006Floor(benchmark::State &state) { MFFloor(state, true); }
 // depends on in the model (stiffness -> B -> curve -> weighting -> moment), so
 // the floor has the model's dependency chains and only its arithmetic is
 // missing. The plain floors above let every call overlap with every other.
+// Like the models, the chained floors form their sine-arctangent curves side
+// by side, a stage at a time, so independent chains overlap as they do in
+// the model: the floor is what the model's own call order could reach.
 
 inline float Curve(float B, float C, float E, float x) {
   const float Bx = B * x;
   return C * atanf(Bx - E * (Bx - atanf(Bx)));
+}
+
+struct CurveArgs {
+  float B, C, E, x;
+};
+
+// Curve() of every entry, first the inner atanf of all, then the outer ones.
+template <int N>
+void SideBySide(const CurveArgs (&c)[N], float (&arg)[N]) {
+  float Bx[N], inner[N];
+  for (int i = 0; i < N; i++) {
+    Bx[i] = c[i].B * c[i].x;
+    inner[i] = atanf(Bx[i]);
+  }
+  for (int i = 0; i < N; i++) arg[i] = c[i].C * atanf(Bx[i] - c[i].E * (Bx[i] - inner[i]));
 }
 
 void BM_Pac96ChainedFloor(benchmark::State &state) {
@@ -190,12 +208,15 @@ void BM_Pac96ChainedFloor(benchmark::State &state) {
     // B factors of the size the test tyre's have (about 0.17, 0.2 and 0.33 at
     // 4 kN; the moment's curvature is negative), so the library calls see
     // arguments of the same magnitudes as in the model and take the same paths
-    const float Bx = 0.2f * expf(-0.05f * p.Fz);
-    const float Fx = sinf(Curve(Bx, 1.65f, 0.2f, p.kappa));
     const float By = 0.12f + 0.1f * sinf(2.0f * atanf(p.Fz * 0.14f));
-    const float Fy = sinf(Curve(By, 1.55f, 0.1f, p.alpha));
+    const float Bx = 0.2f * expf(-0.05f * p.Fz);
     const float Bz = 0.35f * expf(-0.02f * p.Fz);
-    const float Mz = sinf(Curve(Bz, 2.2f, -1.0f, p.alpha));
+    float arg[3];
+    SideBySide({{Bx, 1.65f, 0.2f, p.kappa}, {By, 1.55f, 0.1f, p.alpha}, {Bz, 2.2f, -1.0f, p.alpha}},
+               arg);
+    const float Fx = sinf(arg[0]);
+    const float Fy = sinf(arg[1]);
+    const float Mz = sinf(arg[2]);
     benchmark::DoNotOptimize(Fx + Fy + Mz);
   }
 }
@@ -208,23 +229,32 @@ void ChainedMFFloor(benchmark::State &state, bool pac2006) {
     i = (i + 1) & (POINTS - 1);
     const float g = pac2006 ? sinf(x.g) : x.g;
     const float Kx = 20.0f * expf(0.3f * x.f);
-    const float Fx0 = sinf(Curve(Kx, 1.6f, 0.3f, x.k));
     const float Ky = 15.0f * sinf(2.0f * atanf(1.0f + 0.2f * x.f + g));
-    const float Fy0 = sinf(Curve(Ky * 0.7f, 1.3f, -0.5f, x.a));
     const float Et = 1.0f + 0.3f * atanf(Ky * 0.5f * x.a);
     const float Dr = pac2006 ? cosf(x.a + 0.003f) : 1.0f;
     const float Bxa = 12.0f * cosf(atanf(-9.0f * x.k));
-    const float G0 = cosf(Curve(Bxa, 1.05f, -0.4f, 0.004f));
-    const float Gxa = cosf(Curve(Bxa, 1.05f, -0.4f, x.a + 0.004f)) / G0;
-    const float Fx = Gxa * Fx0;
     const float SVyk = cosf(atanf(20.0f * x.a)) * sinf(1.9f * atanf(10.0f * x.k));
     const float Byk = 7.0f * cosf(atanf(2.5f * (x.a - 0.01f)));
-    const float Gyk = cosf(Curve(Byk, 1.05f, 0.1f, x.k + 0.01f)) / cosf(Curve(Byk, 1.05f, 0.1f, 0.01f));
-    const float Fy = Gyk * Fy0 + SVyk;
     const float r = (Kx / Ky) * (Kx / Ky) * x.k * x.k;
     const float at = sqrtf(x.a * x.a + r), ar = sqrtf(x.a * x.a + r + 0.001f);
+    float arg[7];
+    SideBySide({{Kx, 1.6f, 0.3f, x.k},
+                {Ky * 0.7f, 1.3f, -0.5f, x.a},
+                {Bxa, 1.05f, -0.4f, 0.004f},
+                {Bxa, 1.05f, -0.4f, x.a + 0.004f},
+                {Byk, 1.05f, 0.1f, x.k + 0.01f},
+                {Byk, 1.05f, 0.1f, 0.01f},
+                {10.0f, 1.2f, Et, at}},
+               arg);
+    const float residual = cosf(atanf(15.0f * ar));
+    const float Fx0 = sinf(arg[0]);
+    const float Fy0 = sinf(arg[1]);
+    const float Gxa = cosf(arg[3]) / cosf(arg[2]);
+    const float Fx = Gxa * Fx0;
+    const float Gyk = cosf(arg[4]) / cosf(arg[5]);
+    const float Fy = Gyk * Fy0 + SVyk;
     const float ca = cosf(x.a);
-    const float Mz = Dr * cosf(atanf(15.0f * ar)) * ca - cosf(Curve(10.0f, 1.2f, Et, at)) * ca * Fy + Fx;
+    const float Mz = Dr * residual * ca - cosf(arg[6]) * ca * Fy + Fx;
     benchmark::DoNotOptimize(Fx + Fy + Mz);
   }
 }
