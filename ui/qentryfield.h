@@ -2,6 +2,10 @@
 // QEVENT_CHAR, the editing keys (arrows, Home, End, Backspace, Delete) as
 // key presses; the text keeps to a character limit. Enter, Escape and Tab
 // are left to the dialog and the window manager.
+//
+// A proposed text can be offered selected (SelectAll): the first typed
+// character, Backspace or Delete then replaces all of it, while the caret
+// keys and a click keep it and drop the selection.
 #pragma once
 
 #include <string>
@@ -19,6 +23,8 @@ class QEntryField : public QWindow {
   void SetText(const std::string &text);
   int GetCaret() const { return entry.Caret(); }
   int GetLimit() const { return limit; }
+  void SelectAll() { allSelected = !entry.Text().empty(); }
+  bool IsAllSelected() const { return allSelected; }
 
   // Frame, text and (with the focus) the caret, in the canvas font.
   void Paint(QCanvas *cv) override;
@@ -28,4 +34,5 @@ class QEntryField : public QWindow {
  private:
   QStringEntry entry;
   int limit;
+  bool allSelected = false;
 };

@@ -76,6 +76,7 @@ bool QFileDialog::Create() {
                                                      status, cancel})
     good = w->Create() && good;
   entry->Focus();
+  entry->SelectAll();
   return good;
 }
 

@@ -38,6 +38,7 @@ bool QStringDialog::Create() {
   if (!QTextDialog::Create()) return false;
   if (!entry->Create()) return false;
   entry->Focus();
+  entry->SelectAll();
   return true;
 }
 

@@ -72,6 +72,15 @@ TEST_F(DialogPaint, EntryShowsTextAndCaret) {
   std::string text = "ab";
   OnIdle([] {
     Frame();
+    // The proposed text comes selected.
+    QRect e = ModalAs<QStringDialog>()->GetEntry()->GetAbsRect();
+    int mid = e.y + e.hgt / 2;
+    EXPECT_TRUE(Is(Pixel(e.x + 4 + 2 * CW - 1, mid), qlook::ACCENT_PALE));
+    EXPECT_TRUE(Is(Pixel(e.x + e.wid - 10, mid), qlook::FIELD));
+    qpsKeyTap(QK_END);
+  });
+  OnIdle([] {
+    Frame();
     QRect e = ModalAs<QStringDialog>()->GetEntry()->GetAbsRect();
     int mid = e.y + e.hgt / 2;
     int caret = e.x + 4 + 2 * CW;

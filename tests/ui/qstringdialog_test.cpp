@@ -29,6 +29,27 @@ TEST_F(StringDialog, TypedTextAndEnter) {
   EXPECT_EQ(text, "1.5");
 }
 
+TEST_F(StringDialog, TypingReplacesTheSelectedPreset) {
+  std::string text = "0.85";
+  qpsType("2");
+  qpsKeyTap(QK_ENTER);
+  EXPECT_TRUE(QStringDialogRun("Value", "Enter", &text, 20));
+  EXPECT_EQ(text, "2");
+  // Backspace removes all of it; End keeps it and drops the selection.
+  text = "0.85";
+  qpsKeyTap(QK_BACKSPACE);
+  qpsType("7");
+  qpsKeyTap(QK_ENTER);
+  EXPECT_TRUE(QStringDialogRun("Value", "Enter", &text, 20));
+  EXPECT_EQ(text, "7");
+  text = "0.85";
+  qpsKeyTap(QK_END);
+  qpsType("7");
+  qpsKeyTap(QK_ENTER);
+  EXPECT_TRUE(QStringDialogRun("Value", "Enter", &text, 20));
+  EXPECT_EQ(text, "0.857");
+}
+
 TEST_F(StringDialog, EditingKeysMoveTheCaret) {
   std::string text = "abc";
   // Home, Delete -> "bc"; End, Left, type X -> "bXc"; Right, Backspace -> "bX".
