@@ -26,10 +26,13 @@ inline KPacejka::Pac96Curve KPacejka::Pac96FxCurve() {
   const float C = b0;
   const float D = FzP * (b1 * Fz + b2);
   const float CD = (b1 * Fz + b2) * b0 * Fz;
-  // 4. stiffness factor (an old NaN test on it decided nothing and is gone)
+  // 4. stiffness factor (an old NaN test on it decided nothing and is gone).
+  //    The decay is formed whether it is used or not: straight-line code
+  //    keeps the call from being spilled around as a side path.
+  const float decay = expf(-b5 * Fz);
   float B;
   if (fabsf(CD) < CD_MIN) B = B_FLAT;
-  else B = (b3 * Fz2 + b4 * Fz) * expf(-b5 * Fz) / CD;
+  else B = (b3 * Fz2 + b4 * Fz) * decay / CD;
   // 5. curvature, capped at 1 only from above
   float E = b6 * Fz2 + b7 * Fz + b8;
   if (E > 1.0f) E = 1.0f;
@@ -56,12 +59,14 @@ inline KPacejka::Pac96Curve KPacejka::Pac96FyCurve() {
   if (E > 1.0f) E = 1.0f;
   const float CD = (a1 * Fz + a2) * a0 * Fz;
   // 5. a4 divides the load inside the stiffness term: guard it like C·D; the
-  //    cornering stiffness then keeps its last value
+  //    cornering stiffness then keeps its last value. (The sine is formed
+  //    either way, as the decay in Fx.)
+  const float load = sinf(2.0f * atanf(Fz / a4));
   float B;
   if (fabsf(CD) < CD_MIN || fabsf(a4) < CD_MIN) {
     B = B_FLAT;
   } else {
-    const float BCD = a3 * sinf(2.0f * atanf(Fz / a4)) * (1.0f - a5 * absGamma);
+    const float BCD = a3 * load * (1.0f - a5 * absGamma);
     B = BCD / CD;
     corneringStiffness = BCD * RAD_TO_DEG;  // per degree -> per radian
   }
@@ -89,9 +94,10 @@ inline KPacejka::Pac96Curve KPacejka::Pac96MzCurve() {
   if (E > 1.0f) E = 1.0f;
   // 4-5.
   const float CD = (c1 * Fz2 + c2 * Fz) * c0;
+  const float decay = expf(-c5 * Fz);  // formed either way, as in Fx
   float B;
   if (fabsf(CD) < CD_MIN) B = B_FLAT;
-  else B = (c3 * Fz2 + c4 * Fz) * (1.0f - c6 * absGamma) * expf(-c5 * Fz) / CD;
+  else B = (c3 * Fz2 + c4 * Fz) * (1.0f - c6 * absGamma) * decay / CD;
   // 6-7.
   const float Sh = c11 * camber + c12 * Fz + c13;
   const float Sv = (c14 * Fz2 + c15 * Fz) * camber + c16 * Fz + c17;
