@@ -1,45 +1,56 @@
+// QButton input: mouse clicks through the push logic, Space and Enter with
+// the focus, and the shortcut key.
 #include "ui/qbutton.h"
 
+#include "ui/qcontrol.h"
+#include "ui/qevent.h"
+#include "ui/qwinmgr.h"
+
 namespace {
-using S = QButtonState;
-// Rows: Enter, Leave, Press, Release. A press outside never reaches a button
-// (Feed filters it), so Idle+Press keeps Idle; a release outside after a
-// press cancels without a click.
-const QButtonStep kTable[4][4] = {
-    /* Idle       */ {{S::Hover, false}, {S::Idle, false}, {S::Idle, false}, {S::Idle, false}},
-    /* Hover      */ {{S::Hover, false}, {S::Idle, false}, {S::Pressed, false}, {S::Hover, false}},
-    /* Pressed    */ {{S::Pressed, false}, {S::PressedOut, false}, {S::Pressed, false}, {S::Hover, true}},
-    /* PressedOut */ {{S::Pressed, false}, {S::PressedOut, false}, {S::PressedOut, false}, {S::Idle, false}},
-};
+
+// True when a window that takes input has `key` as its shortcut: the window
+// manager has already clicked that one, and the key is not for the focus.
+bool ShortcutTaken(int key) {
+  QWindowManager *wm = QGetWindowManager();
+  if (!wm) return false;
+  for (int i = 0; i < wm->GetWindowCount(); i++) {
+    QWindow *w = wm->GetWindow(i);
+    if (w->GetShortcut() == key && w->IsEnabled() && w->IsVisible() && wm->InActiveGroup(w)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
-QButtonStep QButtonNext(QButtonState s, QButtonInput in) {
-  return kTable[static_cast<int>(s)][static_cast<int>(in)];
+QButton::QButton(QWindow *parent, int x, int y, int wid, int hgt, const char *t)
+    : QWindow(parent, x, y, wid, hgt), text(t ? t : "") {
+  SetTabOrder(QControlNextTab());
 }
 
-bool QButton::Apply(QButtonInput in) {
-  QButtonStep st = QButtonNext(state_, in);
-  state_ = st.next;
-  return st.clicked;
-}
-
-bool QButton::Feed(const QEvent &ev) {
-  bool inside = rect_.Contains(ev.x, ev.y);
-  switch (ev.type) {
-    case QEVENT_MOTIONNOTIFY:
-      return Apply(inside ? QButtonInput::Enter : QButtonInput::Leave);
-    case QEVENT_LEAVE:
-      return Apply(QButtonInput::Leave);
-    case QEVENT_BUTTONPRESS:
-      if (ev.n != QMB_LEFT) return false;
-      // A press also tells where the mouse is, in case no motion came first.
-      Apply(inside ? QButtonInput::Enter : QButtonInput::Leave);
-      return inside ? Apply(QButtonInput::Press) : false;
-    case QEVENT_BUTTONRELEASE:
-      if (ev.n != QMB_LEFT) return false;
-      Apply(inside ? QButtonInput::Enter : QButtonInput::Leave);
-      return Apply(QButtonInput::Release);
-    default:
-      return false;
+bool QButton::OnEvent(QEvent *ev) {
+  if (!IsEnabled()) {
+    push.Reset();
+    return false;
   }
+  switch (ev->type) {
+    case QEVENT_BUTTONPRESS:
+    case QEVENT_BUTTONRELEASE:
+      push.SetRect(GetAbsRect());
+      if (push.Feed(*ev)) PostControlEvent(QEVENT_CLICK);
+      return ev->n == QMB_LEFT;
+    case QEVENT_MOTIONNOTIFY:
+    case QEVENT_LEAVE:
+      push.SetRect(GetAbsRect());
+      push.Feed(*ev);
+      return false;
+    case QEVENT_KEYPRESS:
+      if (ev->n != QK_SPACE && ev->n != QK_ENTER) return false;
+      if (!ShortcutTaken(ev->n)) PostControlEvent(QEVENT_CLICK);
+      return true;
+    default: return false;
+  }
+}
+
+void QButton::OnShortcut() {
+  if (IsEnabled() && IsVisible()) PostControlEvent(QEVENT_CLICK);
 }

@@ -1,48 +1,38 @@
-// Push button logic: the pressed/hovered state machine and the click it
-// reports. Input goes in as mouse events; the button says whether the user
-// completed a click (pressed and released inside). Drawing reads State().
+// QButton: a push button window. A completed click (pressed and released
+// inside), Space or Enter while it has the focus, or its shortcut key post
+// QEVENT_CLICK into the application's loop. A text that names a symbol
+// ("$PLAY", "$REVERSE", "$REWIND", "$FORWARD", "$LEFT", "$RIGHT", "$DOWN",
+// ui/qbutton_symbol.h) draws the symbol instead.
 #pragma once
 
-#include "ui/qevent.h"
-#include "ui/qrect.h"
+#include <string>
 
-enum class QButtonState { Idle, Hover, Pressed, PressedOut };
-enum class QButtonInput { Enter, Leave, Press, Release };
+#include "ui/qbutton_logic.h"
+#include "ui/qwindow.h"
 
-struct QButtonStep {
-  QButtonState next;
-  bool clicked;
-};
-
-// One row of the state table: what `in` does to a button in state `s`.
-QButtonStep QButtonNext(QButtonState s, QButtonInput in);
-
-class QButton {
+class QButton : public QWindow {
  public:
-  explicit QButton(QRect r = QRect()) : rect_(r) {}
-  // Feeds one event; returns true when it completes a click.
-  bool Feed(const QEvent &ev);
-  QButtonState State() const { return state_; }
-  const QRect &Rect() const { return rect_; }
-  void SetRect(QRect r) { rect_ = r; }
+  // Content of a pressed face moves by one pixel; the symbol box rule
+  // receives this as its press offset with the content area starting
+  // PRESS_SHIFT pixels in (ui/qbutton_symbol.h).
+  static constexpr int PRESS_SHIFT = 2;
+
+  QButton(QWindow *parent, int x, int y, int wid, int hgt, const char *text);
+  const char *ClassName() const override { return "QButton"; }
+
+  void SetText(const char *t) { text = t ? t : ""; }
+  const char *GetText() const { return text.c_str(); }
+  // Grey value (red = green = blue) of the text and symbols on the face:
+  // dark on the light face, lighter when disabled.
+  int GetShade() const;
+  // Idle, Hover, Pressed (mouse down inside) or PressedOut (dragged out).
+  QButtonState GetState() const { return push.State(); }
+
+  void Paint(QCanvas *cv) override;
+  bool OnEvent(QEvent *ev) override;
+  void OnShortcut() override;
 
  private:
-  bool Apply(QButtonInput in);
-  QRect rect_;
-  QButtonState state_ = QButtonState::Idle;
+  std::string text;
+  QPushLogic push;
 };
-
-// ---- Drawing ------------------------------------------------------------------
-class QCanvas;
-
-// Arrow symbols drawn as a filled triangle centred in the button.
-enum class QButtonSymbol { None, Left, Right, Up, Down };
-
-struct QTri {
-  int x[3], y[3];
-};
-// The symbol's triangle inside `r`, one pixel down and right when pressed.
-QTri QButtonSymbolTri(const QRect &r, QButtonSymbol sym, bool pressed);
-
-// Face colours per state; the focus ring and symbol/label are drawn on top.
-void QButtonDraw(QCanvas &cv, const QButton &b, const char *label, QButtonSymbol sym, bool focused);

@@ -1,51 +1,50 @@
-// Drawing of a push button: face by state, frame, focus ring, then the
-// symbol triangle or the centred label. Pressed faces shift their content by
-// one pixel so the press reads as a movement.
-#include <algorithm>
+// QButton drawing: a raised face (lighter under the mouse, sunken while
+// pressed, flat grey when disabled), its frame or the focus ring, then the
+// symbol or the centred text in the button's shade.
+#include <cstring>
 
 #include "ui/qbutton.h"
+#include "ui/qbutton_symbol.h"
 #include "ui/qcanvas.h"
+#include "ui/qcontrol.h"
 
-QTri QButtonSymbolTri(const QRect &r, QButtonSymbol sym, bool pressed) {
-  int d = pressed ? 1 : 0;
-  int cx = r.x + r.wid / 2 + d, cy = r.y + r.hgt / 2 + d;
-  int s = std::max(2, std::min(r.wid, r.hgt) / 4);  // half the symbol's extent
-  switch (sym) {
-    case QButtonSymbol::Left: return {{cx + s, cx + s, cx - s}, {cy - s, cy + s, cy}};
-    case QButtonSymbol::Right: return {{cx - s, cx - s, cx + s}, {cy - s, cy + s, cy}};
-    case QButtonSymbol::Up: return {{cx - s, cx + s, cx}, {cy + s, cy + s, cy - s}};
-    case QButtonSymbol::Down: return {{cx - s, cx + s, cx}, {cy - s, cy - s, cy + s}};
-    case QButtonSymbol::None: break;
-  }
-  return {{cx, cx, cx}, {cy, cy, cy}};
-}
+int QButton::GetShade() const { return IsEnabled() ? qlook::INK_GREY : qlook::INK_GREY_DISABLED; }
 
-void QButtonDraw(QCanvas &cv, const QButton &b, const char *label, QButtonSymbol sym, bool focused) {
-  const QRect &r = b.Rect();
-  bool pressed = b.State() == QButtonState::Pressed;
-  // Face
-  switch (b.State()) {
-    case QButtonState::Pressed: cv.SetColor(QCANVAS_PX_DARKTEAL); break;
-    case QButtonState::Hover: cv.SetColor(QCANVAS_PX_TEAL); break;
-    default: cv.SetColor(QCANVAS_PX_MIDGRAY); break;
+void QButton::Paint(QCanvas *cv) {
+  QRect r = GetAbsRect();
+  if (r.wid <= 0 || r.hgt <= 0) return;
+  bool enabled = IsEnabled();
+  QButtonState st = enabled ? push.State() : QButtonState::Idle;
+  bool pressed = st == QButtonState::Pressed;
+  cv->SetBlending(0);
+
+  QColor face = !enabled ? qlook::FACE_DISABLED
+                : pressed ? qlook::FACE_PRESSED
+                : st == QButtonState::Hover ? qlook::FACE_HOVER
+                                            : qlook::FACE;
+  cv->SetColor(face);
+  cv->Rectfill(r);
+  if (enabled && !pressed && r.wid > 4 && r.hgt > 4) {
+    cv->SetColor(qlook::FACE_LIGHT);
+    cv->Rectfill(r.x + 1, r.y + 1, r.wid - 2, 1);
+    cv->SetColor(qlook::FACE_SHADOW);
+    cv->Rectfill(r.x + 1, r.y + r.hgt - 2, r.wid - 2, 1);
   }
-  cv.Rectfill(r);
-  // Frame and focus ring (two pixels in, so it stays visible on every face)
-  cv.SetColor(QCANVAS_PX_LTGRAY);
-  cv.Rectline(r);
-  if (focused && r.wid > 6 && r.hgt > 6) {
-    cv.SetColor(QCANVAS_PX_WHITE);
-    cv.Rectline(r.x + 2, r.y + 2, r.wid - 4, r.hgt - 4);
+  if (HasFocus() && enabled) {
+    QControlFocusRing(cv, r);
+  } else {
+    cv->SetColor(enabled ? qlook::FRAME : qlook::FRAME_DISABLED);
+    cv->Rectline(r);
   }
-  // Content
-  cv.SetColor(QCANVAS_PX_WHITE);
+
+  int shift = pressed ? PRESS_SHIFT : 0;
+  int shade = GetShade();
+  QButtonSymbol sym = QButtonSymbolFromText(text.c_str());
   if (sym != QButtonSymbol::None) {
-    QTri t = QButtonSymbolTri(r, sym, pressed);
-    cv.Triangle(t.x[0], t.y[0], t.x[1], t.y[1], t.x[2], t.y[2]);
-  } else if (label && *label && cv.GetFont()) {
-    int d = pressed ? 1 : 0;
-    int tx = r.x + (r.wid - cv.GetTextWidth(label)) / 2 + d;
-    int ty = r.y + (r.hgt - cv.GetTextHeight()) / 2 + d;
-    cv.Text(label, tx, ty);
+    QButtonPaintSymbol(cv, sym, r.x + shift, r.y + shift, r.wid, r.hgt, shift, shade);
+  } else if (!text.empty() && cv->GetFont()) {
+    int d = shift / 2;
+    cv->SetColor(shade, shade, shade);
+    QControlTextCentred(cv, text.c_str(), QControlTextTop(cv, r) + d, QRect(r.x + 3 + d, r.y + 1, r.wid - 6, r.hgt - 2));
   }
 }

@@ -1,56 +1,108 @@
+// QProp input and the position <-> pixel mapping.
 #include "ui/qprop.h"
 
 #include <algorithm>
 #include <cmath>
 
-int QSliderMap::ValueToX(float v) const {
-  if (!(hi > lo) || track.wid <= 1) return track.x;
-  float t = std::clamp((v - lo) / (hi - lo), 0.0f, 1.0f);
-  return track.x + static_cast<int>(std::lround(t * static_cast<float>(track.wid - 1)));
+#include "ui/qapp.h"
+#include "ui/qcontrol.h"
+#include "ui/qevent.h"
+
+QProp::QProp(QWindow *parent, int x, int y, int wid, int hgt) : QWindow(parent, x, y, wid, hgt) {
+  SetTabOrder(QControlNextTab());
 }
 
-float QSliderMap::XToValue(int x) const {
-  if (!(hi > lo) || track.wid <= 1) return lo;
-  int px = std::clamp(x - track.x, 0, track.wid - 1);
-  return lo + (hi - lo) * static_cast<float>(px) / static_cast<float>(track.wid - 1);
+void QProp::SetRange(int min, int max) {
+  minPos = min;
+  maxPos = std::max(min, max);
 }
 
-QSlider::QSlider(QRect track, float lo, float hi, float value) {
-  map_.track = track;
-  map_.lo = lo;
-  map_.hi = hi;
-  SetValue(value);
+void QProp::SetStepSizes(int small, int big) {
+  smallStep = small;
+  bigStep = big;
 }
 
-void QSlider::SetValue(float v) {
-  // A NaN would stick the knob nowhere; keep the low end instead.
-  value_ = std::isnan(v) ? map_.lo : std::clamp(v, map_.lo, std::max(map_.lo, map_.hi));
+int QProp::Clamped(int p) const { return std::clamp(p, minPos, maxPos); }
+
+QSliderMap QProp::GetMap() const {
+  QRect r = GetAbsRect();
+  // Inside the one-pixel frame, the knob centre travels half a knob in from
+  // either end.
+  int half = KNOB_WID / 2;
+  QSliderMap m;
+  m.track = QRect(r.x + 1 + half, r.y, std::max(1, r.wid - 2 - 2 * half), r.hgt);
+  m.lo = float(minPos);
+  m.hi = float(maxPos);
+  return m;
 }
 
-bool QSlider::MoveTo(int x) {
-  float v = map_.XToValue(x);
-  if (v == value_) return false;
-  value_ = v;
-  return true;
+QRect QProp::GetKnobRect() const {
+  QRect r = GetAbsRect();
+  int cx = GetMap().ValueToX(float(Clamped(pos)));
+  return QRect(cx - KNOB_WID / 2, r.y + 1, KNOB_WID, std::max(0, r.hgt - 2));
 }
 
-bool QSlider::Feed(const QEvent &ev) {
-  switch (ev.type) {
-    case QEVENT_BUTTONPRESS:
-      if (ev.n != QMB_LEFT || !map_.track.Contains(ev.x, ev.y)) return false;
-      state_ = QSliderState::Dragging;
-      return MoveTo(ev.x);
-    case QEVENT_MOTIONNOTIFY:
-      return state_ == QSliderState::Dragging ? MoveTo(ev.x) : false;
+int QProp::PositionAt(int x) const { return Clamped(int(std::lround(GetMap().XToValue(x)))); }
+
+void QProp::UserMove(int p) {
+  p = Clamped(p);
+  if (p == pos) return;
+  pos = p;
+  PostControlEvent(QEVENT_CHANGE, pos);
+}
+
+bool QProp::OnEvent(QEvent *ev) {
+  if (!IsEnabled()) {
+    dragging = hot = false;
+    return false;
+  }
+  switch (ev->type) {
+    case QEVENT_BUTTONPRESS: {
+      if (ev->n == QMB_WHEELUP || ev->n == QMB_WHEELDOWN) {
+        UserMove(Clamped(pos) + (ev->n == QMB_WHEELUP ? smallStep : -smallStep));
+        return true;
+      }
+      if (ev->n != QMB_LEFT) return false;
+      QRect k = GetKnobRect();
+      int cx = k.x + KNOB_WID / 2;
+      if (ev->x >= k.x - 1 && ev->x < k.x + k.wid + 1) {
+        dragging = true;
+        grabOffset = ev->x - cx;
+      } else {
+        UserMove(Clamped(pos) + (ev->x < cx ? -bigStep : bigStep));
+      }
+      return true;
+    }
+    case QEVENT_MOTIONNOTIFY: {
+      // A release the window never saw (outside it) ends the drag too.
+      if (dragging && app && !app->IsButtonDown(QMB_LEFT)) dragging = false;
+      if (dragging) UserMove(PositionAt(ev->x - grabOffset));
+      QRect k = GetKnobRect();
+      hot = dragging || (GetAbsRect().Contains(ev->x, ev->y) && ev->x >= k.x - 1 && ev->x < k.x + k.wid + 1);
+      return dragging;
+    }
     case QEVENT_BUTTONRELEASE:
-      if (ev.n != QMB_LEFT || state_ != QSliderState::Dragging) return false;
-      state_ = QSliderState::Idle;
-      return MoveTo(ev.x);
+      if (ev->n != QMB_LEFT) return false;
+      if (dragging) UserMove(PositionAt(ev->x - grabOffset));
+      dragging = false;
+      return true;
     case QEVENT_LEAVE:
-      // The mouse left the real window mid-drag: keep the value, end the drag.
-      state_ = QSliderState::Idle;
+      hot = dragging;
       return false;
-    default:
-      return false;
+    case QEVENT_KEYPRESS: {
+      int from = Clamped(pos);
+      switch (ev->n) {
+        case QK_LEFT:
+        case QK_DOWN: UserMove(from - smallStep); return true;
+        case QK_RIGHT:
+        case QK_UP: UserMove(from + smallStep); return true;
+        case QK_PAGEDOWN: UserMove(from - bigStep); return true;
+        case QK_PAGEUP: UserMove(from + bigStep); return true;
+        case QK_HOME: UserMove(minPos); return true;
+        case QK_END: UserMove(maxPos); return true;
+        default: return false;
+      }
+    }
+    default: return false;
   }
 }

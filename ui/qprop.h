@@ -1,45 +1,60 @@
-// Horizontal slider logic: mapping between a value range and the pixels of a
-// track, and the drag state machine. Input goes in as mouse events; the
-// slider reports whether its value changed.
+// QProp: a horizontal slider over an integer range, with a caption drawn on
+// it. The position is kept as it is set, even outside the range, and drawn
+// clamped into it.
+//
+// The user moves it by dragging the knob, by clicking beside the knob (one
+// big step towards the click), with the mouse wheel (one small step), and
+// with the focus by the arrow keys (small step), PageUp/PageDown (big step)
+// and Home/End (the ends). Each move that changes the position posts
+// QEVENT_CHANGE with the new position; setting it from code posts nothing.
 #pragma once
 
-#include "ui/qevent.h"
-#include "ui/qrect.h"
+#include <string>
 
-// Value <-> pixel mapping over a track. Values are clamped into [lo, hi];
-// pixels outside the track map to the nearest end.
-struct QSliderMap {
-  QRect track;
-  float lo = 0.0f, hi = 1.0f;
-  int ValueToX(float v) const;
-  float XToValue(int x) const;
-};
+#include "ui/qslider.h"
+#include "ui/qwindow.h"
 
-enum class QSliderState { Idle, Dragging };
-
-class QSlider {
+class QProp : public QWindow {
  public:
-  QSlider(QRect track, float lo, float hi, float value);
-  // Feeds one event; returns true when the value changed.
-  bool Feed(const QEvent &ev);
-  float Value() const { return value_; }
-  void SetValue(float v);
-  QSliderState State() const { return state_; }
-  const QSliderMap &Map() const { return map_; }
+  // Width of the knob in pixels; its centre marks the position.
+  static constexpr int KNOB_WID = 9;
+
+  QProp(QWindow *parent, int x, int y, int wid, int hgt);
+  const char *ClassName() const override { return "QProp"; }
+
+  // A range with max below min is read as min..min.
+  void SetRange(int min, int max);
+  int GetMin() const { return minPos; }
+  int GetMax() const { return maxPos; }
+  void SetStepSizes(int small, int big);
+  int GetSmallStep() const { return smallStep; }
+  int GetBigStep() const { return bigStep; }
+  void SetPosition(int p) { pos = p; }
+  int GetPosition() const { return pos; }
+  void SetCaption(const char *text) { caption = text ? text : ""; }
+  const char *GetCaption() const { return caption.c_str(); }
+  bool IsDragging() const { return dragging; }
+
+  // The mapping between positions and the knob centre's pixel in the real
+  // window (the knob's travel, inside the frame).
+  QSliderMap GetMap() const;
+  // The knob's rectangle at the (clamped) position.
+  QRect GetKnobRect() const;
+
+  void Paint(QCanvas *cv) override;
+  bool OnEvent(QEvent *ev) override;
 
  private:
-  bool MoveTo(int x);
-  QSliderMap map_;
-  float value_ = 0.0f;
-  QSliderState state_ = QSliderState::Idle;
+  // Moves to `p` clamped into the range; posts when the position changed.
+  void UserMove(int p);
+  int Clamped(int p) const;
+  int PositionAt(int x) const;
+
+  int minPos = 0, maxPos = 100;
+  int smallStep = 1, bigStep = 10;
+  int pos = 0;
+  std::string caption;
+  bool dragging = false;
+  int grabOffset = 0;  // mouse x minus knob centre when the drag began
+  bool hot = false;    // the mouse is over the knob
 };
-
-// ---- Drawing ------------------------------------------------------------------
-class QCanvas;
-
-// The knob's rectangle: 8 pixels wide, the track's height plus 2 above and
-// below, centred on the value's pixel.
-QRect QSliderKnob(const QSlider &s);
-// Track groove, filled part up to the value, knob (brighter while dragged)
-// and, with the focus, a ring around the whole control.
-void QSliderDraw(QCanvas &cv, const QSlider &s, bool focused);

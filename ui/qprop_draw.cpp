@@ -1,26 +1,46 @@
-// Drawing of a horizontal slider: groove, filled part, knob, focus ring.
+// QProp drawing: a sunken field, the part up to the knob filled pale, the
+// knob, the caption centred on top and the frame or the focus ring.
 #include "ui/qcanvas.h"
+#include "ui/qcontrol.h"
 #include "ui/qprop.h"
 
-QRect QSliderKnob(const QSlider &s) {
-  const QRect &t = s.Map().track;
-  return QRect(s.Map().ValueToX(s.Value()) - 4, t.y - 2, 8, t.hgt + 4);
-}
+void QProp::Paint(QCanvas *cv) {
+  QRect r = GetAbsRect();
+  if (r.wid <= 2 || r.hgt <= 2) return;
+  bool enabled = IsEnabled();
+  QRect inner(r.x + 1, r.y + 1, r.wid - 2, r.hgt - 2);
+  QRect k = GetKnobRect();
+  cv->SetBlending(0);
 
-void QSliderDraw(QCanvas &cv, const QSlider &s, bool focused) {
-  const QRect &t = s.Map().track;
-  int mid = t.y + t.hgt / 2;
-  int vx = s.Map().ValueToX(s.Value());
-  // Groove, then the part up to the value
-  cv.SetColor(QCANVAS_PX_MIDGRAY);
-  cv.Rectfill(t.x, mid - 2, t.wid, 4);
-  cv.SetColor(QCANVAS_PX_TEAL);
-  cv.Rectfill(t.x, mid - 2, vx - t.x + 1, 4);
-  // Knob
-  cv.SetColor(s.State() == QSliderState::Dragging ? QCANVAS_PX_WHITE : QCANVAS_PX_LTGRAY);
-  cv.Rectfill(QSliderKnob(s));
-  if (focused) {
-    cv.SetColor(QCANVAS_PX_WHITE);
-    cv.Rectline(t.x - 6, t.y - 4, t.wid + 12, t.hgt + 8);
+  cv->SetColor(enabled ? qlook::FIELD : qlook::FIELD_DISABLED);
+  cv->Rectfill(inner);
+  cv->SetColor(enabled ? qlook::ACCENT_PALE : qlook::FACE_DISABLED);
+  cv->Rectfill(inner.x, inner.y, k.x - inner.x, inner.hgt);
+  cv->SetColor(!enabled ? qlook::MARK_DISABLED : (dragging || hot) ? qlook::ACCENT_HOT : qlook::ACCENT);
+  cv->Rectfill(k);
+  // Without a caption crossing it, a light groove marks the knob's centre.
+  if (k.hgt > 6 && caption.empty()) {
+    cv->SetColor(enabled ? qlook::ACCENT_PALE : qlook::FIELD_DISABLED);
+    cv->Rectfill(k.x + KNOB_WID / 2, k.y + 3, 1, k.hgt - 6);
+  }
+
+  if (!caption.empty() && cv->GetFont()) {
+    // Dark on the field, light where it crosses the knob.
+    QRect room(inner.x + 2, inner.y, inner.wid - 4, inner.hgt);
+    int ty = QControlTextTop(cv, r);
+    int grey = enabled ? qlook::INK_GREY : qlook::INK_GREY_DISABLED;
+    cv->SetColor(grey, grey, grey);
+    QControlTextCentred(cv, caption.c_str(), ty, room);
+    cv->Clip(k);
+    cv->SetColor(qlook::FIELD);
+    QControlTextCentred(cv, caption.c_str(), ty, room, QCONTROL_TEXT_KEEPCLIP);
+    cv->NoClip();
+  }
+
+  if (HasFocus() && enabled) {
+    QControlFocusRing(cv, r);
+  } else {
+    cv->SetColor(enabled ? qlook::FRAME : qlook::FRAME_DISABLED);
+    cv->Rectline(r);
   }
 }

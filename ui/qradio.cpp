@@ -1,34 +1,137 @@
+// QRadio: group membership, input and drawing.
 #include "ui/qradio.h"
 
-int QRadioGroup::Add(QRect r) {
-  rects_.push_back(r);
-  return Count() - 1;
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "ui/qcanvas.h"
+#include "ui/qcontrol.h"
+#include "ui/qevent.h"
+
+namespace {
+
+// Every radio alive, in the order they were made: a group's members are
+// found here, whether or not they are created yet.
+std::vector<QRadio *> &Radios() {
+  static std::vector<QRadio *> all;
+  return all;
 }
 
-bool QRadioGroup::Select(int index) {
-  if (index < 0 || index >= Count()) return false;
-  selected_ = index;
-  return true;
+bool SameGroup(const QRadio *a, const QRadio *b) {
+  return a->GetParent() == b->GetParent() && a->GetGroup() == b->GetGroup();
 }
 
-int QRadioGroup::HitTest(int x, int y) const {
-  for (int i = 0; i < Count(); i++)
-    if (rects_[i].Contains(x, y)) return i;
-  return -1;
-}
-
-bool QRadioGroup::Feed(const QEvent &ev) {
-  int before = selected_;
-  if (ev.type == QEVENT_BUTTONPRESS && ev.n == QMB_LEFT) {
-    int hit = HitTest(ev.x, ev.y);
-    if (hit >= 0) selected_ = hit;
-  } else if (ev.type == QEVENT_KEYPRESS && Count() > 0) {
-    int step = (ev.n == QK_DOWN || ev.n == QK_RIGHT) ? 1 : (ev.n == QK_UP || ev.n == QK_LEFT) ? -1 : 0;
-    if (step != 0) {
-      // With nothing selected, Down starts at the first choice and Up at the last.
-      int from = selected_ < 0 ? (step > 0 ? -1 : 0) : selected_;
-      selected_ = (from + step + Count()) % Count();
-    }
+// A filled disc of diameter d with its bounding square at (x, y), one
+// rectangle per row.
+void Disc(QCanvas *cv, int x, int y, int d) {
+  float rad = float(d) / 2.0f;
+  for (int row = 0; row < d; row++) {
+    float dy = float(row) + 0.5f - rad;
+    float half = std::sqrt(std::max(0.0f, rad * rad - dy * dy));
+    int w = int(std::lround(half * 2.0f));
+    cv->Rectfill(x + (d - w) / 2, y + row, w, 1);
   }
-  return selected_ != before;
+}
+
+}  // namespace
+
+QRadio::QRadio(QWindow *parent, int x, int y, int wid, int hgt, const char *t, int group_)
+    : QWindow(parent, x, y, wid, hgt), text(t ? t : ""), group(group_) {
+  SetTabOrder(QControlNextTab());
+  Radios().push_back(this);
+}
+
+QRadio::~QRadio() {
+  std::vector<QRadio *> &all = Radios();
+  all.erase(std::remove(all.begin(), all.end(), this), all.end());
+}
+
+void QRadio::SetChecked() {
+  for (QRadio *r : Radios())
+    if (r != this && SameGroup(r, this)) r->checked = false;
+  checked = true;
+}
+
+QRadio *QRadio::Neighbour(int step) {
+  std::vector<QRadio *> members;
+  for (QRadio *r : Radios())
+    if (SameGroup(r, this)) members.push_back(r);
+  int n = int(members.size());
+  int at = int(std::find(members.begin(), members.end(), this) - members.begin());
+  for (int i = 1; i < n; i++) {
+    QRadio *r = members[size_t(((at + step * i) % n + n) % n)];
+    if (r->IsEnabled() && r->IsVisible()) return r;
+  }
+  return this;
+}
+
+void QRadio::UserCheck() {
+  SetChecked();
+  PostControlEvent(QEVENT_CHANGE, 1);
+}
+
+bool QRadio::OnEvent(QEvent *ev) {
+  if (!IsEnabled()) {
+    push.Reset();
+    return false;
+  }
+  switch (ev->type) {
+    case QEVENT_BUTTONPRESS:
+    case QEVENT_BUTTONRELEASE:
+      push.SetRect(GetAbsRect());
+      if (push.Feed(*ev)) UserCheck();
+      return ev->n == QMB_LEFT;
+    case QEVENT_MOTIONNOTIFY:
+    case QEVENT_LEAVE:
+      push.SetRect(GetAbsRect());
+      push.Feed(*ev);
+      return false;
+    case QEVENT_KEYPRESS: {
+      if (ev->n == QK_SPACE) {
+        UserCheck();
+        return true;
+      }
+      int step = (ev->n == QK_DOWN || ev->n == QK_RIGHT) ? 1 : (ev->n == QK_UP || ev->n == QK_LEFT) ? -1 : 0;
+      if (!step) return false;
+      QRadio *next = Neighbour(step);
+      if (next != this) next->Focus();
+      next->UserCheck();
+      return true;
+    }
+    default: return false;
+  }
+}
+
+void QRadio::Paint(QCanvas *cv) {
+  QRect r = GetAbsRect();
+  if (r.wid <= 0 || r.hgt <= 0) return;
+  bool enabled = IsEnabled();
+  QButtonState st = enabled ? push.State() : QButtonState::Idle;
+  int d = std::min(DIAMETER, r.hgt);
+  int cx = r.x + 1, cy = r.y + (r.hgt - d) / 2;
+  cv->SetBlending(0);
+
+  cv->SetColor(!enabled ? qlook::FRAME_DISABLED
+               : (st == QButtonState::Hover || st == QButtonState::Pressed) ? qlook::ACCENT_HOT
+                                                                             : qlook::FRAME);
+  Disc(cv, cx, cy, d);
+  cv->SetColor(!enabled ? qlook::FIELD_DISABLED : st == QButtonState::Pressed ? qlook::FIELD_PRESSED : qlook::FIELD);
+  Disc(cv, cx + 1, cy + 1, d - 2);
+  if (checked && d >= 8) {
+    cv->SetColor(enabled ? qlook::ACCENT : qlook::MARK_DISABLED);
+    Disc(cv, cx + 3, cy + 3, d - 6);
+  }
+
+  if (!text.empty() && cv->GetFont()) {
+    int tx = cx + d + GAP, ty = QControlTextTop(cv, r);
+    cv->SetColor(QControlInk(this));
+    QControlText(cv, text.c_str(), tx, ty, QRect(tx, r.y, r.x + r.wid - tx, r.hgt));
+    if (HasFocus() && enabled) {
+      int tw = std::min(QControlTextWidth(cv, text.c_str(), r.x + r.wid - tx), r.x + r.wid - tx);
+      QControlFocusRing(cv, QRect(tx - 3, r.y, tw + 6, r.hgt));
+    }
+  } else if (HasFocus() && enabled) {
+    QControlFocusRing(cv, QRect(cx - 1, cy - 1, d + 2, d + 2));
+  }
 }

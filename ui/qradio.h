@@ -1,23 +1,45 @@
-// Radio group logic: at most one choice selected; clicks select the choice
-// under the mouse, arrow keys move the selection with wrap-around.
+// QRadio: one choice of a radio group. The radios of a group are those with
+// the same parent and the same group number; checking one unchecks the
+// others. A completed click or Space while it has the focus checks it and
+// posts QEVENT_CHANGE with n = 1 (also when it was checked already); the
+// arrow keys move the check to the next or previous radio of the group,
+// which takes the focus and posts. SetChecked from code posts nothing.
 #pragma once
 
-#include <vector>
+#include <string>
 
-#include "ui/qevent.h"
-#include "ui/qrect.h"
+#include "ui/qbutton_logic.h"
+#include "ui/qwindow.h"
 
-class QRadioGroup {
+class QRadio : public QWindow {
  public:
-  int Add(QRect r);  // returns the new choice's index
-  int Count() const { return static_cast<int>(rects_.size()); }
-  int Selected() const { return selected_; }  // -1 when none
-  bool Select(int index);                      // false for an index out of range
-  // Feeds one event; returns true when the selection changed.
-  bool Feed(const QEvent &ev);
-  int HitTest(int x, int y) const;  // the choice at (x, y) or -1
+  // Diameter of the circle in pixels (smaller in a lower control).
+  static constexpr int DIAMETER = 12;
+  static constexpr int GAP = 6;
+
+  QRadio(QWindow *parent, int x, int y, int wid, int hgt, const char *text, int group);
+  ~QRadio() override;
+  const char *ClassName() const override { return "QRadio"; }
+
+  // Checks this radio and unchecks the others of its group.
+  void SetChecked();
+  bool IsChecked() const { return checked; }
+  int GetGroup() const { return group; }
+  void SetText(const char *t) { text = t ? t : ""; }
+  const char *GetText() const { return text.c_str(); }
+  QButtonState GetState() const { return push.State(); }
+
+  void Paint(QCanvas *cv) override;
+  bool OnEvent(QEvent *ev) override;
 
  private:
-  std::vector<QRect> rects_;
-  int selected_ = -1;
+  // The radio of the same group `step` places on (wrapping) that can take
+  // the focus; this one when there is none.
+  QRadio *Neighbour(int step);
+  void UserCheck();
+
+  std::string text;
+  int group = 0;
+  bool checked = false;
+  QPushLogic push;
 };

@@ -1,67 +1,171 @@
-// A button's symbol triangle, face and focus ring through the offscreen
-// backend, and the symbol geometry per direction.
+// Button symbols, faces and focus ring, and slider knobs, through the
+// offscreen backend.
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include "gltest.h"
 #include "ui/qbutton.h"
+#include "ui/qbutton_symbol.h"
+#include "ui/qprop.h"
+#include "ui/qslider.h"
 
 namespace {
 
-class QButtonPixels : public GLTest {};
+class QButtonPixels : public GLTest {
+ protected:
+  // Bounding box of the pixels of grey `g` inside `area`.
+  QRect InkBox(const QRect &area, int g) {
+    int x0 = 1 << 20, y0 = 1 << 20, x1 = -1, y1 = -1;
+    for (int y = area.y; y < area.y + area.hgt; y++)
+      for (int x = area.x; x < area.x + area.wid; x++)
+        if (Near(Pixel(x, y), g, g, g, 3)) {
+          x0 = std::min(x0, x);
+          y0 = std::min(y0, y);
+          x1 = std::max(x1, x);
+          y1 = std::max(y1, y);
+        }
+    return x1 < 0 ? QRect() : QRect(x0, y0, x1 - x0 + 1, y1 - y0 + 1);
+  }
+};
 
-TEST_F(QButtonPixels, RightArrowOnIdleFace) {
-  QButton b(QRect(40, 40, 60, 40));  // symbol: (60,50) (60,70) (80,60)
-  QButtonDraw(cv, b, nullptr, QButtonSymbol::Right, false);
-  Rgba face = Pixel(45, 45);
-  EXPECT_FALSE(Near(face, 255, 255, 255, 30)) << "the face must not look like the symbol";
-  EXPECT_PIXEL(Pixel(64, 60), 255, 255, 255, 2);    // inside, near the base
-  EXPECT_PIXEL(Pixel(76, 60), 255, 255, 255, 2);    // inside, near the tip
-  EXPECT_PIXEL(Pixel(78, 52), face.r, face.g, face.b, 2);  // beside the tip: face
-  EXPECT_PIXEL(Pixel(57, 60), face.r, face.g, face.b, 2);  // left of the base: face
-  EXPECT_PIXEL(Pixel(30, 60), 0, 0, 0, 0);          // outside the button
+TEST(QButtonSymbolBox, HalfTheButtonCentredWithTheShift) {
+  struct Row {
+    int x, y, wid, hgt, shift;
+    QRect box;
+  };
+  const Row rows[] = {
+      {0, 0, 40, 20, 0, QRect(10, 5, 20, 10)},
+      {100, 50, 40, 20, 0, QRect(110, 55, 20, 10)},
+      {0, 0, 41, 21, 0, QRect(10, 5, 20, 10)},  // halves round towards zero
+      {0, 0, 41, 21, 2, QRect(9, 4, 20, 10)},
+      {0, 0, 40, 20, 1, QRect(9, 4, 20, 10)},
+      {0, 0, 109, 25, 0, QRect(27, 6, 54, 12)},
+  };
+  for (const Row &r : rows) {
+    QRect b = QButtonSymbolBox(r.x, r.y, r.wid, r.hgt, r.shift);
+    EXPECT_EQ(b.x, r.box.x) << r.wid << "x" << r.hgt << " shift " << r.shift;
+    EXPECT_EQ(b.y, r.box.y) << r.wid << "x" << r.hgt << " shift " << r.shift;
+    EXPECT_EQ(b.wid, r.box.wid);
+    EXPECT_EQ(b.hgt, r.box.hgt);
+  }
 }
 
-TEST_F(QButtonPixels, PressedFaceDiffersAndFocusRingShows) {
-  QButton b(QRect(40, 40, 60, 40));
-  QButtonDraw(cv, b, nullptr, QButtonSymbol::None, false);
-  Rgba idle = Pixel(42, 42);
+TEST(QButtonSymbolBox, NamesAndTheFirstRewindTriangle) {
+  EXPECT_EQ(QButtonSymbolFromText("$PLAY"), QButtonSymbol::Play);
+  EXPECT_EQ(QButtonSymbolFromText("$DOWN"), QButtonSymbol::Down);
+  EXPECT_EQ(QButtonSymbolFromText("$play"), QButtonSymbol::None);
+  EXPECT_EQ(QButtonSymbolFromText("$5"), QButtonSymbol::None);
+  EXPECT_EQ(QButtonSymbolFromText(nullptr), QButtonSymbol::None);
+  QButtonSymbolShape s = QButtonSymbolShapeIn(QButtonSymbol::Rewind, QRect(10, 5, 20, 10));
+  ASSERT_EQ(s.count, 2);
+  const QTri &t = s.tri[0];
+  EXPECT_EQ(t.x[0], 20);
+  EXPECT_EQ(t.y[0], 5);
+  EXPECT_EQ(t.x[1], 20);
+  EXPECT_EQ(t.y[1], 15);
+  EXPECT_EQ(t.x[2], 10);
+  EXPECT_EQ(t.y[2], 10);
+}
+
+// "$PLAY" on a 40 x 20 button at (0, 0): the triangle fills the box from
+// (10, 5), 20 wide and 10 high, its point at the right middle.
+TEST_F(QButtonPixels, PlayTriangleFillsItsBox) {
+  QButton b(nullptr, 0, 0, 40, 20, "$PLAY");
+  b.Paint(&cv);
+  int g = b.GetShade();
+  QRect ink = InkBox(QRect(0, 0, 40, 20), g);
+  EXPECT_EQ(ink.x, 10);
+  EXPECT_EQ(ink.y, 5);
+  EXPECT_EQ(ink.y + ink.hgt, 15);
+  EXPECT_GE(ink.x + ink.wid, 28);  // the point thins out at x = 30
+  EXPECT_LE(ink.x + ink.wid, 30);
+  EXPECT_PIXEL(Pixel(10, 5), g, g, g, 3);    // top-left corner of the box
+  EXPECT_PIXEL(Pixel(10, 14), g, g, g, 3);   // bottom-left
+  EXPECT_PIXEL(Pixel(26, 9), g, g, g, 3);    // near the point
+  Rgba face = Pixel(20, 3);
+  EXPECT_FALSE(Near(face, g, g, g, 60)) << "the symbol must stand out from the face";
+  EXPECT_PIXEL(Pixel(26, 6), face.r, face.g, face.b, 3);  // above the slope
+}
+
+TEST_F(QButtonPixels, EverySymbolStaysInItsBoxAndPointsItsWay) {
+  struct Row {
+    const char *text;
+    int heavyX, heavyY;  // a pixel the shape covers
+    int emptyX, emptyY;  // a pixel of the box it leaves empty
+  };
+  // Box (20, 10) 40 x 20 of an 80 x 40 button.
+  const Row rows[] = {
+      {"$PLAY", 21, 20, 58, 11},    {"$REVERSE", 58, 20, 21, 11}, {"$REWIND", 24, 20, 42, 11},
+      {"$FORWARD", 58, 20, 38, 11}, {"$LEFT", 24, 20, 58, 11},    {"$RIGHT", 58, 20, 21, 11},
+      {"$DOWN", 40, 28, 21, 11},
+  };
+  for (const Row &r : rows) {
+    cv.SetColor(QCANVAS_PX_BLACK);
+    cv.Clear();
+    QButton b(nullptr, 0, 0, 80, 40, r.text);
+    b.Paint(&cv);
+    int g = b.GetShade();
+    QRect ink = InkBox(QRect(0, 0, 80, 40), g);
+    EXPECT_GE(ink.x, 20) << r.text;
+    EXPECT_GE(ink.y, 10) << r.text;
+    EXPECT_LE(ink.x + ink.wid, 60) << r.text;
+    EXPECT_LE(ink.y + ink.hgt, 30) << r.text;
+    EXPECT_TRUE(Near(Pixel(r.heavyX, r.heavyY), g, g, g, 3)) << r.text;
+    EXPECT_FALSE(Near(Pixel(r.emptyX, r.emptyY), g, g, g, 3)) << r.text;
+  }
+}
+
+TEST_F(QButtonPixels, PressedAndDisabledLooks) {
+  QButton b(nullptr, 40, 40, 80, 30, "OK");
+  b.Paint(&cv);
+  Rgba idle = Pixel(44, 60);
+  Rgba frame = Pixel(40, 55);
   QEvent press;
   press.type = QEVENT_BUTTONPRESS;
   press.n = QMB_LEFT;
   press.x = 50;
   press.y = 50;
-  b.Feed(press);
-  QButtonDraw(cv, b, nullptr, QButtonSymbol::None, true);
-  Rgba pressed = Pixel(45, 45);
-  EXPECT_FALSE(Near(pressed, idle.r, idle.g, idle.b, 10)) << "pressed face looks idle";
-  EXPECT_PIXEL(Pixel(42, 60), 255, 255, 255, 2);  // the focus ring, two pixels in
+  b.OnEvent(&press);
+  ASSERT_EQ(b.GetState(), QButtonState::Pressed);
+  b.Paint(&cv);
+  EXPECT_FALSE(Near(Pixel(44, 60), idle.r, idle.g, idle.b, 10)) << "pressed face looks idle";
+
+  b.Disable();
+  b.Paint(&cv);
+  Rgba off = Pixel(44, 60);
+  EXPECT_FALSE(Near(off, idle.r, idle.g, idle.b, 6)) << "disabled face looks enabled";
+  EXPECT_GT(b.GetShade(), 100) << "disabled text must be pale";
+  Rgba offFrame = Pixel(40, 55);
+  EXPECT_FALSE(Near(offFrame, frame.r, frame.g, frame.b, 10));
 }
 
-TEST(QButtonSymbol, TrianglesPointTheirWay) {
-  QRect r(0, 0, 40, 40);  // centre (20, 20), half extent 10
-  struct Row {
-    QButtonSymbol sym;
-    int tip_x, tip_y;
-  };
-  const Row rows[] = {{QButtonSymbol::Left, 10, 20}, {QButtonSymbol::Right, 30, 20},
-                      {QButtonSymbol::Up, 20, 10},   {QButtonSymbol::Down, 20, 30}};
-  for (const Row &row : rows) {
-    QTri t = QButtonSymbolTri(r, row.sym, false);
-    EXPECT_EQ(t.x[2], row.tip_x);
-    EXPECT_EQ(t.y[2], row.tip_y);
-    QTri p = QButtonSymbolTri(r, row.sym, true);
-    for (int i = 0; i < 3; i++) {
-      EXPECT_EQ(p.x[i], t.x[i] + 1);
-      EXPECT_EQ(p.y[i], t.y[i] + 1);
-    }
-  }
+class QPropPixels : public GLTest {};
+
+TEST_F(QPropPixels, PositionOutsideTheRangeIsDrawnAtTheEnd) {
+  QProp p(nullptr, 20, 100, 201, 18);
+  p.SetRange(0, 1000);
+  p.SetPosition(1000);
+  p.Paint(&cv);
+  QRect atEnd = p.GetKnobRect();
+  Rgba knob = Pixel(atEnd.x + 1, 108);
+  p.SetPosition(2500);
+  EXPECT_EQ(p.GetPosition(), 2500);
+  cv.SetColor(QCANVAS_PX_BLACK);
+  cv.Clear();
+  p.Paint(&cv);
+  QRect k = p.GetKnobRect();
+  EXPECT_EQ(k.x, atEnd.x);
+  EXPECT_EQ(k.x + k.wid, 20 + 201 - 1);  // up against the frame
+  EXPECT_PIXEL(Pixel(k.x + 1, 108), knob.r, knob.g, knob.b, 2);
+  // Below the range: at the start, with nothing filled.
+  p.SetPosition(-40);
+  cv.Clear();
+  p.Paint(&cv);
+  EXPECT_EQ(p.GetKnobRect().x, 21);
+  EXPECT_PIXEL(Pixel(22, 108), knob.r, knob.g, knob.b, 2);
+  EXPECT_FALSE(Near(Pixel(120, 108), knob.r, knob.g, knob.b, 20));
 }
-
-}  // namespace
-
-#include "ui/qprop.h"
-
-namespace {
 
 class QSliderPixels : public GLTest {};
 

@@ -1,11 +1,12 @@
-// Button state table, slider mapping and drag, radio group selection.
+// Push logic state table, slider mapping and drag, radio group selection,
+// check box flips.
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "ui/qbutton.h"
-#include "ui/qprop.h"
-#include "ui/qradio.h"
+#include "ui/qbutton_logic.h"
+#include "ui/qradiogroup.h"
+#include "ui/qslider.h"
 
 namespace {
 
@@ -52,8 +53,8 @@ TEST(QButtonTable, EveryRow) {
   }
 }
 
-TEST(QButton, ClickInsideReportsOnce) {
-  QButton b(QRect(10, 10, 80, 24));
+TEST(QPushLogic, ClickInsideReportsOnce) {
+  QPushLogic b(QRect(10, 10, 80, 24));
   EXPECT_FALSE(b.Feed(Ev(QEVENT_BUTTONPRESS, 20, 20)));
   EXPECT_EQ(b.State(), S::Pressed);
   EXPECT_TRUE(b.Feed(Ev(QEVENT_BUTTONRELEASE, 21, 21)));
@@ -61,8 +62,8 @@ TEST(QButton, ClickInsideReportsOnce) {
   EXPECT_FALSE(b.Feed(Ev(QEVENT_BUTTONRELEASE, 21, 21)));
 }
 
-TEST(QButton, DragOutCancelsDragBackClicks) {
-  QButton b(QRect(10, 10, 80, 24));
+TEST(QPushLogic, DragOutCancelsDragBackClicks) {
+  QPushLogic b(QRect(10, 10, 80, 24));
   b.Feed(Ev(QEVENT_BUTTONPRESS, 20, 20));
   b.Feed(Ev(QEVENT_MOTIONNOTIFY, 200, 20));
   EXPECT_EQ(b.State(), S::PressedOut);
@@ -75,8 +76,8 @@ TEST(QButton, DragOutCancelsDragBackClicks) {
   EXPECT_TRUE(b.Feed(Ev(QEVENT_BUTTONRELEASE, 30, 20)));
 }
 
-TEST(QButton, EdgesAndOtherButtons) {
-  QButton b(QRect(10, 10, 80, 24));
+TEST(QPushLogic, EdgesAndOtherButtons) {
+  QPushLogic b(QRect(10, 10, 80, 24));
   // The right and bottom edges are outside.
   EXPECT_FALSE(b.Feed(Ev(QEVENT_BUTTONPRESS, 90, 20)));
   EXPECT_EQ(b.State(), S::Idle);
@@ -179,12 +180,12 @@ TEST(QRadioGroup, ArrowsWrap) {
 
 }  // namespace
 
-#include "ui/qcheck.h"
+#include "ui/qcheck_logic.h"
 
 namespace {
 
-TEST(QCheck, ClickAndSpaceFlip) {
-  QCheck c(QRect(0, 0, 16, 16));
+TEST(QCheckLogic, ClickAndSpaceFlip) {
+  QCheckLogic c(QRect(0, 0, 16, 16));
   struct Row {
     QEvent e;
     bool focused, flipped, checked;
