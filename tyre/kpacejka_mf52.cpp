@@ -110,17 +110,23 @@ void KPacejka::CalculateMagicFormula(bool mf61) {
   // (The pure-slip moment is not formed: the combined moment replaces it.)
 
   // ---- Combined slip ----
+  // The arctangents inside steps 1-3 first, side by side; then the cosines
+  // and the sine that take them
+  const float atanBxa = atanf(rbx2 * kappa);
+  const float atanSVyka = atanf(rvy4 * alpha);
+  const float atanSVykk = atanf(rvy6 * kappa);
+  const float atanByk = atanf(rby2 * (alpha - rby3));
   // 1. longitudinal weighting (the curves below)
-  const float Bxa = rbx1 * cosf(atanf(rbx2 * kappa)) * lxal;
+  const float Bxa = rbx1 * cosf(atanBxa) * lxal;
   const float Cxa = rcx1;
   const float Exa = rex1 + rex2 * dfz;
   const float SHxa = rhx1;
   // 2. lateral shift: unscaled camber, the stored load in kN and fyShiftScale
   //    in place of a friction coefficient, as the simulator forms it
-  const float SVyk = cosf(atanf(rvy4 * alpha)) * (rvy1 + rvy2 * dfz + rvy3 * gamma) * fyShiftScale *
-                     this->Fz * sinf(rvy5 * atanf(rvy6 * kappa)) * lvyka;
+  const float SVyk = cosf(atanSVyka) * (rvy1 + rvy2 * dfz + rvy3 * gamma) * fyShiftScale *
+                     this->Fz * sinf(rvy5 * atanSVykk) * lvyka;
   // 3. lateral weighting (the curves below)
-  const float Byk = rby1 * cosf(atanf(rby2 * (alpha - rby3))) * lyka;
+  const float Byk = rby1 * cosf(atanByk) * lyka;
   const float Cyk = rcy1;
   const float Eyk = rey1 + rey2 * dfz;
   const float SHyk = rhy1 + rhy2 * dfz;

@@ -107,16 +107,22 @@ void KPacejka::CalculatePac2006() {
   // 26. (The pure-slip moment is not formed: the combined moment replaces it.)
 
   // ---- Combined slip ----
+  // The arctangents inside steps 27-29 first, side by side; then the
+  // cosines and the sine that take them
+  const float atanBxa = atanf(rbx2 * kappa);
+  const float atanSVyka = atanf(rvy4 * alpha);
+  const float atanSVykk = atanf(rvy6 * kappa);
+  const float atanByk = atanf(rby2 * (alpha - rby3));
   // 27. longitudinal weighting (the curves below)
-  const float Bxa = cosf(atanf(rbx2 * kappa)) * (rbx1 + rbx3 * gs2) * lxal;
+  const float Bxa = cosf(atanBxa) * (rbx1 + rbx3 * gs2) * lxal;
   const float Cxa = rcx1;
   const float Exa = rex1 + rex2 * dfz;
   const float SHxa = rhx1;
   // 28. lateral shift with the stored load in kN, as in Magic Formula 5.2
-  const float SVyk = cosf(atanf(rvy4 * alpha)) * (rvy1 + rvy2 * dfz + rvy3 * gs) * fyShiftScale *
-                     this->Fz * zeta2 * sinf(rvy5 * atanf(rvy6 * kappa)) * lvyka;
+  const float SVyk = cosf(atanSVyka) * (rvy1 + rvy2 * dfz + rvy3 * gs) * fyShiftScale *
+                     this->Fz * zeta2 * sinf(rvy5 * atanSVykk) * lvyka;
   // 29. lateral weighting (the curves below)
-  const float Byk = cosf(atanf(rby2 * (alpha - rby3))) * (rby1 + rby4 * gs2) * lyka;
+  const float Byk = cosf(atanByk) * (rby1 + rby4 * gs2) * lyka;
   const float Cyk = rcy1;
   const float Eyk = rey1 + rey2 * dfz;
   const float SHyk = rhy1 + rhy2 * dfz;
