@@ -232,9 +232,14 @@ void ChainedMFFloor(benchmark::State &state, bool pac2006) {
     const float Ky = 15.0f * sinf(2.0f * atanf(1.0f + 0.2f * x.f + g));
     const float Et = 1.0f + 0.3f * atanf(Ky * 0.5f * x.a);
     const float Dr = pac2006 ? cosf(x.a + 0.003f) : 1.0f;
-    const float Bxa = 12.0f * cosf(atanf(-9.0f * x.k));
-    const float SVyk = cosf(atanf(20.0f * x.a)) * sinf(1.9f * atanf(10.0f * x.k));
-    const float Byk = 7.0f * cosf(atanf(2.5f * (x.a - 0.01f)));
+    // the weighting steps' arctangents side by side, then their cos/sin
+    const float atanBxa = atanf(-9.0f * x.k);
+    const float atanSVyka = atanf(20.0f * x.a);
+    const float atanSVykk = atanf(10.0f * x.k);
+    const float atanByk = atanf(2.5f * (x.a - 0.01f));
+    const float Bxa = 12.0f * cosf(atanBxa);
+    const float SVyk = cosf(atanSVyka) * sinf(1.9f * atanSVykk);
+    const float Byk = 7.0f * cosf(atanByk);
     const float r = (Kx / Ky) * (Kx / Ky) * x.k * x.k;
     const float at = sqrtf(x.a * x.a + r), ar = sqrtf(x.a * x.a + r + 0.001f);
     float arg[7];
