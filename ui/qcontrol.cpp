@@ -23,10 +23,10 @@ QColor QControlInk(const QWindow *w) {
   return dark ? qlook::INK_ON_DARK : qlook::INK_ON_LIGHT;
 }
 
-void QControlFocusRing(QCanvas *cv, const QRect &r) {
+void QControlFocusRing(QCanvas *cv, const QRect &r, int thickness) {
   cv->SetColor(qlook::FOCUS);
   cv->Rectline(r);
-  if (r.wid > 4 && r.hgt > 4) cv->Rectline(r.x + 1, r.y + 1, r.wid - 2, r.hgt - 2);
+  if (thickness > 1 && r.wid > 4 && r.hgt > 4) cv->Rectline(r.x + 1, r.y + 1, r.wid - 2, r.hgt - 2);
 }
 
 int QControlTextTop(const QCanvas *cv, const QRect &r) { return r.y + (r.hgt - cv->GetTextHeight()) / 2; }

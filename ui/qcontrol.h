@@ -55,8 +55,9 @@ bool QControlOnDark(const QWindow *w);
 // The colour of text drawn straight onto the background behind `w`.
 QColor QControlInk(const QWindow *w);
 
-// A two-pixel ring in the focus colour just inside `r`.
-void QControlFocusRing(QCanvas *cv, const QRect &r);
+// A ring in the focus colour just inside `r`: two pixels round a face or
+// field, one round the text of a check box or radio.
+void QControlFocusRing(QCanvas *cv, const QRect &r, int thickness = 2);
 // A one-line text's top when centred vertically in `r`.
 int QControlTextTop(const QCanvas *cv, const QRect &r);
 // Text of a control. A text wider than its room is first set tighter (its

@@ -129,7 +129,7 @@ void QRadio::Paint(QCanvas *cv) {
     QControlText(cv, text.c_str(), tx, ty, QRect(tx, r.y, r.x + r.wid - tx, r.hgt));
     if (HasFocus() && enabled) {
       int tw = std::min(QControlTextWidth(cv, text.c_str(), r.x + r.wid - tx), r.x + r.wid - tx);
-      QControlFocusRing(cv, QRect(tx - 3, r.y, tw + 6, r.hgt));
+      QControlFocusRing(cv, QRect(tx - 3, r.y, tw + 6, r.hgt), 1);
     }
   } else if (HasFocus() && enabled) {
     QControlFocusRing(cv, QRect(cx - 1, cy - 1, d + 2, d + 2));
