@@ -5,8 +5,11 @@
 #include <cstring>
 
 #include "ui/diag/qdebug.h"
+#include "ui/qdialog.h"
 #include "ui/qerror.h"
 #include "ui/qplatform.h"
+#include "ui/qwindow.h"
+#include "ui/qwinmgr.h"
 
 QApp *app = nullptr;
 
@@ -31,17 +34,22 @@ void QDisplay::Close() {
 QApp::QApp(int argc_, char **argv_, const char *appName) : argc(argc_), argv(argv_) {
   snprintf(name, sizeof(name), "%s", appName ? appName : "Tessel");
   app = this;
-  shell = new QFocusShell();
+  winMgr = new QWindowManager();
+  shell = new QDialogShell();
   display = new QDisplay();
   if (!display->Open()) {
     qerr("qapp", "QApp::QApp", __LINE__, "Can't open X11 display (%s)", name);
     QExit(0);
   }
   qpGetDisplaySize(&desktopWid, &desktopHgt);
+  ownedRoot = new QWindow(nullptr, 0, 0, desktopWid, desktopHgt);
+  ownedRoot->SetName("root");
+  root = ownedRoot;
   QInstallMessageBox();
 }
 
 QApp::~QApp() {
+  delete ownedRoot;
   delete winMgr;
   delete shell;
   delete display;
@@ -199,13 +207,27 @@ void QApp::HandleClose(bool consumed) {
   if (isMain || (!mainWindow && !mainPW)) Exit(0);
 }
 
+void QApp::PostEvent(const QEvent &ev) { posted.push_back(ev); }
+
+void QApp::DropPostedEvents(const QWindow *w) {
+  for (auto it = posted.begin(); it != posted.end();) {
+    if (it->win == w)
+      it = posted.erase(it);
+    else
+      ++it;
+  }
+}
+
 int QApp::Run1() {
-  if (!qpEventPending()) {
+  if (posted.empty() && !qpEventPending()) {
     if (idleProc) idleProc();
     return 2;
   }
   event = QEvent();
-  if (!qpNextEvent(&event)) {
+  if (!posted.empty()) {
+    event = posted.front();
+    posted.pop_front();
+  } else if (!qpNextEvent(&event)) {
     if (idleProc) idleProc();
     return 2;
   }
@@ -231,7 +253,7 @@ void QApp::RunPending(QWindow *modalWindow, int flag) {
     shell->SetFlag(flag);
     if (modalWindow) shell->SetModal(modalWindow);
   }
-  while (qpEventPending()) Run1();
+  while (!posted.empty() || qpEventPending()) Run1();
 }
 
 // ---- Exit ------------------------------------------------------------------------------

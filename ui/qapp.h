@@ -108,6 +108,7 @@ class QApp : public QObject {
   bool AddKeyboardHandler(QEventProc handler);
   bool RemoveKeyboardHandler(QEventProc handler);
   void SetIdleProc(QAppProc proc) { idleProc = proc; }
+  bool HasIdleProc() const { return idleProc != nullptr; }
   void SetEventProc(QEventProc proc) { eventProc = proc; }
   void SetExitProc(QAppProc proc) { exitProc = proc; }
   // Kept for callers of the old interface; all report that they are unsupported.
@@ -136,6 +137,8 @@ class QApp : public QObject {
   // Queues an event (a control's click or change) that the loop dispatches
   // before the next platform event; the queue keeps the order of posting.
   void PostEvent(const QEvent &ev);
+  // Forgets the queued events of a window that goes away.
+  void DropPostedEvents(const QWindow *w);
   // Runs the exit procedure and the cleanup procedures; then returns if
   // STATE_EXIT_RETURNS was set (clearing it), else ends the process.
   void Exit(int code);
@@ -217,6 +220,7 @@ class QApp : public QObject {
   QEventSink *winMgr = nullptr;
   QFocusShell *shell = nullptr;
   QWindow *root = nullptr;
+  QWindow *ownedRoot = nullptr;  // the "root" window made by the constructor
   QWindow *mainWindow = nullptr;
   QPWindow *mainPW = nullptr;
   QCanvas *backCanvas = nullptr;

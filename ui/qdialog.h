@@ -1,5 +1,10 @@
 // QDialog: a window that runs modally until it has a result.
 //
+// Create the dialog before its child windows: windows paint in the order
+// they were created, so the children then lie on the dialog's body. The hit
+// test then finds the dialog first; the dialog hands mouse events on to the
+// child under the mouse.
+//
 // Execute makes the dialog the window manager's active group and the focus
 // shell's modal window, then runs the application's loop one event at a
 // time (the idle procedure paints each frame) until a result other than 0 is
@@ -10,6 +15,7 @@
 #include <string>
 
 #include "ui/qapp.h"
+#include "ui/qdlgroute.h"
 #include "ui/qwindow.h"
 
 class QDialog : public QWindow {
@@ -18,6 +24,8 @@ class QDialog : public QWindow {
   QDialog(QWindow *parent, int x, int y, int wid, int hgt, const char *title = nullptr);
   ~QDialog() override;
   const char *ClassName() const override { return "QDialog"; }
+  // Height of the title strip at the top; contents start below it.
+  static constexpr int TITLE_HEIGHT = 22;
 
   void SetTitle(const char *t) { title = t ? t : ""; }
   const char *GetTitle() const { return title.c_str(); }
@@ -32,11 +40,12 @@ class QDialog : public QWindow {
   virtual void Filter(QEvent *ev);
   // Frame, title strip and background.
   void Paint(QCanvas *cv) override;
-  // Dialogs take clicks on their empty parts, so nothing reaches the
-  // windows beneath.
+  // Mouse events go on to the child under the mouse; the dialog keeps those
+  // on its empty parts, so nothing reaches the windows beneath.
   bool OnEvent(QEvent *ev) override;
 
  protected:
+  QDialogRouter router;
   std::string title;
   int result = 0;
 };

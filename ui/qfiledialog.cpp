@@ -195,4 +195,3 @@ void QFileDialog::Filter(QEvent *ev) {
   }
 }
 
-bool QFileDialog::OnEvent(QEvent *ev) { return router.Route(this, ev) || QDialog::OnEvent(ev); }

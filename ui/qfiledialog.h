@@ -14,7 +14,6 @@
 #include <vector>
 
 #include "ui/qdialog.h"
-#include "ui/qdlgroute.h"
 #include "ui/qfiledlg.h"
 
 class QButton;
@@ -39,8 +38,6 @@ class QFileDialog : public QDialog {
   const char *ClassName() const override { return "QFileDialog"; }
   bool Create() override;
   void Filter(QEvent *ev) override;
-  // Mouse events that reach the dialog go on to the child under the mouse.
-  bool OnEvent(QEvent *ev) override;
 
   // Shows `dir` (made absolute); an unlistable folder shows only "..".
   void SetFolder(const std::string &dir);
@@ -87,5 +84,4 @@ class QFileDialog : public QDialog {
   QLabel *status = nullptr;
   QButton *ok = nullptr;
   QButton *cancel = nullptr;
-  QDialogRouter router;
 };

@@ -65,4 +65,3 @@ int QTextDialogRun(const char *title, const char *text, int mode, const QRect *r
   return result;
 }
 
-bool QTextDialog::OnEvent(QEvent *ev) { return router.Route(this, ev) || QDialog::OnEvent(ev); }

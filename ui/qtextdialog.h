@@ -7,7 +7,6 @@
 #include <string>
 
 #include "ui/qdialog.h"
-#include "ui/qdlgroute.h"
 #include "ui/qtextdlg.h"
 
 class QButton;
@@ -23,8 +22,6 @@ class QTextDialog : public QDialog {
   // The dialog, then its buttons and message label.
   bool Create() override;
   void Filter(QEvent *ev) override;
-  // Mouse events that reach the dialog go on to the child under the mouse.
-  bool OnEvent(QEvent *ev) override;
 
   QButton *GetOK() const { return ok; }
   QButton *GetCancel() const { return cancel; }  // null in OK-only mode
@@ -36,7 +33,6 @@ class QTextDialog : public QDialog {
   QButton *ok = nullptr;
   QButton *cancel = nullptr;
   QLabel *label = nullptr;
-  QDialogRouter router;
 };
 
 // Shows a text dialog owned by the main window at `r` (null: (100, 150),

@@ -154,4 +154,3 @@ void QTextViewRun(const char *file, const char *caption, const char *title) {
   delete dlg;
 }
 
-bool QTextView::OnEvent(QEvent *ev) { return router.Route(this, ev) || QDialog::OnEvent(ev); }

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "ui/qdialog.h"
-#include "ui/qdlgroute.h"
 
 class QButton;
 class QLabel;
@@ -46,8 +45,6 @@ class QTextView : public QDialog {
   bool Load(const char *file);
   bool Create() override;
   void Filter(QEvent *ev) override;
-  // Mouse events that reach the dialog go on to the child under the mouse.
-  bool OnEvent(QEvent *ev) override;
   QTextPane *GetPane() const { return pane; }
   QButton *GetOK() const { return ok; }
 
@@ -55,7 +52,6 @@ class QTextView : public QDialog {
   QLabel *caption = nullptr;
   QTextPane *pane = nullptr;
   QButton *ok = nullptr;
-  QDialogRouter router;
 };
 
 // Shows `file` with `caption` above the text in a dialog titled `title`.

@@ -11,6 +11,7 @@
 // window. While an active group is set, only its windows take input.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "ui/qapp.h"
@@ -64,10 +65,14 @@ class QWindowManager : public QEventSink {
   void Paint(QCanvas *cv, QPWindow *pw = nullptr);
 
  private:
+  bool TakesInput(const QWindow *w) const;
+  bool SendToFocus(QEvent *ev);
+  void TrackHover(QWindow *now, QEvent *ev);
   std::vector<QWindow *> windows;
   QWindow *focus = nullptr;
   QWindow *activeGroup = nullptr;
   QWindow *capture = nullptr;
+  QWindow *hover = nullptr;
   QAddWindowCallback addCb = nullptr;
   void *addUser = nullptr;
 };

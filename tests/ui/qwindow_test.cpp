@@ -1,0 +1,250 @@
+// Window layer: creation rules, visibility, hit test, tab focus, active
+// group, event routing with mouse capture, posted control events and the
+// modal run of a dialog, through the headless backend.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/headless/qpscript.h"
+#include "tests/ui/capture.h"
+#include "tests/ui/gltest.h"
+#include "ui/qapp.h"
+#include "ui/qdialog.h"
+#include "ui/qwindow.h"
+#include "ui/qwinmgr.h"
+
+namespace {
+
+// A window that records what reaches it and consumes mouse presses.
+class Probe : public QWindow {
+ public:
+  Probe(QWindow *parent, int x, int y, int w, int h, std::vector<std::string> *log, const char *tag)
+      : QWindow(parent, x, y, w, h), log(log), tag(tag) {}
+  bool OnEvent(QEvent *ev) override {
+    log->push_back(tag + ":" + std::to_string(ev->type));
+    if (ev->type == QEVENT_BUTTONRELEASE) PostControlEvent(QEVENT_CLICK, 7);
+    return ev->type == QEVENT_BUTTONPRESS || ev->type == QEVENT_KEYPRESS;
+  }
+  void OnShortcut() override { log->push_back(tag + ":shortcut"); }
+  std::vector<std::string> *log;
+  std::string tag;
+};
+
+std::vector<QEvent> seen;  // control events the program saw
+bool EventProc(QEvent *ev) {
+  if (ev->type == QEVENT_CLICK || ev->type == QEVENT_CHANGE) seen.push_back(*ev);
+  return false;
+}
+
+class WindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    setenv("LP_NUM_THREADS", "0", 0);
+    GLTEST_LSAN_DISABLE();
+    qpsClear();
+    seen.clear();
+    a = new QApp(0, nullptr, "wintest");
+    main = new QWindow(a->GetRoot(), 0, 0, 320, 240);
+    main->MakeRealX();
+    ASSERT_TRUE(main->Create());
+    a->SetMainWindow(main, main->GetPlatformWindow());
+    a->SetEventProc(EventProc);
+    wm = QGetWindowManager();
+    ASSERT_NE(wm, nullptr);
+  }
+  void TearDown() override {
+    for (QWindow *w : owned) delete w;
+    delete main;
+    delete a;
+    qpsClear();
+    GLTEST_LSAN_ENABLE();
+  }
+  Probe *Add(int x, int y, int w, int h, const char *tag, int tab = -1, QWindow *parent = nullptr) {
+    Probe *p = new Probe(parent ? parent : main, x, y, w, h, &log, tag);
+    p->SetTabOrder(tab);
+    p->Create();
+    owned.push_back(p);
+    return p;
+  }
+  void Drain() {
+    while (a->Run1() != 2) {
+    }
+  }
+  QApp *a = nullptr;
+  QWindow *main = nullptr;
+  QWindowManager *wm = nullptr;
+  std::vector<QWindow *> owned;
+  std::vector<std::string> log;
+};
+
+TEST_F(WindowTest, CreationRulesAndPreferences) {
+  ReportCapture cap;
+  QWindow orphan(nullptr, 0, 0, 10, 10);
+  EXPECT_FALSE(orphan.Create());
+  EXPECT_TRUE(cap.Has(cap.errors, "QWindow::Create() without a parent real X window"));
+  // A soft window under the root (not inside a real window) is an orphan too.
+  QWindow underRoot(a->GetRoot(), 0, 0, 10, 10);
+  EXPECT_FALSE(underRoot.Create());
+  EXPECT_STREQ(a->GetRoot()->GetName(), "root");
+
+  Probe *p = Add(1, 2, 3, 4, "p");
+  EXPECT_TRUE(p->IsCreated());
+  EXPECT_EQ(p->GetPlatformWindow(), main->GetPlatformWindow());
+  EXPECT_FALSE(p->MakeRealX());
+  EXPECT_FALSE(p->PrefFullScreen());
+  EXPECT_FALSE(p->PrefNoResize());
+  EXPECT_FALSE(p->PrefWM());
+  EXPECT_FALSE(p->MakeSoftWindow());
+  for (const char *f : {"MakeRealX", "PrefFullScreen", "PrefNoResize", "PrefWM", "MakeSoftWindow"})
+    EXPECT_TRUE(cap.Has(cap.warnings, std::string("QWindow:") + f + "() called after window was created")) << f;
+  EXPECT_EQ(p->GetFlags() & QWF_REALX, 0u);
+}
+
+TEST_F(WindowTest, AbsoluteRectAndVisibilityFollowTheParentChain) {
+  Probe *outer = Add(100, 50, 200, 100, "outer");
+  Probe *inner = Add(10, 20, 30, 40, "inner", -1, outer);
+  QRect r = inner->GetAbsRect();
+  EXPECT_EQ(r.x, 110);
+  EXPECT_EQ(r.y, 70);
+  EXPECT_EQ(main->GetAbsRect().x, 0);  // a real window's own origin
+  EXPECT_TRUE(inner->IsVisible());
+  outer->Hide();
+  EXPECT_FALSE(inner->IsVisible());
+  EXPECT_EQ(inner->GetFlags() & QWF_HIDDEN, 0u);
+  outer->Show();
+  inner->Disable();
+  EXPECT_FALSE(inner->IsEnabled());
+  EXPECT_TRUE(inner->IsVisible());
+}
+
+TEST_F(WindowTest, HitTestTakesTheFirstAddedAndSkipsHiddenAndDisabled) {
+  Probe *first = Add(0, 0, 50, 50, "first");
+  Probe *second = Add(25, 25, 50, 50, "second");
+  EXPECT_EQ(wm->WindowAt(nullptr, 30, 30), first);
+  EXPECT_EQ(wm->WindowAt(nullptr, 60, 60), second);
+  EXPECT_EQ(wm->WindowAt(nullptr, 50, 10), nullptr);  // right edge is outside
+  first->Hide();
+  EXPECT_EQ(wm->WindowAt(nullptr, 30, 30), second);
+  first->Show();
+  first->Disable();
+  EXPECT_EQ(wm->WindowAt(nullptr, 30, 30), second);
+  EXPECT_EQ(wm->WindowAt(reinterpret_cast<QPWindow *>(&log), 60, 60), nullptr);  // another real window
+}
+
+TEST_F(WindowTest, TabOrderWrapsBothWaysAndSkipsNegativeNumbers) {
+  Probe *w3 = Add(0, 0, 5, 5, "3", 3);
+  Probe *w1 = Add(0, 0, 5, 5, "1", 1);
+  Probe *w2 = Add(0, 0, 5, 5, "2", 2);
+  Add(0, 0, 5, 5, "none", -1);
+  wm->SetFocus(w2);
+  EXPECT_EQ(wm->FocusNext(), w3);
+  EXPECT_EQ(wm->FocusNext(), w1);
+  EXPECT_EQ(wm->FocusPrev(), w3);
+  EXPECT_EQ(wm->FocusFirst(), w1);
+  EXPECT_EQ(wm->FocusLast(), w3);
+  wm->SetFocus(nullptr);
+  EXPECT_EQ(wm->FocusNext(), w1);
+  wm->SetFocus(nullptr);
+  EXPECT_EQ(wm->FocusPrev(), w3);
+  // Ties keep the earliest; a hidden window is passed over.
+  Probe *tie = Add(0, 0, 5, 5, "tie", 1);
+  wm->SetFocus(nullptr);
+  EXPECT_EQ(wm->FocusFirst(), w1);
+  w1->Hide();
+  EXPECT_EQ(wm->FocusFirst(), tie);
+  // Tab and Shift+Tab through the loop.
+  wm->SetFocus(w2);
+  qpsKeyTap(QK_TAB);
+  Drain();
+  EXPECT_EQ(wm->GetFocus(), w3);
+  qpsKeyPress(QK_SHIFT);
+  qpsKeyTap(QK_TAB);
+  qpsKeyRelease(QK_SHIFT);
+  Drain();
+  EXPECT_EQ(wm->GetFocus(), w2);
+}
+
+TEST_F(WindowTest, ActiveGroupRefusesOutsidersAndLimitsInput) {
+  ReportCapture cap;
+  Probe *group = Add(0, 0, 100, 100, "group");
+  wm->SetActiveGroup(group);
+  Probe *inside = Add(10, 10, 20, 20, "inside", 1, group);
+  EXPECT_TRUE(cap.warnings.empty());
+  Probe *outside = new Probe(main, 0, 0, 300, 200, &log, "outside");
+  owned.push_back(outside);
+  outside->SetTabOrder(0);
+  EXPECT_FALSE(outside->Create());
+  EXPECT_TRUE(cap.Has(cap.warnings, "QWindowManager:AddWindow(); not part of activegroup, refusing to add window"));
+  EXPECT_EQ(wm->WindowAt(nullptr, 150, 150), nullptr);
+  EXPECT_EQ(wm->FocusFirst(), inside);
+  wm->SetActiveGroup(nullptr);
+  EXPECT_EQ(wm->WindowAt(nullptr, 150, 150), outside);
+}
+
+TEST_F(WindowTest, MouseCaptureShortcutsAndPostedClicksReachTheProgram) {
+  Probe *b = Add(10, 10, 40, 20, "b", 0);
+  Probe *c = Add(100, 10, 40, 20, "c", 1);
+  c->SetShortcut(QK_ENTER);
+  qpsButtonPress(20, 15);
+  qpsMouseMove(120, 15);       // dragged off: still b's
+  qpsButtonRelease(120, 15);   // release goes to b, which posts its click
+  qpsKeyTap(QK_ENTER);         // c's shortcut; the key goes on to the focus (b)
+  Drain();
+  std::vector<std::string> want = {"b:4", "b:6", "b:5", "c:shortcut", "b:2", "b:3"};
+  EXPECT_EQ(log, want);
+  ASSERT_EQ(seen.size(), 1u);
+  EXPECT_EQ(seen[0].type, QEVENT_CLICK);
+  EXPECT_EQ(seen[0].win, b);
+  EXPECT_EQ(seen[0].n, 7);
+  EXPECT_EQ(wm->GetFocus(), b);  // the press gave it the focus
+  // A window that goes away takes its queued events with it.
+  b->PostControlEvent(QEVENT_CHANGE, 1);
+  c->PostControlEvent(QEVENT_CHANGE, 2);
+  owned.erase(owned.begin());
+  delete b;
+  Drain();
+  ASSERT_EQ(seen.size(), 2u);
+  EXPECT_EQ(seen[1].win, c);
+}
+
+// A dialog that ends on a click of its button or on a close request.
+class TestDialog : public QDialog {
+ public:
+  using QDialog::QDialog;
+  QWindow *button = nullptr;
+  std::vector<int> filtered;
+  void Filter(QEvent *ev) override {
+    filtered.push_back(ev->type);
+    if (ev->type == QEVENT_CLICK && ev->win == button) SetResult(1);
+    if (ev->type == QEVENT_CLOSE) SetResult(2);
+  }
+};
+
+TEST_F(WindowTest, DialogRunsModallyAndRestoresTheGroupAndFocus) {
+  Probe *beneath = Add(0, 0, 320, 240, "beneath", 0);
+  wm->SetFocus(beneath);
+  TestDialog d(nullptr, 50, 50, 200, 100, "Question");
+  ASSERT_TRUE(d.Create());
+  Probe *ok = Add(10, 60, 50, 20, "ok", 0, &d);
+  d.button = ok;
+  qpsClick(5, 5);    // beneath the dialog: not reachable while it runs
+  qpsClick(70, 120);  // the dialog's button
+  EXPECT_EQ(d.Execute(), 1);
+  EXPECT_EQ(log, (std::vector<std::string>{"ok:6", "ok:4", "ok:5"}));  // moved there, pressed, released
+  EXPECT_EQ(wm->GetActiveGroup(), nullptr);
+  EXPECT_EQ(wm->GetFocus(), beneath);
+  EXPECT_EQ(a->GetFocusShell()->GetModal(), nullptr);
+  EXPECT_FALSE(d.IsVisible());
+  // The filter saw every event, the click included, after the program.
+  EXPECT_EQ(d.filtered.back(), QEVENT_CLICK);
+  ASSERT_EQ(seen.size(), 1u);
+
+  // Closing the main window ends the dialog with Cancel; the application's
+  // Exit that follows is told to return.
+  a->SetState(QApp::STATE_EXIT_RETURNS);
+  qpsClose();
+  EXPECT_EQ(d.Execute(), 2);
+}
+
+}  // namespace
