@@ -26,7 +26,8 @@ std::string FontFileFor(const char *face) {
   std::string f = face;
   bool bold = f.find("Bold") != std::string::npos;
   bool mono = f.find("Mono") != std::string::npos || f.find("Courier") != std::string::npos;
-  std::string file = mono ? "DejaVuSansMono" : "DejaVuSans";
+  bool condensed = f.find("Condensed") != std::string::npos || f.find("Narrow") != std::string::npos;
+  std::string file = mono ? "DejaVuSansMono" : condensed ? "DejaVuSansCondensed" : "DejaVuSans";
   if (bold) file += "-Bold";
   return std::string(DEJAVU_DIR) + file + ".ttf";
 }

@@ -3,7 +3,7 @@
 //   mkfont <output name> [face] [pixel size] [first code] [last code] [texture size]
 //
 // The program's own UI font is made with
-//   mkfont data/fonts/eurostile11 "DejaVu Sans" 14 32 255 256
+//   mkfont data/fonts/eurostile11 "DejaVu Sans Condensed" 12 32 255 256
 #include <cstdio>
 #include <cstdlib>
 

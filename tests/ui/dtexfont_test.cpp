@@ -47,7 +47,7 @@ TEST_F(FontFiles, CommittedUiFontLoads) {
   EXPECT_EQ(f.GetMaxChar(), 255);
   EXPECT_EQ(f.GetVersion(), 2);
   EXPECT_EQ(f.GetRangeCount(), 1);
-  EXPECT_EQ(f.GetHeight(), 17);
+  EXPECT_EQ(f.GetHeight(), 15);
   const DTexFontGlyph *a = f.FindGlyph('A');
   ASSERT_NE(a, nullptr);
   EXPECT_GT(a->wid, 5);
@@ -152,7 +152,7 @@ TEST_F(FontFiles, QFontCreatesOnce) {
   EXPECT_TRUE(f.Create());
   EXPECT_FALSE(f.Create());  // reported; the first font stays
   EXPECT_TRUE(f.IsCreated());
-  EXPECT_EQ(f.GetHeight(), 17);
+  EXPECT_EQ(f.GetHeight(), 15);
   EXPECT_GT(f.GetWidth("Hello"), 20);
 }
 
@@ -236,7 +236,7 @@ TEST_F(TextPixels, TextMlDrawsAtMostTenLines) {
   EXPECT_EQ(rc.warnings[0], "QCanvas::TextML() max #lines reached (10)\n");
   auto litInLine = [&](int line) {
     int lit = 0;
-    for (int y = line * 17; y < line * 17 + 17; y++)
+    for (int y = line * 15; y < line * 15 + 15; y++)  // the UI font's lines are 15 pixels
       for (int x = 5; x < 40; x++) lit += Pixel(x, y).r > 128;
     return lit;
   };
