@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdio>
 #include <cstring>
 
 static std::vector<const CliCommand *> &Registry() {
@@ -26,7 +25,11 @@ void CliPrintUsage(FILE *out) {
   for (const CliCommand *c : CliCommands()) {
     char head[128];
     snprintf(head, sizeof head, "%s %s", c->name, c->usage);
-    fprintf(out, "  %-44s %s\n", head, c->help);
+    // A usage too long for the column puts its description on the next line.
+    if (strlen(head) > 44)
+      fprintf(out, "  %s\n  %-44s %s\n", head, "", c->help);
+    else
+      fprintf(out, "  %-44s %s\n", head, c->help);
   }
   fprintf(out, "\n  --help                                       show this text\n");
 }
