@@ -59,13 +59,7 @@ void QCheck::Paint(QCanvas *cv) {
   }
 
   if (!text.empty() && cv->GetFont()) {
-    int tx = box.x + side + GAP, ty = QControlTextTop(cv, r);
-    cv->SetColor(QControlInk(this));
-    QControlText(cv, text.c_str(), tx, ty, QRect(tx, r.y, r.x + r.wid - tx, r.hgt));
-    if (HasFocus() && enabled) {
-      int tw = std::min(QControlTextWidth(cv, text.c_str(), r.x + r.wid - tx), r.x + r.wid - tx);
-      QControlFocusRing(cv, QRect(tx - 3, r.y, tw + 6, r.hgt), 1);
-    }
+    QControlMarkCaption(cv, this, text.c_str(), box.x + side + GAP, r);
   } else if (HasFocus() && enabled) {
     QControlFocusRing(cv, QRect(box.x - 1, box.y - 1, box.wid + 2, box.hgt + 2));
   }

@@ -1,6 +1,8 @@
 // Shared pieces of the controls' look and their tab numbering.
 #include "ui/qcontrol.h"
 
+#include <algorithm>
+
 #include "ui/qcanvas.h"
 #include "ui/qdialog.h"
 #include "ui/qwindow.h"
@@ -73,4 +75,23 @@ void QControlTextCentred(QCanvas *cv, const char *text, int y, const QRect &room
   int w = QControlTextWidth(cv, text, room.wid);
   int x = room.x + (room.wid - w) / 2;
   QControlText(cv, text, x < room.x ? room.x : x, y, room, flags);
+}
+
+void QControlField(QCanvas *cv, const QRect &r, bool focused) {
+  cv->SetColor(qlook::FIELD);
+  cv->Rectfill(r);
+  cv->SetColor(qlook::FRAME);
+  cv->Rectline(r);
+  if (focused) QControlFocusRing(cv, r);
+}
+
+void QControlMarkCaption(QCanvas *cv, const QWindow *w, const char *text, int x, const QRect &r) {
+  int y = QControlTextTop(cv, r);
+  int room = r.x + r.wid - x;
+  cv->SetColor(QControlInk(w));
+  QControlText(cv, text, x, y, QRect(x, r.y, room, r.hgt));
+  if (w->HasFocus() && w->IsEnabled()) {
+    int tw = std::min(QControlTextWidth(cv, text, room), room);
+    QControlFocusRing(cv, QRect(x - 3, r.y, tw + 6, r.hgt), 1);
+  }
 }

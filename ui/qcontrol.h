@@ -74,3 +74,8 @@ int QControlTextWidth(const QCanvas *cv, const char *text, int avail);
 void QControlText(QCanvas *cv, const char *text, int x, int y, const QRect &room, unsigned flags = 0);
 // Centred horizontally in `room` (from its left edge when too wide).
 void QControlTextCentred(QCanvas *cv, const char *text, int y, const QRect &room, unsigned flags = 0);
+// A list or text field: filled, framed, and ringed while it has the focus.
+void QControlField(QCanvas *cv, const QRect &r, bool focused);
+// The caption of a check box or radio from `x` to the right edge of `r`,
+// with the one-pixel focus ring round the text while `w` has the focus.
+void QControlMarkCaption(QCanvas *cv, const QWindow *w, const char *text, int x, const QRect &r);

@@ -58,11 +58,7 @@ int QFileList::RowAt(int x, int y) const {
 
 void QFileList::Paint(QCanvas *cv) {
   QRect r = GetAbsRect();
-  cv->SetColor(qlook::FIELD);
-  cv->Rectfill(r);
-  cv->SetColor(qlook::FRAME);
-  cv->Rectline(r);
-  if (HasFocus()) QControlFocusRing(cv, r);
+  QControlField(cv, r, HasFocus());
   QFont *font = cv->GetFont();
   if (font == nullptr || !font->IsCreated()) return;
   rowHgt = std::max(1, cv->GetTextHeight() + 2);

@@ -124,13 +124,7 @@ void QRadio::Paint(QCanvas *cv) {
   }
 
   if (!text.empty() && cv->GetFont()) {
-    int tx = cx + d + GAP, ty = QControlTextTop(cv, r);
-    cv->SetColor(QControlInk(this));
-    QControlText(cv, text.c_str(), tx, ty, QRect(tx, r.y, r.x + r.wid - tx, r.hgt));
-    if (HasFocus() && enabled) {
-      int tw = std::min(QControlTextWidth(cv, text.c_str(), r.x + r.wid - tx), r.x + r.wid - tx);
-      QControlFocusRing(cv, QRect(tx - 3, r.y, tw + 6, r.hgt), 1);
-    }
+    QControlMarkCaption(cv, this, text.c_str(), cx + d + GAP, r);
   } else if (HasFocus() && enabled) {
     QControlFocusRing(cv, QRect(cx - 1, cy - 1, d + 2, d + 2));
   }

@@ -32,11 +32,7 @@ void QTextPane::ScrollTo(int line) {
 
 void QTextPane::Paint(QCanvas *cv) {
   QRect r = GetAbsRect();
-  cv->SetColor(qlook::FIELD);
-  cv->Rectfill(r);
-  cv->SetColor(qlook::FRAME);
-  cv->Rectline(r);
-  if (HasFocus()) QControlFocusRing(cv, r);
+  QControlField(cv, r, HasFocus());
   QFont *font = cv->GetFont();
   if (font == nullptr || !font->IsCreated()) return;
   lineHgt = std::max(1, cv->GetTextHeight());
