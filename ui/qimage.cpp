@@ -28,7 +28,7 @@ void QImage::FlipVertical() {
 }
 
 // ---- [tga header] -----------------------------------------------------------------------
-// 18 bytes: id length, colour-map type, image type, colour-map spec (5),
+// 18 bytes: id length, colour-map type, image type, colour-map fields (5),
 // x/y origin, width, height (little-endian 16 bits), bits per pixel,
 // descriptor (bit 5: top-left origin, bits 0-3: alpha bits).
 
