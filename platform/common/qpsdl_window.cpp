@@ -37,6 +37,12 @@ bool qpOpenDisplay() {
   }
   const char *cur = SDL_GetCurrentVideoDriver();
   offscreen = cur && SDL_strcmp(cur, "offscreen") == 0;
+  // SDL falls back to its offscreen driver when it finds no display; a
+  // window nobody can see is only wanted when asked for.
+  if (offscreen && !driver && !SDL_getenv("SDL_VIDEODRIVER")) {
+    SDL_Quit();
+    return false;
+  }
   SDL_StartTextInput();
   displayOpen = true;
   return true;

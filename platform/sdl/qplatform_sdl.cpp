@@ -1,18 +1,15 @@
 // The SDL2 backend's event source and message box.
 //
 // SDL events are translated into QEvent records with the framework's key
-// codes. Without an X server (no DISPLAY) SDL's offscreen driver is used, so
-// the program still runs, invisibly.
+// codes. SDL picks the video driver; SDL_VIDEODRIVER=offscreen runs a
+// program without any display, invisibly (frame-time measurements).
 #include <cstdio>
 #include <cstdlib>
 
 #include "platform/common/qpsdl.h"
 
-const char *qpsdlVideoDriver() {
-  if (getenv("SDL_VIDEODRIVER")) return nullptr;
-  if (!getenv("DISPLAY") && !getenv("WAYLAND_DISPLAY")) return "offscreen";
-  return nullptr;
-}
+// Without a display the program must say so rather than run unseen.
+const char *qpsdlVideoDriver() { return nullptr; }
 
 bool qpsdlKeepDisplay() { return false; }
 
