@@ -227,7 +227,17 @@ void TyroRun(int argc, char **argv) {
   OpenWindow(argc, argv);
   previousErrorHook = qSetErrorHook(ErrorHook);
   font = new QFont("data/fonts/eurostile11");
-  if (font->Create()) canvas->SetFont(font);
+  if (font->Create()) {
+    canvas->SetFont(font);
+  } else {
+    // Without its font the window would show curves and no single label; the
+    // platform's own box still has text to say why.
+    char cwd[1024];
+    std::string text = std::string("Can't load the interface font data/fonts/eurostile11 (.dtf and .tga) in ") +
+                       (getcwd(cwd, sizeof cwd) ? cwd : ".") +
+                       ".\nThe window will show no labels or captions until the font files are back.";
+    qpMessageBox(window, "Tyrograph", text.c_str(), QPMB_OK);
+  }
   PanelBuild(mainWindow, settings.viewWidth, settings.viewHeight);
   titleBar = new QTitleBar(mainWindow, 0, 0, settings.width, TITLE_BAR_HEIGHT, PRODUCT_TEXT);
   titleBar->Create();
