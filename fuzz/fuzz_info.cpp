@@ -1,8 +1,6 @@
 // Reads arbitrary bytes as an info file and works on the tree: getters on the
 // keys it holds and on fixed ones, node access, a set and a write. Asserts
 // nothing but survival (ASan + UBSan do the checking).
-#include <unistd.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -12,28 +10,7 @@
 #include "base/qinfo.h"
 #include "base/qinfonode.h"
 #include "base/qstring.h"
-#include "ui/diag/qdebug.h"
-
-static int Quiet(const char *, const char *) { return 0; }
-
-// Reports go nowhere (and nothing into QLOG.txt): a run of millions of
-// inputs must not fill the disk.
-static const std::string &Setup() {
-  static std::string out = [] {
-    qSetErrorHook(Quiet);
-    qSetWarnHook(Quiet);
-    qSetDebugHook(Quiet);
-    qSetPlainDebugHook(Quiet);
-    qSetLogMask(0);
-    // One output file per process, overwritten by every input; in memory
-    // (tmpfs) where there is one, since a disk write per input is slow.
-    std::string dir = access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
-    return dir + "/fuzz_info_" + std::to_string(getpid()) + ".ini";
-  }();
-  static bool cleanup = atexit([] { remove(Setup().c_str()); }) == 0;
-  (void)cleanup;
-  return out;
-}
+#include "fuzz/fuzz_common.h"
 
 static void Query(QInfo &info, const char *key) {
   char buf[QInfo::MAX_TOKEN + 2];
@@ -50,7 +27,7 @@ static void Query(QInfo &info, const char *key) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  const std::string &out = Setup();
+  const std::string &out = FuzzScratchFile("fuzz_info", ".ini");
   QFile file("fuzz.ini", (const char *)data, int(size));
   // One tree for the whole run, emptied for each input: a new object per
   // input would spend most of the time faulting in its half-megabyte hash.

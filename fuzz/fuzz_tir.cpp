@@ -3,37 +3,16 @@
 // Asserts nothing but survival (ASan + UBSan do the checking); the tyre's
 // NaN guard and force limits are what keep a nonsense file from poisoning
 // the numbers.
-#include <unistd.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/fuzz_common.h"
 #include "tyre/kpacejka.h"
-#include "ui/diag/qdebug.h"
-
-static int Quiet(const char *, const char *) { return 0; }
-
-// Reports go nowhere; the input is written to one file per process, in
-// memory (tmpfs) where there is one.
-static const std::string &Setup() {
-  static std::string path = [] {
-    qSetErrorHook(Quiet);
-    qSetWarnHook(Quiet);
-    qSetDebugHook(Quiet);
-    qSetPlainDebugHook(Quiet);
-    qSetLogMask(0);
-    std::string dir = access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
-    return dir + "/fuzz_tir_" + std::to_string(getpid()) + ".tir";
-  }();
-  static bool cleanup = atexit([] { remove(Setup().c_str()); }) == 0;
-  (void)cleanup;
-  return path;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  const std::string &path = Setup();
+  const std::string &path = FuzzScratchFile("fuzz_tir", ".tir");
   FILE *f = fopen(path.c_str(), "wb");
   if (!f) return 0;
   fwrite(data, 1, size, f);
