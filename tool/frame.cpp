@@ -27,6 +27,7 @@ namespace {
 // tyre's own load or camber is put back afterwards.
 void PaintGhosts(QCanvas *cv, int cx, int cy, bool camber) {
   Graph *g = session.graphs[session.focus - 1];
+  if (!g) return;
   KPacejka *tyre = g->GetCurrentTyre();
   if (!camber) {
     float load = tyre->Fz * 1000.0f;
@@ -50,7 +51,8 @@ void PaintGhosts(QCanvas *cv, int cx, int cy, bool camber) {
 }
 
 void PaintCoefficientTexts(QCanvas *cv, int left, int top, int cx, int cy) {
-  if (!cv->GetFont()) return;
+  // Nothing is selected yet while the start-up still loads the car.
+  if (!cv->GetFont() || !session.edit.desc || !session.edit.unit) return;
   char buf[160];
   cv->SetColor(0, 0, 0, 255);
   snprintf(buf, sizeof buf, "%s: %s", session.edit.name, session.edit.desc);
@@ -58,15 +60,16 @@ void PaintCoefficientTexts(QCanvas *cv, int left, int top, int cx, int cy) {
   const char *unit = *session.edit.unit ? session.edit.unit : "(non-dimensional)";
   snprintf(buf, sizeof buf, "Value: %.3f %s", double(SessionCoefficientValue()), unit);
   cv->Text(buf, left, top + 16);
+  if (!session.graphs[CURVE_FX] || session.graphs[CURVE_FX]->GetCurrentTyre()->model != 1) return;
   const KPacejka *tyre = session.graphs[CURVE_FX]->GetCurrentTyre();
-  if (tyre->model != 1) return;
   // Magic Formula 5.2: all scaling factors, two columns in the plot's upper
-  // left quarter, which the curves of a tyre leave empty.
+  // left quarter, which the curves of a tyre leave empty, ending above the
+  // horizontal axis and its range labels.
   cv->SetColor(60, 60, 60, 255);
   for (int i = 0; i < COEFF_SCALE_COUNT; i++) {
     CoeffInfo info = CoeffLookup(COEFF_LIST_SCALE, i);
     snprintf(buf, sizeof buf, "%s=%.5f", info.name, double(CoeffFieldGet(*tyre, info.field)));
-    cv->Text(buf, cx - Graph::X_ORIGIN + 6 + (i / 14) * 110, cy - Graph::Y_ORIGIN + 40 + (i % 14) * 14);
+    cv->Text(buf, cx - Graph::X_ORIGIN + 6 + (i / 14) * 110, cy - Graph::Y_ORIGIN + 6 + (i % 14) * 13);
   }
 }
 
@@ -82,13 +85,16 @@ void FramePaintGraphs(QCanvas *cv, int viewWidth, int viewHeight) {
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 
   cv->SetColor(100, 100, 255, 255);
-  if (cv->GetFont()) {
+  if (cv->GetFont() && session.graphs[CURVE_FX]) {
     snprintf(buf, sizeof buf, "Model: %s", session.graphs[CURVE_FX]->GetCurrentTyre()->GetModelName());
     cv->Text(buf, 30, areaTop + 10);
   }
 
   GraphPaintGrid(cv, cx, cy);
+  // A frame can come before the graphs exist: an error box raised during
+  // the start-up runs the loop, and so the paint callback.
   for (Graph *g : session.graphs) {
+    if (!g) continue;
     g->SetAlpha(1.0f);
     g->Sample();
     g->PaintCurve(cv, cx, cy, false);

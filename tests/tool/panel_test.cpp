@@ -12,6 +12,7 @@
 #include "toolwindow.h"
 #include "ui/qbutton.h"
 #include "ui/qcheck.h"
+#include "ui/qfont.h"
 #include "ui/qprop.h"
 #include "ui/qradio.h"
 #include "ui/qwinmgr.h"
@@ -310,6 +311,29 @@ TEST_F(PanelTest, PaintedWindowShowsOrHidesTheValueSlider) {
   PanelCoefficientRadio(20);
   EXPECT_EQ(nonWhite(l.value), 0);
   EXPECT_EQ(nonWhite(l.enterNumerically), 0);
+}
+
+// An error box raised while the start-up loads the car runs the event loop,
+// and with it the paint callback, before the graphs exist or anything is
+// selected: the frame draws what there is.
+TEST_F(PanelTest, FrameDuringTheStartUpDrawsWhatExists) {
+  QFont font((std::string(TYRO_SOURCE_DIR) + "/data/fonts/eurostile11").c_str());
+  ASSERT_TRUE(font.Create());
+  cv->SetFont(&font);
+  Graph *graphs[CURVE_COUNT];
+  for (int i = 0; i < CURVE_COUNT; i++) graphs[i] = session.graphs[i];
+  CoeffInfo edit = session.edit;
+  session.edit = CoeffInfo{};
+  session.focus = 2;  // ghost curves asked for too
+  for (Graph *&g : session.graphs) g = nullptr;
+  cv->Select();
+  FramePaintGraphs(cv, VIEW_W, VIEW_H);
+  session.graphs[CURVE_FX] = graphs[CURVE_FX];  // the first graph is loading its car
+  FramePaintGraphs(cv, VIEW_W, VIEW_H);
+  for (int i = 0; i < CURVE_COUNT; i++) session.graphs[i] = graphs[i];
+  session.edit = edit;
+  session.focus = 0;
+  cv->SetFont(nullptr);
 }
 
 // The whole path: platform events through the window manager to the
