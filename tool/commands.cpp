@@ -59,7 +59,7 @@ bool AskMaximum(float *maximum) {
     snprintf(start, sizeof start, "%.2f", double(EXPORT_ASCII_DEFAULT_MAX));
     std::string text = start;
     if (!QStringDialogRun(ASCII_TITLE, "Enter the maximum horizontal value", &text, ENTRY_LIMIT)) return false;
-    *maximum = static_cast<float>(atof(text.c_str()));
+    *maximum = PanelParseValue(text.c_str());
     if (*maximum > 0.0f) return true;
   }
 }

@@ -1,6 +1,7 @@
 // The control panel and its operations.
 #include "tool/panel.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -163,7 +164,13 @@ void PanelValueMoved(int position) {
   PanelSetCoefficientValue(float(position) / (1000.0f / session.edit.range) + session.edit.minimum);
 }
 
-float PanelParseValue(const char *text) { return static_cast<float>(strtod(text, nullptr)); }
+float PanelParseValue(const char *text) {
+  // strtod also takes "nan", "inf" and numbers past the float range; none of
+  // them is a decimal value a coefficient can hold, so they read as 0 like
+  // any other text that is no number.
+  float v = static_cast<float>(strtod(text, nullptr));
+  return std::isfinite(v) ? v : 0.0f;
+}
 
 bool PanelEnterNumerically() {
   if (session.edit.field == COEFF_FIELD_NONE) return false;

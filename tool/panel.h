@@ -62,8 +62,9 @@ void PanelSelectCoefficient();
 void PanelSetCoefficientValue(float v);
 // The value slider moved to `position`.
 void PanelValueMoved(int position);
-// The value typed into "Enter numerically": a decimal number; anything that
-// does not start like one reads as 0.
+// A typed value ("Enter numerically", the export's maximum): a decimal
+// number; anything that does not start like one, and anything that is not a
+// finite float, reads as 0.
 float PanelParseValue(const char *text);
 // "Enter numerically": asks for the value and sets it. False when the dialog
 // was cancelled or the selection edits nothing.

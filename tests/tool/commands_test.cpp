@@ -46,6 +46,7 @@ TEST_F(CommandsTest, EnterNumericallyReadsTextThatIsNoNumberAsZero) {
   EXPECT_FLOAT_EQ(PanelParseValue("abc"), 0.0f);
   EXPECT_FLOAT_EQ(PanelParseValue("-2.5e1"), -25.0f);
   EXPECT_FLOAT_EQ(PanelParseValue(" 7x"), 7.0f);
+  for (const char *notDecimal : {"nan", "-inf", "infinity", "1e39"}) EXPECT_EQ(PanelParseValue(notDecimal), 0.0f) << notDecimal;
   PanelCoefficientRadio(2);
   ScriptEntry("abc");
   ASSERT_TRUE(PanelEnterNumerically());
