@@ -52,10 +52,14 @@ void Graph::PaintCurve(QCanvas *cv, int cx, int cy, bool ghost) const {
   // Vertically at sub-pixel precision (OpenGL's y grows upwards), so the
   // smoothed line does not show the pixel steps.
   float glCentre = float(cv->MapY(cy)) + 0.5f;
+  // A curve beyond the vertical range (a heavy load, a wild coefficient)
+  // stops at the plot's edge instead of running over the texts and controls.
+  cv->Clip(QRect(cx - X_ORIGIN, cy - Y_ORIGIN, 2 * X_ORIGIN + 1, 2 * Y_ORIGIN + 1));
   glBegin(GL_LINE_STRIP);
   for (int i = 0; i < CURVE_SAMPLES; i++)
     glVertex2f(float(cv->MapX(SampleX(i, cx))) + 0.5f, glCentre + Rise(curve.samples[i], yScale));
   glEnd();
+  cv->NoClip();
   glLineWidth(1.0f);
   glDisable(GL_LINE_SMOOTH);
   glDisable(GL_BLEND);

@@ -9,6 +9,7 @@
 
 #include "tool/dispatch.h"
 #include "tool/frame.h"
+#include "tool/settings.h"
 #include "toolwindow.h"
 #include "ui/qbutton.h"
 #include "ui/qcheck.h"
@@ -311,6 +312,29 @@ TEST_F(PanelTest, PaintedWindowShowsOrHidesTheValueSlider) {
   PanelCoefficientRadio(20);
   EXPECT_EQ(nonWhite(l.value), 0);
   EXPECT_EQ(nonWhite(l.enterNumerically), 0);
+}
+
+// A curve beyond the vertical range stops at the plot's edge: the rows just
+// above and below the plot stay white.
+TEST_F(PanelTest, CurvesStayInsideThePlot) {
+  PanelFocus(2);
+  PanelCoefficientRadio(2);       // a2: peak lateral friction x 1000
+  SessionSetCoefficient(6000.0f);  // Fy/Fz far above the 2.0 of the scale
+  cv->Select();
+  FramePaintGraphs(cv, VIEW_W, VIEW_H);
+  glFinish();
+  glReadBuffer(GL_BACK);
+  int cx = GRAPH_LEFT_MARGIN + VIEW_W / 2, cy = GRAPH_TOP_MARGIN + VIEW_H / 2;
+  auto redIn = [&](int y) {
+    std::vector<unsigned char> px(size_t(2 * Graph::X_ORIGIN * 4));
+    glReadPixels(cx - Graph::X_ORIGIN, WIN_H - 1 - y, 2 * Graph::X_ORIGIN, 1, GL_RGBA, GL_UNSIGNED_BYTE, px.data());
+    int n = 0;
+    for (size_t i = 0; i < px.size(); i += 4) n += px[i] > 200 && px[i + 1] < 150 && px[i + 2] < 150;
+    return n;
+  };
+  EXPECT_GT(redIn(cy - Graph::Y_ORIGIN + 1), 0);  // the curve reaches the plot's top row
+  EXPECT_EQ(redIn(cy - Graph::Y_ORIGIN - 3), 0);
+  EXPECT_EQ(redIn(cy + Graph::Y_ORIGIN + 3), 0);
 }
 
 // An error box raised while the start-up loads the car runs the event loop,
