@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# Random input soak of the real window under Xvfb: for a fixed seed, a few
+# hundred random clicks, drags, wheel turns and keys anywhere in the window
+# except the command buttons (no file dialogs, so nothing is written), with
+# "Enter numerically" dialogs opening and closing on the way. The tool must
+# still be running at the end, with no sanitizer report. The ASan + UBSan
+# build of the tool is used when it has been built beside this one.
+# Screenshot at the end: <build>/e2e-shots/tyrograph_soak/.
+#   bash tyrograph_soak.sh <build-dir> <source-dir> [seconds] [seed]
+set -euo pipefail
+BUILD=$(cd "$1" && pwd)
+SRC=$(cd "$2" && pwd)
+SECS=${3:-30}
+SEED=${4:-7}
+BIN="$BUILD/tool/tyrograph"
+[ -x "$BUILD/../build-asan/tool/tyrograph" ] && BIN=$(cd "$BUILD/../build-asan/tool" && pwd)/tyrograph
+[ -x "$BIN" ] || { echo "tyrograph is not built"; exit 1; }
+for t in xvfb-run xdotool import; do
+  command -v "$t" >/dev/null || { echo "$t is missing (scripts/setup installs it)"; exit 1; }
+done
+SHOTS="$BUILD/e2e-shots/tyrograph_soak"
+rm -rf "$SHOTS"
+mkdir -p "$SHOTS"
+
+cat >"$SHOTS/inner.sh" <<'INNER'
+set -uo pipefail
+BUILD=$1; SRC=$2; SHOTS=$3; BIN=$4; SECS=$5; SEED=$6
+source "$SRC/tests/e2e/lib/tyrograph.bash"
+HOME_DIR=$(mktemp -d)
+cp -r "$SRC/data" "$HOME_DIR/data"
+export TYROGRAPH_HOME="$HOME_DIR"
+export ASAN_OPTIONS=detect_leaks=0:halt_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+echo "soak: $BIN, seed $SEED, ${SECS}s"
+"$BIN" >"$HOME_DIR/stdout.txt" 2>"$HOME_DIR/stderr.txt" &
+PID=$!
+WID=$(timeout 30 xdotool search --sync --onlyvisible --name '^Tyrograph' 2>/dev/null | head -1)
+[ -n "$WID" ] || tyro_fail "the Tyrograph window never appeared ($(cat "$HOME_DIR/stderr.txt"))"
+sleep 1
+RANDOM=$SEED
+keys=(Tab shift+Tab Left Right Up Down Prior Next Return space 1 2 5 0 period minus BackSpace Delete Home End)
+end=$((SECONDS + SECS))
+n=0
+while [ $SECONDS -lt $end ] && kill -0 $PID 2>/dev/null; do
+  r=$((RANDOM % 10))
+  if [ $r -lt 6 ]; then
+    # Anywhere below the title bar but the row of command buttons.
+    while :; do x=$((RANDOM % 910)); y=$((25 + RANDOM % 689)); [ $y -lt 536 ] || [ $y -gt 567 ] && break; done
+    if [ $((RANDOM % 4)) = 0 ]; then
+      x2=$((x + RANDOM % 80 - 40)); [ $x2 -lt 0 ] && x2=0
+      xdotool mousemove --window $WID $x $y mousedown 1 mousemove --window $WID $x2 $y mouseup 1
+    elif [ $((RANDOM % 5)) = 0 ]; then
+      xdotool mousemove --window $WID $x $y click $((4 + RANDOM % 2))
+    else
+      xdotool mousemove --window $WID $x $y click 1
+    fi
+  else
+    xdotool key --window $WID "${keys[$((RANDOM % ${#keys[@]}))]}"
+  fi
+  n=$((n + 1))
+  sleep 0.05
+done
+tyro_shot end
+kill -0 $PID 2>/dev/null || { cat "$HOME_DIR/stderr.txt" | tail -30 >&2; tyro_fail "the tool ended during the soak, after $n actions"; }
+kill $PID; wait $PID 2>/dev/null
+if grep -qE "AddressSanitizer|runtime error|LeakSanitizer" "$HOME_DIR/stderr.txt"; then
+  grep -A20 -E "AddressSanitizer|runtime error" "$HOME_DIR/stderr.txt" | head -40 >&2
+  tyro_fail "sanitizer report during the soak"
+fi
+echo "ok   $n random actions, the tool still runs, no sanitizer report"
+rm -rf "$HOME_DIR"
+INNER
+
+xvfb-run -a -s '-screen 0 1280x1024x24' bash "$SHOTS/inner.sh" "$BUILD" "$SRC" "$SHOTS" "$BIN" "$SECS" "$SEED"
