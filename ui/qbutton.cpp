@@ -32,23 +32,14 @@ bool QButton::OnEvent(QEvent *ev) {
     push.Reset();
     return false;
   }
-  switch (ev->type) {
-    case QEVENT_BUTTONPRESS:
-    case QEVENT_BUTTONRELEASE:
-      push.SetRect(GetAbsRect());
-      if (push.Feed(*ev)) PostControlEvent(QEVENT_CLICK);
-      return ev->n == QMB_LEFT;
-    case QEVENT_MOTIONNOTIFY:
-    case QEVENT_LEAVE:
-      push.SetRect(GetAbsRect());
-      push.Feed(*ev);
-      return false;
-    case QEVENT_KEYPRESS:
-      if (ev->n != QK_SPACE && ev->n != QK_ENTER) return false;
-      if (!ShortcutTaken(ev->n)) PostControlEvent(QEVENT_CLICK);
-      return true;
-    default: return false;
+  bool clicked = false, consumed = false;
+  if (QControlPushMouse(this, push, *ev, &clicked, &consumed)) {
+    if (clicked) PostControlEvent(QEVENT_CLICK);
+    return consumed;
   }
+  if (ev->type != QEVENT_KEYPRESS || (ev->n != QK_SPACE && ev->n != QK_ENTER)) return false;
+  if (!ShortcutTaken(ev->n)) PostControlEvent(QEVENT_CLICK);
+  return true;
 }
 
 void QButton::OnShortcut() {

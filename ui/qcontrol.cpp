@@ -3,8 +3,10 @@
 
 #include <algorithm>
 
+#include "ui/qbutton_logic.h"
 #include "ui/qcanvas.h"
 #include "ui/qdialog.h"
+#include "ui/qevent.h"
 #include "ui/qwindow.h"
 
 int QControlNextTab() {
@@ -94,4 +96,18 @@ void QControlMarkCaption(QCanvas *cv, const QWindow *w, const char *text, int x,
     int tw = std::min(QControlTextWidth(cv, text, room), room);
     QControlFocusRing(cv, QRect(x - 3, r.y, tw + 6, r.hgt), 1);
   }
+}
+
+bool QControlPushMouse(const QWindow *w, QPushLogic &push, const QEvent &ev, bool *clicked, bool *consumed) {
+  switch (ev.type) {
+    case QEVENT_BUTTONPRESS:
+    case QEVENT_BUTTONRELEASE:
+    case QEVENT_MOTIONNOTIFY:
+    case QEVENT_LEAVE: break;
+    default: return false;
+  }
+  push.SetRect(w->GetAbsRect());
+  *clicked = push.Feed(ev);
+  *consumed = (ev.type == QEVENT_BUTTONPRESS || ev.type == QEVENT_BUTTONRELEASE) && ev.n == QMB_LEFT;
+  return true;
 }

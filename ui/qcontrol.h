@@ -11,7 +11,9 @@
 #include "ui/qrect.h"
 
 class QCanvas;
+class QPushLogic;
 class QWindow;
+struct QEvent;
 
 namespace qlook {
 // Push faces.
@@ -79,3 +81,9 @@ void QControlField(QCanvas *cv, const QRect &r, bool focused);
 // The caption of a check box or radio from `x` to the right edge of `r`,
 // with the one-pixel focus ring round the text while `w` has the focus.
 void QControlMarkCaption(QCanvas *cv, const QWindow *w, const char *text, int x, const QRect &r);
+
+// Mouse events of a push control (button, radio): its press logic follows
+// them over the window's rectangle. True when `ev` is a mouse event; then
+// *clicked tells whether it completed a click and *consumed whether the
+// window keeps the event (left-button presses and releases).
+bool QControlPushMouse(const QWindow *w, QPushLogic &push, const QEvent &ev, bool *clicked, bool *consumed);

@@ -76,31 +76,22 @@ bool QRadio::OnEvent(QEvent *ev) {
     push.Reset();
     return false;
   }
-  switch (ev->type) {
-    case QEVENT_BUTTONPRESS:
-    case QEVENT_BUTTONRELEASE:
-      push.SetRect(GetAbsRect());
-      if (push.Feed(*ev)) UserCheck();
-      return ev->n == QMB_LEFT;
-    case QEVENT_MOTIONNOTIFY:
-    case QEVENT_LEAVE:
-      push.SetRect(GetAbsRect());
-      push.Feed(*ev);
-      return false;
-    case QEVENT_KEYPRESS: {
-      if (ev->n == QK_SPACE) {
-        UserCheck();
-        return true;
-      }
-      int step = (ev->n == QK_DOWN || ev->n == QK_RIGHT) ? 1 : (ev->n == QK_UP || ev->n == QK_LEFT) ? -1 : 0;
-      if (!step) return false;
-      QRadio *next = Neighbour(step);
-      if (next != this) next->Focus();
-      next->UserCheck();
-      return true;
-    }
-    default: return false;
+  bool clicked = false, consumed = false;
+  if (QControlPushMouse(this, push, *ev, &clicked, &consumed)) {
+    if (clicked) UserCheck();
+    return consumed;
   }
+  if (ev->type != QEVENT_KEYPRESS) return false;
+  if (ev->n == QK_SPACE) {
+    UserCheck();
+    return true;
+  }
+  int step = (ev->n == QK_DOWN || ev->n == QK_RIGHT) ? 1 : (ev->n == QK_UP || ev->n == QK_LEFT) ? -1 : 0;
+  if (!step) return false;
+  QRadio *next = Neighbour(step);
+  if (next != this) next->Focus();
+  next->UserCheck();
+  return true;
 }
 
 void QRadio::Paint(QCanvas *cv) {

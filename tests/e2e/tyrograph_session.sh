@@ -14,15 +14,8 @@
 set -euo pipefail
 BUILD=$(cd "$1" && pwd)
 SRC=$(cd "$2" && pwd)
-for b in tool/tyrograph cli/tyrograph-cli; do
-  [ -x "$BUILD/$b" ] || { echo "$b is not built"; exit 1; }
-done
-for t in xvfb-run xdotool import convert compare; do
-  command -v "$t" >/dev/null || { echo "$t is missing (scripts/setup installs it)"; exit 1; }
-done
-SHOTS="$BUILD/e2e-shots/tyrograph_session"
-rm -rf "$SHOTS"
-mkdir -p "$SHOTS"
+source "$SRC/tests/e2e/lib/tyrograph.bash"
+tyro_prepare tyrograph_session tool/tyrograph cli/tyrograph-cli -- xvfb-run xdotool import convert compare
 
 cat >"$SHOTS/inner.sh" <<'INNER'
 set -uo pipefail

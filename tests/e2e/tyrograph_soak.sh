@@ -12,15 +12,10 @@ BUILD=$(cd "$1" && pwd)
 SRC=$(cd "$2" && pwd)
 SECS=${3:-30}
 SEED=${4:-7}
+source "$SRC/tests/e2e/lib/tyrograph.bash"
+tyro_prepare tyrograph_soak tool/tyrograph -- xvfb-run xdotool import
 BIN="$BUILD/tool/tyrograph"
 [ -x "$BUILD/../build-asan/tool/tyrograph" ] && BIN=$(cd "$BUILD/../build-asan/tool" && pwd)/tyrograph
-[ -x "$BIN" ] || { echo "tyrograph is not built"; exit 1; }
-for t in xvfb-run xdotool import; do
-  command -v "$t" >/dev/null || { echo "$t is missing (scripts/setup installs it)"; exit 1; }
-done
-SHOTS="$BUILD/e2e-shots/tyrograph_soak"
-rm -rf "$SHOTS"
-mkdir -p "$SHOTS"
 
 cat >"$SHOTS/inner.sh" <<'INNER'
 set -uo pipefail

@@ -10,13 +10,8 @@
 set -euo pipefail
 BUILD=$(cd "$1" && pwd)
 SRC=$(cd "$2" && pwd)
-[ -x "$BUILD/tool/tyrograph" ] || { echo "tyrograph is not built"; exit 1; }
-for t in xvfb-run xdotool import convert; do
-  command -v "$t" >/dev/null || { echo "$t is missing (scripts/setup installs it)"; exit 1; }
-done
-SHOTS="$BUILD/e2e-shots/tyrograph_startup"
-rm -rf "$SHOTS"
-mkdir -p "$SHOTS"
+source "$SRC/tests/e2e/lib/tyrograph.bash"
+tyro_prepare tyrograph_startup tool/tyrograph -- xvfb-run xdotool import convert
 
 cat >"$SHOTS/inner.sh" <<'INNER'
 set -uo pipefail

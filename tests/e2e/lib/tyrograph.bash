@@ -1,5 +1,10 @@
-# Helpers of the Tyrograph end-to-end tests, sourced inside the Xvfb session.
+# Helpers of the Tyrograph end-to-end tests, sourced inside the Xvfb session
+# (and, for tyro_prepare, by the scripts before they start it).
 #
+#   tyro_prepare NAME BINARIES -- TOOLS
+#                        checks that the built BINARIES (paths below $BUILD)
+#                        and the command line TOOLS exist; sets SHOTS to a fresh
+#                        $BUILD/e2e-shots/NAME
 #   tyro_home            makes a scratch base folder (data/ linked to the source
 #                        tree's) and exports TYROGRAPH_HOME; sets HOME_DIR
 #   tyro_start           starts the tool, waits for its window; sets PID and WID
@@ -82,4 +87,20 @@ tyro_same() {
 # prints its id.
 tyro_wait_window() {
   timeout "${2:-10}" xdotool search --sync --onlyvisible --name "$1" 2>/dev/null | head -1
+}
+
+tyro_prepare() {
+  local name=$1 t
+  shift
+  while [ $# -gt 0 ] && [ "$1" != -- ]; do
+    [ -x "$BUILD/$1" ] || { echo "$1 is not built"; exit 1; }
+    shift
+  done
+  shift
+  for t in "$@"; do
+    command -v "$t" >/dev/null || { echo "$t is missing (scripts/setup installs it)"; exit 1; }
+  done
+  SHOTS="$BUILD/e2e-shots/$name"
+  rm -rf "$SHOTS"
+  mkdir -p "$SHOTS"
 }
