@@ -114,20 +114,8 @@ float DTexFont::GetWidth(const char *text, int len) const {
 
 // ---- [painting] ---------------------------------------------------------------------
 
-static unsigned UploadImage(const QImage &img) {
-  unsigned id = 0;
-  glGenTextures(1, &id);
-  glBindTexture(GL_TEXTURE_2D, id);
-  // Nearest sampling: glyphs are drawn at their own size on whole pixels.
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
-  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, img.GetWidth(), img.GetHeight(), 0, GL_RGBA, GL_UNSIGNED_BYTE,
-               img.GetPixels());
-  return id;
-}
+// Nearest sampling: glyphs are drawn at their own size on whole pixels.
+static unsigned UploadImage(const QImage &img) { return QImageToTexture(img, false); }
 
 bool DTexFont::Upload() {
   if (texture) return true;

@@ -1,7 +1,10 @@
-// QImage and its TGA reader and writer.
+// QImage, its TGA reader and writer, and its upload as a texture.
 //
-// Sections: [image] [tga header] [tga decode] [tga read] [tga encode/write]
+// Sections: [image] [tga header] [tga decode] [tga read] [tga encode/write],
+// then the upload as a GL texture.
 #include "ui/qimage.h"
+
+#include <GL/gl.h>
 
 #include <cstdio>
 #include <cstring>
@@ -210,4 +213,19 @@ bool QTgaWrite(const char *path, const QImage &img, int format, bool rle) {
   ok = (fclose(f) == 0) && ok;
   if (!ok) qwarn("qimage", "QTgaWrite", __LINE__, "QTgaWrite(%s); write failed", path);
   return ok;
+}
+
+unsigned QImageToTexture(const QImage &img, bool smooth) {
+  GLuint id = 0;
+  glGenTextures(1, &id);
+  glBindTexture(GL_TEXTURE_2D, id);
+  GLint filter = smooth ? GL_LINEAR : GL_NEAREST, wrap = smooth ? GL_REPEAT : GL_CLAMP;
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, wrap);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, wrap);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, img.GetWidth(), img.GetHeight(), 0, GL_RGBA, GL_UNSIGNED_BYTE,
+               img.GetPixels());
+  return id;
 }

@@ -44,3 +44,9 @@ bool QTgaRead(const char *path, QImage &img);
 bool QTgaDecode(const uint8_t *data, size_t size, const char *name, QImage &img);
 // Writes a TGA file (top-left origin), run-length encoded when `rle`.
 bool QTgaWrite(const char *path, const QImage &img, int format = QTGA_RGBA, bool rle = false);
+
+// Uploads `img` as a new RGBA texture of the current GL context and returns
+// its name. Smooth: linear sampling and repeating edges (backgrounds);
+// otherwise nearest sampling and clamped edges (glyphs on whole pixels).
+// The texture stays bound.
+unsigned QImageToTexture(const QImage &img, bool smooth);

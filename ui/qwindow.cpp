@@ -171,15 +171,7 @@ bool QWindow::SetTexture(const char *tgaFile, int tileW, int tileH) {
   QImage img;
   if (!QTgaRead(tgaFile, img)) return false;
   if (texId) glDeleteTextures(1, &texId);
-  glGenTextures(1, &texId);
-  glBindTexture(GL_TEXTURE_2D, texId);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
-  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, img.GetWidth(), img.GetHeight(), 0, GL_RGBA, GL_UNSIGNED_BYTE,
-               img.GetPixels());
+  texId = QImageToTexture(img, true);
   texWid = img.GetWidth();
   texHgt = img.GetHeight();
   tileWid = tileW;
