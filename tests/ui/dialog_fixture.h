@@ -1,16 +1,20 @@
 // A QApp with a main window on the headless backend for the modal dialogs.
-// Tests script events, or hand steps to the idle procedure: each time the
-// modal loop runs dry, the next step runs (it may look at the dialog and push
-// more events). When the steps are used up the guard ends the modal dialog
-// with result 99, so that a test that forgot to close its dialog fails
-// instead of hanging.
+// Steps handed to OnIdle run one each time the modal loop runs dry; when they
+// are used up the guard ends the dialog with 99, so a test that forgot to close
+// its dialog fails instead of hanging.
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <deque>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <map>
+#include <sstream>
+#include <string>
 
 #include "platform/headless/qpscript.h"
 #include "tests/ui/gltest.h"
@@ -20,12 +24,40 @@
 #include "ui/qwindow.h"
 #include "ui/qwinmgr.h"
 
+inline std::string ReadAll(const std::string &path) {
+  std::ifstream f(path);
+  std::stringstream ss;
+  ss << f.rdbuf();
+  return ss.str();
+}
+
+// An empty folder of its own for the running test.
+inline std::filesystem::path FreshDir(const std::string &tag) {
+  std::filesystem::path d = std::filesystem::weakly_canonical(std::filesystem::temp_directory_path()) /
+                            (tag + "_" + std::to_string(getpid()) + "_" +
+                             ::testing::UnitTest::GetInstance()->current_test_info()->name());
+  std::filesystem::remove_all(d);
+  std::filesystem::create_directories(d);
+  return d;
+}
+
+// Plays keys: control characters are keys (\n Enter, \x1b Escape, \b Backspace,
+// \t Tab, \x7f Delete, \x01 Home, \x05 End, \x02 Left, \x06 Right), the rest is typed.
+inline void Keys(const char *s) {
+  static const std::map<char, int> keys = {{'\n', QK_ENTER}, {'\x1b', QK_ESC},   {'\b', QK_BACKSPACE},
+                                           {'\t', QK_TAB},   {'\x7f', QK_DELETE}, {'\x01', QK_HOME},
+                                           {'\x05', QK_END}, {'\x02', QK_LEFT},   {'\x06', QK_RIGHT}};
+  for (; *s; s++) {
+    char c[2] = {*s, 0};
+    if (keys.count(*s)) qpsKeyTap(keys.at(*s));
+    else qpsType(c);
+  }
+}
+
 class DialogTest : public ::testing::Test {
  protected:
   static constexpr int MW = 800, MH = 600;
-
-  // Tests that paint need a real GL window; the others stand the main
-  // window on a placeholder platform window (nothing draws into it).
+  // Painting tests need a real GL window; the others use a placeholder.
   virtual bool UsesGL() const { return false; }
 
   void SetUp() override {
@@ -62,7 +94,6 @@ class DialogTest : public ::testing::Test {
     }
   }
 
-  // The dialog running modally now (null: none).
   static QDialog *Modal() {
     return app && app->GetFocusShell() ? dynamic_cast<QDialog *>(app->GetFocusShell()->GetModal()) : nullptr;
   }
@@ -70,12 +101,15 @@ class DialogTest : public ::testing::Test {
   static T *ModalAs() {
     return dynamic_cast<T *>(Modal());
   }
-  // Runs `f` the next time the loop has nothing to do.
   static void OnIdle(std::function<void()> f) { steps().push_back(std::move(f)); }
-  // A click in the middle of window `w`.
   static void ClickOn(const QWindow *w, int button = QMB_LEFT) {
     QRect r = w->GetAbsRect();
     qpsClick(r.x + r.wid / 2, r.y + r.hgt / 2, button);
+  }
+  // A close request to the main window, with the program told not to end.
+  void CloseRequest() {
+    a->SetState(QApp::STATE_EXIT_RETURNS);
+    qpsClose();
   }
 
   static std::deque<std::function<void()>> &steps() {
@@ -91,9 +125,7 @@ class DialogTest : public ::testing::Test {
       std::function<void()> f = std::move(steps().front());
       steps().pop_front();
       f();
-      return;
-    }
-    if (QDialog *d = Modal()) {
+    } else if (QDialog *d = Modal()) {
       guardFired() = true;
       d->SetResult(99);
     }

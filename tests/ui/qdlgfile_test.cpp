@@ -1,12 +1,8 @@
-// The file dialog: save/open rule, filters, browsing, typed paths, the
-// overwrite question, cancelling, and what it remembers.
+// The file dialog: listing and filters, browsing, typed paths, the overwrite
+// question, cancelling, and what it remembers.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string>
+#include <algorithm>
 #include <vector>
 
 #include "base/qinfo.h"
@@ -20,31 +16,27 @@
 #include "ui/qlabel.h"
 #include "ui/qtextdialog.h"
 
-namespace fs = std::filesystem;
-
 namespace {
+
+using Names = std::vector<std::string>;
 
 class FileDialog : public DialogTest {
  protected:
   void SetUp() override {
     DialogTest::SetUp();
-    root = fs::weakly_canonical(fs::temp_directory_path() / ("tyro_dlgfile_" + std::to_string(getpid())));
-    fs::remove_all(root);
-    fs::create_directories(root / "tyres" / "sub");
-    fs::create_directories(root / "other");
+    root = FreshDir("tyro_dlgfile");
+    tyres = (root / "tyres").string();
+    std::filesystem::create_directories(root / "tyres" / "sub");
+    std::filesystem::create_directories(root / "other");
     for (const char *f : {"a.tir", "B.TIR", "notes.txt"}) std::ofstream(root / "tyres" / f) << "x\n";
     ini = (root / "settings.ini").string();
     std::ofstream(ini) << "qfiledlg\n{\n  tir\n  {\n    dir=" << (root / "other").string()
                        << "\n    file=old.tir\n  }\n}\n";
     settings = new QInfo(ini.c_str());
-    char buf[1024];
-    cwd = getcwd(buf, sizeof(buf)) ? buf : "";
-    path[0] = 0;
-    name[0] = 0;
   }
   void TearDown() override {
     delete settings;
-    fs::remove_all(root);
+    std::filesystem::remove_all(root);
     DialogTest::TearDown();
   }
   std::string Get(const char *key) {
@@ -52,244 +44,178 @@ class FileDialog : public DialogTest {
     settings->GetString(key, s, "");
     return s.c_str();
   }
-  std::string Slurp() {
-    std::ifstream f(ini);
-    std::stringstream ss;
-    ss << f.rdbuf();
-    return ss.str();
+  bool Run(const char *key, const char *dir, const char *title, const char *filter) {
+    return QDlgFile(settings, key, dir, path, title, filter, nullptr, name);
   }
-  static std::vector<std::string> Names(const QFileList *l) {
-    std::vector<std::string> out;
-    for (const QBrowseEntry &e : l->GetEntries()) out.push_back(e.name);
+  static QFileDialog *D() { return ModalAs<QFileDialog>(); }
+  static Names Listed() {
+    Names out;
+    for (const QBrowseEntry &e : D()->GetList()->GetEntries()) out.push_back(e.name);
     return out;
   }
-  static int Row(const QFileList *l, const std::string &n) {
-    for (int i = 0; i < l->GetCount(); i++)
-      if (l->GetEntries()[static_cast<size_t>(i)].name == n) return i;
-    return -1;
+  static int Row(const std::string &n) {
+    Names l = Listed();
+    return static_cast<int>(std::find(l.begin(), l.end(), n) - l.begin());
   }
-  // A click on a row of the list (it must be visible).
-  static void ClickRow(const QFileList *l, int row) {
+  // Clicks on the row named n (clicks twice: a double-click).
+  static void ClickRow(const std::string &n, int clicks = 1) {
+    const QFileList *l = D()->GetList();
     QRect r = l->GetAbsRect();
-    int y = r.y + 2 + (row - l->GetTop()) * l->GetRowHeight() + l->GetRowHeight() / 2;
-    qpsClick(r.x + 20, y);
+    int y = r.y + 2 + (Row(n) - l->GetTop()) * l->GetRowHeight() + l->GetRowHeight() / 2;
+    for (int i = 0; i < clicks; i++) qpsClick(r.x + 20, y);
   }
-  fs::path root;
-  std::string ini, cwd;
+  static inline std::string tyres;
+  std::filesystem::path root;
+  std::string ini;
   QInfo *settings = nullptr;
-  char path[QDLGFILE_PATH_MAX];
-  char name[QDLGFILE_NAME_MAX];
+  char path[QDLGFILE_PATH_MAX] = "";
+  char name[QDLGFILE_NAME_MAX] = "";
 };
 
-TEST_F(FileDialog, OpenDialogListsFoldersAndMatchingFiles) {
-  static std::string dir;
-  dir = (root / "tyres").string();
+TEST_F(FileDialog, ListsFoldersAndMatchingFiles) {
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    ASSERT_NE(d, nullptr);
-    EXPECT_FALSE(d->IsSave());
-    EXPECT_STREQ(d->GetTitle(), "Open car");
-    ASSERT_EQ(d->GetFilters().size(), 2u);
-    EXPECT_EQ(d->GetFilters()[0].label.rfind("TIR", 0), 0u) << d->GetFilters()[0].label;
-    EXPECT_EQ(d->GetFolder(), dir);
-    EXPECT_STREQ(d->GetFolderLabel()->GetText(), dir.c_str());
-    EXPECT_EQ(Names(d->GetList()), (std::vector<std::string>{"..", "sub", "a.tir", "B.TIR"}));
-    // The remembered file name is proposed, and the entry has the focus.
-    EXPECT_EQ(d->GetEntry()->GetText(), "old.tir");
-    EXPECT_EQ(QGetWindowManager()->GetFocus(), d->GetEntry());
-    // The filter button switches to all files.
-    ClickOn(d->GetFilterButton());
+    ASSERT_NE(D(), nullptr);
+    EXPECT_FALSE(D()->IsSave());
+    EXPECT_EQ(D()->GetFolder(), tyres);
+    EXPECT_STREQ(D()->GetFolderLabel()->GetText(), tyres.c_str());
+    EXPECT_EQ(Listed(), (Names{"..", "sub", "a.tir", "B.TIR"}));
+    EXPECT_EQ(D()->GetEntry()->GetText(), "old.tir");  // the remembered name
+    EXPECT_EQ(QGetWindowManager()->GetFocus(), D()->GetEntry());
+    ClickOn(D()->GetFilterButton());
   });
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    EXPECT_EQ(d->GetFilterIndex(), 1);
-    EXPECT_STREQ(d->GetFilterButton()->GetText(), "All files (*.*)");
-    EXPECT_EQ(Names(d->GetList()), (std::vector<std::string>{"..", "sub", "a.tir", "B.TIR", "notes.txt"}));
-    qpsKeyTap(QK_ESC);
+    EXPECT_STREQ(D()->GetFilterButton()->GetText(), "All files (*.*)");
+    EXPECT_EQ(Listed(), (Names{"..", "sub", "a.tir", "B.TIR", "notes.txt"}));
+    Keys("\x1b");
   });
-  EXPECT_FALSE(QDlgFile(settings, "tir", dir.c_str(), path, "Open car", "*.tir", nullptr, name));
+  EXPECT_FALSE(Run("tir", tyres.c_str(), "Open car", "*.tir"));
 }
 
 TEST_F(FileDialog, TypedAbsolutePathIsChosenAndRemembered) {
-  std::string want = (root / "tyres" / "B.TIR").string();
-  // Starts in the remembered folder; the typed path replaces the proposal.
+  std::string want = tyres + "/B.TIR", cwd = std::filesystem::current_path().string();
   OnIdle([this, want] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    EXPECT_EQ(d->GetFolder(), (root / "other").string());
-    // The proposed name is selected: the typed path replaces it.
-    EXPECT_TRUE(d->GetEntry()->IsAllSelected());
-    qpsType(want.c_str());
-    qpsKeyTap(QK_ENTER);
+    EXPECT_EQ(D()->GetFolder(), (root / "other").string());  // the remembered folder
+    EXPECT_TRUE(D()->GetEntry()->IsAllSelected());
+    Keys((want + "\n").c_str());
   });
-  ASSERT_TRUE(QDlgFile(settings, "tir", nullptr, path, "Import TIR", "*.tir", nullptr, name));
+  ASSERT_TRUE(Run("tir", nullptr, "Import TIR", "*.tir"));
   EXPECT_EQ(std::string(path), want);
   EXPECT_STREQ(name, "B.TIR");
-  EXPECT_EQ(Get("qfiledlg.tir.dir"), (root / "tyres").string());
+  EXPECT_EQ(Get("qfiledlg.tir.dir"), tyres);
   EXPECT_EQ(Get("qfiledlg.tir.file"), "B.TIR");
-  EXPECT_NE(Slurp().find("file=B.TIR"), std::string::npos) << Slurp();
-  // The stored filter is never written back.
-  EXPECT_EQ(Slurp().find("filter"), std::string::npos);
-  char buf[1024];
-  EXPECT_EQ(std::string(getcwd(buf, sizeof(buf))), cwd);
+  EXPECT_NE(ReadAll(ini).find("file=B.TIR"), std::string::npos) << ReadAll(ini);
+  EXPECT_EQ(ReadAll(ini).find("filter"), std::string::npos);  // never written back
+  EXPECT_EQ(std::filesystem::current_path().string(), cwd);
 }
 
 TEST_F(FileDialog, CancelChangesNothing) {
-  std::string before = Slurp();
-  qpsType("x");
-  qpsKeyTap(QK_ESC);
-  EXPECT_FALSE(QDlgFile(settings, "tir", nullptr, path, "Open car", "*.tir", nullptr, name));
-  OnIdle([] { ClickOn(ModalAs<QFileDialog>()->GetCancel()); });
-  EXPECT_FALSE(QDlgFile(settings, "tir", nullptr, path, "Open car", "*.tir", nullptr, name));
-  a->SetState(QApp::STATE_EXIT_RETURNS);
-  qpsClose();
-  EXPECT_FALSE(QDlgFile(settings, "tir", nullptr, path, "Open car", "*.tir", nullptr, name));
+  std::string before = ReadAll(ini);
+  Keys("x\x1b");
+  EXPECT_FALSE(Run("tir", nullptr, "Open car", "*.tir"));
+  OnIdle([] { ClickOn(D()->GetCancel()); });
+  EXPECT_FALSE(Run("tir", nullptr, "Open car", "*.tir"));
+  CloseRequest();
+  EXPECT_FALSE(Run("tir", nullptr, "Open car", "*.tir"));
   EXPECT_STREQ(path, "");
   EXPECT_STREQ(name, "");
-  EXPECT_EQ(Get("qfiledlg.tir.dir"), (root / "other").string());
   EXPECT_EQ(Get("qfiledlg.tir.file"), "old.tir");
-  EXPECT_EQ(Slurp(), before);
+  EXPECT_EQ(ReadAll(ini), before);
   EXPECT_FALSE(settings->GetFlags() & QINFO_MODIFIED);
 }
 
 TEST_F(FileDialog, BrowsingWithTheMouse) {
-  static std::string tyres;
-  tyres = (root / "tyres").string();
+  OnIdle([] { ClickRow("sub", 2); });  // a double-click enters a folder
   OnIdle([] {
-    QFileList *l = ModalAs<QFileDialog>()->GetList();
-    int sub = Row(l, "sub");
-    ASSERT_GE(sub, 0);
-    // Double-click enters the folder.
-    ClickRow(l, sub);
-    ClickRow(l, sub);
+    EXPECT_EQ(D()->GetFolder(), tyres + "/sub");
+    EXPECT_EQ(Listed(), (Names{".."}));
+    ClickRow("..", 2);
   });
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    EXPECT_EQ(d->GetFolder(), tyres + "/sub");
-    EXPECT_EQ(Names(d->GetList()), (std::vector<std::string>{".."}));
-    ClickRow(d->GetList(), 0);
-    ClickRow(d->GetList(), 0);
+    EXPECT_EQ(D()->GetFolder(), tyres);
+    ClickRow("a.tir");  // one click selects a file and names it in the entry
   });
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    EXPECT_EQ(d->GetFolder(), tyres);
-    // One click selects a file and puts its name into the entry.
-    ClickRow(d->GetList(), Row(d->GetList(), "a.tir"));
+    EXPECT_EQ(D()->GetEntry()->GetText(), "a.tir");
+    EXPECT_TRUE(D()->GetList()->IsSelected(Row("a.tir")));
+    ClickRow("B.TIR", 2);  // a double-click on a file chooses it
   });
-  OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    EXPECT_EQ(d->GetEntry()->GetText(), "a.tir");
-    EXPECT_TRUE(d->GetList()->IsSelected(Row(d->GetList(), "a.tir")));
-    // A double-click on a file chooses it.
-    int b = Row(d->GetList(), "B.TIR");
-    ClickRow(d->GetList(), b);
-    ClickRow(d->GetList(), b);
-  });
-  ASSERT_TRUE(QDlgFile(settings, "tir", tyres.c_str(), path, "Open car", "*.tir", nullptr, name));
+  ASSERT_TRUE(Run("tir", tyres.c_str(), "Open car", "*.tir"));
   EXPECT_EQ(std::string(path), tyres + "/B.TIR");
 }
 
 TEST_F(FileDialog, TypedFolderOpensAndMissingFileIsRefused) {
-  static std::string tyres;
-  tyres = (root / "tyres").string();
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    d->GetEntry()->SetText("");
-    qpsType("sub");
-    qpsKeyTap(QK_ENTER);
-    qpsType("missing.tir");
-    qpsKeyTap(QK_ENTER);
+    D()->GetEntry()->SetText("");
+    Keys("sub\nmissing.tir\n");
   });
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    EXPECT_EQ(d->GetFolder(), tyres + "/sub");
-    EXPECT_EQ(d->GetResult(), 0);
-    EXPECT_STREQ(d->GetStatus(), "'missing.tir' not found");
-    d->GetEntry()->SetText("");
-    qpsType("../a.tir");
-    qpsKeyTap(QK_ENTER);
+    EXPECT_EQ(D()->GetFolder(), tyres + "/sub");
+    EXPECT_EQ(D()->GetResult(), 0);
+    EXPECT_STREQ(D()->GetStatus(), "'missing.tir' not found");
+    D()->GetEntry()->SetText("");
+    Keys("../a.tir\n");
   });
-  ASSERT_TRUE(QDlgFile(settings, "tir", tyres.c_str(), path, "Open car", "*.tir", nullptr, name));
+  ASSERT_TRUE(Run("tir", tyres.c_str(), "Open car", "*.tir"));
   EXPECT_EQ(std::string(path), tyres + "/a.tir");
 }
 
 TEST_F(FileDialog, SaveAsksBeforeOverwriting) {
-  static std::string tyres;
-  tyres = (root / "tyres").string();
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    EXPECT_TRUE(d->IsSave());
-    // Only "All Files" without a star-point filter.
-    ASSERT_EQ(d->GetFilters().size(), 1u);
-    EXPECT_EQ(d->GetFilters()[0].label, "All Files (*.*)");
-    d->GetEntry()->SetText("");
-    qpsType("notes.txt");
-    qpsKeyTap(QK_ENTER);
+    EXPECT_TRUE(D()->IsSave());
+    D()->GetEntry()->SetText("");
+    Keys("notes.txt\n");
   });
-  // The question is a message box inside the file dialog; Cancel keeps the
-  // file dialog open.
+  // The question is a message box over the file dialog; Cancel keeps it open.
   OnIdle([] {
     QTextDialog *q = ModalAs<QTextDialog>();
     ASSERT_NE(q, nullptr);
     EXPECT_NE(std::string(q->GetLabel()->GetText()).find("notes.txt already exists"), std::string::npos);
-    ASSERT_NE(q->GetCancel(), nullptr);
     ClickOn(q->GetCancel());
   });
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(d->GetResult(), 0);
-    EXPECT_EQ(QGetWindowManager()->GetFocus(), d->GetEntry());
-    d->GetEntry()->SetText("");
-    qpsType("fresh.csv");
-    qpsKeyTap(QK_ENTER);
+    ASSERT_NE(D(), nullptr);
+    EXPECT_EQ(QGetWindowManager()->GetFocus(), D()->GetEntry());
+    D()->GetEntry()->SetText("");
+    Keys("fresh.csv\n");
   });
-  ASSERT_TRUE(QDlgFile(settings, "table", tyres.c_str(), path, "Export table", "csv", nullptr, name));
+  ASSERT_TRUE(Run("table", tyres.c_str(), "Export table", "csv"));
   EXPECT_EQ(std::string(path), tyres + "/fresh.csv");
   EXPECT_EQ(Get("qfiledlg.table.file"), "fresh.csv");
-
   // Answered OK, the existing file is chosen.
   OnIdle([] {
-    ModalAs<QFileDialog>()->GetEntry()->SetText("");
-    qpsType("notes.txt");
-    qpsKeyTap(QK_ENTER);
+    D()->GetEntry()->SetText("");
+    Keys("notes.txt\n");
   });
-  OnIdle([] { qpsKeyTap(QK_ENTER); });
-  ASSERT_TRUE(QDlgFile(settings, "table", tyres.c_str(), path, "Save car", "*.*", nullptr, name));
+  OnIdle([] { Keys("\n"); });
+  ASSERT_TRUE(Run("table", tyres.c_str(), "Save car", "*.*"));
   EXPECT_EQ(std::string(path), tyres + "/notes.txt");
 }
 
 TEST_F(FileDialog, SeveralFilesIntoTheList) {
-  static std::string tyres;
-  tyres = (root / "tyres").string();
-  std::vector<std::string> list;
+  Names list;
   OnIdle([] {
-    QFileList *l = ModalAs<QFileDialog>()->GetList();
-    ClickRow(l, Row(l, "a.tir"));
+    ClickRow("a.tir");
     qpsKeyPress(QK_CTRL);
-    ClickRow(l, Row(l, "B.TIR"));
+    ClickRow("B.TIR");
     qpsKeyRelease(QK_CTRL);
   });
   OnIdle([] {
-    QFileDialog *d = ModalAs<QFileDialog>();
-    EXPECT_EQ(d->GetList()->GetSelection().size(), 2u);
-    EXPECT_EQ(d->GetEntry()->GetText(), "\"a.tir\" \"B.TIR\"");
-    qpsKeyTap(QK_ENTER);
+    EXPECT_EQ(D()->GetEntry()->GetText(), "\"a.tir\" \"B.TIR\"");
+    Keys("\n");
   });
   ASSERT_TRUE(QDlgFile(settings, "tir", tyres.c_str(), path, "Open tyres", "*.tir", &list, name));
   EXPECT_EQ(std::string(path), tyres + "|a.tir|B.TIR");
-  EXPECT_EQ(list, (std::vector<std::string>{"a.tir", "B.TIR"}));
-  // One file: the list holds its path.
-  list.clear();
-  qpsType((tyres + "/a.tir").c_str());
-  qpsKeyTap(QK_ENTER);
+  EXPECT_EQ(list, (Names{"a.tir", "B.TIR"}));
+  list.clear();  // one file: the list holds its path
+  Keys((tyres + "/a.tir\n").c_str());
   ASSERT_TRUE(QDlgFile(settings, "one", tyres.c_str(), path, "Open tyres", "*.tir", &list, name));
-  EXPECT_EQ(list, (std::vector<std::string>{tyres + "/a.tir"}));
+  EXPECT_EQ(list, (Names{tyres + "/a.tir"}));
 }
 
 TEST_F(FileDialog, ModifiersAreForgotten) {
   qpsKeyPress(QK_SHIFT);
-  qpsKeyTap(QK_ESC);
-  EXPECT_FALSE(QDlgFile(settings, "tir", nullptr, path, "Open car", "*.tir", nullptr, name));
+  Keys("\x1b");
+  EXPECT_FALSE(Run("tir", nullptr, "Open car", "*.tir"));
   EXPECT_FALSE(a->IsShift());
 }
 

@@ -1,29 +1,10 @@
 // The file browser's folder listing and pick decisions on a real temp folder.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
+#include "tests/ui/dialog_fixture.h"
 #include "ui/qfilebrowse.h"
 
-namespace fs = std::filesystem;
-
 namespace {
-
-class QBrowse : public ::testing::Test {
- protected:
-  void SetUp() override {
-    dir_ = fs::temp_directory_path() / ("qbrowse_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                                        "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(dir_);
-    fs::create_directories(dir_ / "Cars");
-    fs::create_directories(dir_ / "archive");
-    fs::create_directories(dir_ / ".hidden");
-    for (const char *f : {"rear.tir", "Front.TIR", "notes.txt", ".secret.tir"}) std::ofstream(dir_ / f) << "x";
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-  fs::path dir_;
-};
 
 std::vector<std::string> Names(const std::vector<QBrowseEntry> &v) {
   std::vector<std::string> out;
@@ -31,19 +12,17 @@ std::vector<std::string> Names(const std::vector<QBrowseEntry> &v) {
   return out;
 }
 
-TEST_F(QBrowse, FoldersThenMatchingFiles) {
-  EXPECT_EQ(Names(QBrowseList(dir_.string(), "*.tir")),
-            (std::vector<std::string>{"../", "archive/", "Cars/", "Front.TIR", "rear.tir"}));
-  EXPECT_EQ(Names(QBrowseList(dir_.string(), "*.*")),
-            (std::vector<std::string>{"../", "archive/", "Cars/", "Front.TIR", "notes.txt", "rear.tir"}));
-}
+TEST(QBrowse, ListingAndPicks) {
+  std::filesystem::path dir = FreshDir("qbrowse");
+  for (const char *d : {"Cars", "archive", ".hidden"}) std::filesystem::create_directories(dir / d);
+  for (const char *f : {"rear.tir", "Front.TIR", "notes.txt", ".secret.tir"}) std::ofstream(dir / f) << "x";
+  using V = std::vector<std::string>;
+  EXPECT_EQ(Names(QBrowseList(dir.string(), "*.tir")), (V{"../", "archive/", "Cars/", "Front.TIR", "rear.tir"}));
+  EXPECT_EQ(Names(QBrowseList(dir.string(), "*.*")),
+            (V{"../", "archive/", "Cars/", "Front.TIR", "notes.txt", "rear.tir"}));
+  EXPECT_EQ(Names(QBrowseList((dir / "nope").string(), "*.*")), (V{"../"}));
+  for (const QBrowseEntry &e : QBrowseList("/", "*.nothing-has-this")) EXPECT_NE(e.name, "..");  // the root has none
 
-TEST_F(QBrowse, MissingFolderListsOnlyParent) {
-  EXPECT_EQ(Names(QBrowseList((dir_ / "nope").string(), "*.*")), (std::vector<std::string>{"../"}));
-  for (const QBrowseEntry &e : QBrowseList("/", "*.nothing-has-this")) EXPECT_NE(e.name, "..");  // the root has no parent
-}
-
-TEST_F(QBrowse, PickDecisions) {
   struct Row {
     const char *name;
     bool save;
@@ -55,13 +34,12 @@ TEST_F(QBrowse, PickDecisions) {
       {"new.tir", true, QBrowseAction::Choose},    {"new.tir", false, QBrowseAction::Reject},
       {"", true, QBrowseAction::Reject},
   };
-  for (const Row &r : rows) {
-    std::string path;
-    EXPECT_EQ(QBrowsePick(dir_.string(), r.name, r.save, &path), r.action) << r.name << " save=" << r.save;
-  }
   std::string path;
-  QBrowsePick(dir_.string(), "Cars/../rear.tir", false, &path);
-  EXPECT_EQ(path, (dir_ / "rear.tir").string());
+  for (const Row &r : rows)
+    EXPECT_EQ(QBrowsePick(dir.string(), r.name, r.save, &path), r.action) << r.name << " save=" << r.save;
+  QBrowsePick(dir.string(), "Cars/../rear.tir", false, &path);
+  EXPECT_EQ(path, (dir / "rear.tir").string());
+  std::filesystem::remove_all(dir);
 }
 
 }  // namespace

@@ -1,75 +1,34 @@
 // The file dialog's remembered folder and file in a real settings file.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 #include "base/qinfo.h"
+#include "tests/ui/dialog_fixture.h"
 #include "ui/qfiledlg_settings.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
-class QDlgFileSettings : public ::testing::Test {
- protected:
-  void SetUp() override {
-    dir_ = fs::temp_directory_path() /
-           ("qfiledlg_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-    fs::remove_all(dir_);
-    fs::create_directories(dir_);
-    ini_ = (dir_ / "settings.ini").string();
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-  std::string Slurp() {
-    std::ifstream f(ini_);
-    std::stringstream ss;
-    ss << f.rdbuf();
-    return ss.str();
-  }
-  fs::path dir_;
-  std::string ini_;
-};
-
-TEST_F(QDlgFileSettings, RecallUsesStoredDirOnlyWithoutInitial) {
-  std::ofstream(ini_) << "qfiledlg\n{\n  car\n  {\n    dir=/stored\n    file=a.ini\n    filter=*.ini\n"
-                         "    x=40\n    y=50\n  }\n}\n";
-  QInfo info(ini_.c_str());
-  QDlgFileMemory m = QDlgFileRecall(&info, "car", nullptr);
-  EXPECT_EQ(m.dir, "/stored");
-  EXPECT_EQ(m.file, "a.ini");
-  EXPECT_EQ(m.filter, "*.ini");
-  EXPECT_EQ(m.x, 40);
-  EXPECT_EQ(m.y, 50);
-  EXPECT_EQ(QDlgFileRecall(&info, "car", "").dir, "/stored");
-  EXPECT_EQ(QDlgFileRecall(&info, "car", "/given").dir, "/given");
-  QDlgFileMemory none = QDlgFileRecall(&info, "other", nullptr);
-  EXPECT_EQ(none.dir, "");
-  EXPECT_EQ(none.file, "");
-}
-
-TEST_F(QDlgFileSettings, RememberWritesDirAndFileButNotFilter) {
+TEST(QDlgFileSettings, RecallAndRemember) {
+  std::filesystem::path dir = FreshDir("qfiledlg");
+  std::string ini = (dir / "settings.ini").string();
+  std::ofstream(ini) << "qfiledlg\n{\n  car\n  {\n    dir=/stored\n    file=a.ini\n    filter=*.ini\n"
+                        "    x=40\n    y=50\n  }\n}\n";
   {
-    QInfo info(ini_.c_str(), QINFO_SILENT);
-    QDlgFileMemory m = QDlgFileRecall(&info, "tir", nullptr);
-    EXPECT_EQ(m.filter, "");
+    QInfo info(ini.c_str());
+    QDlgFileMemory m = QDlgFileRecall(&info, "car", nullptr);
+    EXPECT_EQ(m.dir + " " + m.file + " " + m.filter, "/stored a.ini *.ini");
+    EXPECT_EQ(m.x * 1000 + m.y, 40050);
+    EXPECT_EQ(QDlgFileRecall(&info, "car", "").dir, "/stored");
+    EXPECT_EQ(QDlgFileRecall(&info, "car", "/given").dir, "/given");  // the caller's folder wins
+    QDlgFileMemory none = QDlgFileRecall(&info, "tir", nullptr);
+    EXPECT_EQ(none.dir + none.file + none.filter, "");
     ASSERT_TRUE(QDlgFileRemember(&info, "tir", "/data/tyres", "front.tir"));
   }
-  std::string text = Slurp();
-  EXPECT_NE(text.find("/data/tyres"), std::string::npos) << text;
-  EXPECT_NE(text.find("front.tir"), std::string::npos) << text;
-  EXPECT_EQ(text.find("filter"), std::string::npos) << text;
-  QInfo again(ini_.c_str());
+  QInfo again(ini.c_str());
   QDlgFileMemory m = QDlgFileRecall(&again, "tir", nullptr);
-  EXPECT_EQ(m.dir, "/data/tyres");
-  EXPECT_EQ(m.file, "front.tir");
-}
-
-TEST_F(QDlgFileSettings, UnwritableSettingsFail) {
-  std::string bad = (dir_ / "no" / "such" / "settings.ini").string();
-  QInfo info(bad.c_str(), QINFO_SILENT);
-  EXPECT_FALSE(QDlgFileRemember(&info, "tir", "/x", "y.tir"));
+  EXPECT_EQ(m.dir + " " + m.file + " " + m.filter, "/data/tyres front.tir ");
+  QInfo unwritable((ini + "/settings.ini").c_str(), QINFO_SILENT);  // under a file: never writable
+  EXPECT_FALSE(QDlgFileRemember(&unwritable, "tir", "/x", "y.tir"));
+  std::filesystem::remove_all(dir);
 }
 
 }  // namespace

@@ -1,88 +1,60 @@
 // The text viewer: scrolling by wheel and keys, closing, unreadable files.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <string>
-
 #include "tests/ui/dialog_fixture.h"
 #include "ui/qbutton.h"
 #include "ui/qtextview.h"
 
-namespace fs = std::filesystem;
-
 namespace {
 
-class TextView : public DialogTest {
- protected:
-  void SetUp() override {
-    DialogTest::SetUp();
-    file = (fs::temp_directory_path() / ("tyro_textview_" + std::to_string(getpid()) + ".txt")).string();
-    std::ofstream out(file);
-    for (int i = 1; i <= 100; i++) out << "line " << i << "\r\n";
-  }
-  void TearDown() override {
-    fs::remove(file);
-    DialogTest::TearDown();
-  }
-  std::string file;
-};
+using TextView = DialogTest;
 
-TEST_F(TextView, ShowsTheLinesAndScrolls) {
+TEST_F(TextView, ScrollsAndCloses) {
+  std::filesystem::path dir = FreshDir("tyro_textview");
+  std::string file = (dir / "report.txt").string();
+  std::ofstream out(file);
+  for (int i = 1; i <= 100; i++) out << "line " << i << "\r\n";
+  out.close();
   static int page = 0;
-  OnIdle([] {
-    QTextView *v = ModalAs<QTextView>();
-    ASSERT_NE(v, nullptr);
-    QTextPane *p = v->GetPane();
-    ASSERT_EQ(p->GetLines().size(), 100u);
-    EXPECT_EQ(p->GetLines()[0], "line 1");  // line ends without the carriage return
-    EXPECT_EQ(p->GetTop(), 0);
-    EXPECT_EQ(QGetWindowManager()->GetFocus(), p);
-    page = p->GetVisibleLines();
-    EXPECT_GT(page, 5);
-    ClickOn(p, QMB_WHEELDOWN);
-    ClickOn(p, QMB_WHEELDOWN);
-  });
+  auto top = [] { return ModalAs<QTextView>()->GetPane()->GetTop(); };
   OnIdle([] {
     QTextPane *p = ModalAs<QTextView>()->GetPane();
-    EXPECT_EQ(p->GetTop(), 6);
+    ASSERT_EQ(p->GetLines().size(), 100u);
+    EXPECT_EQ(p->GetLines()[0], "line 1");  // without the carriage return
+    EXPECT_EQ(QGetWindowManager()->GetFocus(), p);
+    page = p->GetVisibleLines();
+    ClickOn(p, QMB_WHEELDOWN);
+    ClickOn(p, QMB_WHEELDOWN);
     ClickOn(p, QMB_WHEELUP);
     qpsKeyTap(QK_DOWN);
   });
-  OnIdle([] {
-    QTextPane *p = ModalAs<QTextView>()->GetPane();
-    EXPECT_EQ(p->GetTop(), 4);
+  OnIdle([=] {
+    EXPECT_EQ(top(), 4);
     qpsKeyTap(QK_PAGEDOWN);
   });
-  OnIdle([] {
-    QTextPane *p = ModalAs<QTextView>()->GetPane();
-    EXPECT_EQ(p->GetTop(), 4 + page);
-    qpsKeyTap(QK_END);
+  OnIdle([=] {
+    EXPECT_EQ(top(), 4 + page);
+    Keys("\x05");
   });
-  OnIdle([] {
-    QTextPane *p = ModalAs<QTextView>()->GetPane();
-    // The last page stays full: scrolling stops at the end.
-    EXPECT_EQ(p->GetTop(), 100 - page);
+  OnIdle([=] {
+    EXPECT_EQ(top(), 100 - page);  // the last page stays full
     qpsKeyTap(QK_PAGEDOWN);
-    qpsKeyTap(QK_HOME);
+    Keys("\x01");
     qpsKeyTap(QK_UP);
   });
-  OnIdle([] {
-    EXPECT_EQ(ModalAs<QTextView>()->GetPane()->GetTop(), 0);
-    qpsKeyTap(QK_ESC);
+  OnIdle([=] {
+    EXPECT_EQ(top(), 0);
+    Keys("\x1b");
   });
   QTextViewRun(file.c_str(), "Report", "Tyre report");
-}
-
-TEST_F(TextView, EnterOkAndCloseEndIt) {
-  qpsKeyTap(QK_ENTER);
+  Keys("\n");
   QTextViewRun(file.c_str(), "Report", "Tyre report");
   OnIdle([] { ClickOn(ModalAs<QTextView>()->GetOK()); });
   QTextViewRun(file.c_str(), "Report", "Tyre report");
-  a->SetState(QApp::STATE_EXIT_RETURNS);
-  qpsClose();
+  CloseRequest();
   QTextViewRun(file.c_str(), "Report", "Tyre report");
   EXPECT_EQ(Modal(), nullptr);
+  std::filesystem::remove_all(dir);
 }
 
 TEST_F(TextView, UnreadableFileNamesIt) {
@@ -90,7 +62,7 @@ TEST_F(TextView, UnreadableFileNamesIt) {
     QTextPane *p = ModalAs<QTextView>()->GetPane();
     ASSERT_EQ(p->GetLines().size(), 1u);
     EXPECT_EQ(p->GetLines()[0], "Can't read '/no/such/report.txt'");
-    qpsKeyTap(QK_ENTER);
+    Keys("\n");
   });
   QTextViewRun("/no/such/report.txt", "Report", "Tyre report");
 }
