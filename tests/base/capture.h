@@ -1,4 +1,6 @@
-// Collects what the reporters say during a test, through their hooks.
+// Collects what the reporters say during a test, through their hooks: each
+// kind on its own, and all of them in order in `joined` ("E: ", "W: ", "D: "
+// before each message, line ends dropped, separated by " | ").
 #pragma once
 
 #include <string>
@@ -6,12 +8,12 @@
 #include "ui/diag/qdebug.h"
 
 struct ReportCapture {
-  std::string errors, warnings, debug;
+  std::string errors, warnings, debug, joined;
   ReportCapture() {
     self() = this;
-    prevErr = qSetErrorHook([](const char *, const char *m) { self()->errors += m; return 0; });
-    prevWarn = qSetWarnHook([](const char *, const char *m) { self()->warnings += m; return 0; });
-    prevDbg = qSetDebugHook([](const char *, const char *m) { self()->debug += m; return 0; });
+    prevErr = qSetErrorHook([](const char *, const char *m) { return Add(&ReportCapture::errors, "E: ", m); });
+    prevWarn = qSetWarnHook([](const char *, const char *m) { return Add(&ReportCapture::warnings, "W: ", m); });
+    prevDbg = qSetDebugHook([](const char *, const char *m) { return Add(&ReportCapture::debug, "D: ", m); });
   }
   ~ReportCapture() {
     qSetErrorHook(prevErr);
@@ -22,6 +24,14 @@ struct ReportCapture {
   static ReportCapture *&self() {
     static ReportCapture *p;
     return p;
+  }
+  static int Add(std::string ReportCapture::*kind, const char *tag, const char *m) {
+    ReportCapture *c = self();
+    c->*kind += m;
+    std::string s = m;
+    while (!s.empty() && s.back() == '\n') s.pop_back();
+    c->joined += (c->joined.empty() ? "" : " | ") + std::string(tag) + s;
+    return 0;
   }
   QReportHook prevErr, prevWarn, prevDbg;
 };

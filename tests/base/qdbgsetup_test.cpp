@@ -25,26 +25,47 @@ class DbgSetup : public InfoTest {
   static std::string Dev(const std::string &keys) { return "dev\n{\n" + keys + "}\n"; }
 };
 
-TEST_F(DbgSetup, EmptySettingsChangeNothing) {
-  auto info = ReadText("a=1\n");
-  Reports reports;
-  qdbg_setup(info.get());
+struct SetupCase {
+  const char *keys, *reports;
+  unsigned devFlags;
+  bool lastFile;  // QLOG_LAST.txt opened
+};
+
+const char kSlow[] = " is 1; may slow the program down - only use when tracking down a bug";
+
+TEST_F(DbgSetup, SwitchesInTheirOrder) {
+  const std::string both = std::string("W: dev.opengl_checks") + kSlow + " | W: dev.argument_tracing" + kSlow;
+  const SetupCase rows[] = {
+      {"", "", 0, false},
+      {"opengl_checks=1\nargument_tracing=1\n", both.c_str(), QDEV_OPENGL_CHECKS | QDEV_ARGUMENT_TRACING, false},
+      {"opengl_checks=0\n", "", 0, false},  // the flags are cleared before the keys are read
+      {"strict=1\n", "", 0, true},
+      {"udp_out=127.0.0.1:4000\n", "", 0, false},
+      // A channel setting that fails stops the setup before the later switches.
+      {"udp_out=localhost\nlog_last=1\nopengl_checks=1\n",
+       "W: qdbg_setup: need host:port in dev_udpout (now 'localhost')", 0, false},
+      {"udp_out=no such host:4000\nopengl_checks=1\n", "W: qdbg_setup: can't open no such host:4000", 0, false},
+  };
   qdbg_setup(nullptr);
-  EXPECT_EQ(reports.Joined(), "");
-  EXPECT_EQ(qGetDevFlags(), 0u);
-  EXPECT_EQ(QNetPortOffset(), 0);
-  EXPECT_FALSE(std::filesystem::exists("QLOG_LAST.txt"));
+  int i = 0;
+  for (const SetupCase &r : rows) {
+    std::string name = "s" + std::to_string(i++) + ".ini";
+    auto info = ReadText(Dev(r.keys), 0, name);
+    ReportCapture cap;
+    qdbg_setup(info.get());
+    EXPECT_EQ(cap.joined, r.reports) << r.keys;
+    EXPECT_EQ(qGetDevFlags(), r.devFlags) << r.keys;
+    EXPECT_EQ(std::filesystem::exists("QLOG_LAST.txt"), r.lastFile) << r.keys;
+    qlog_last_close();
+    std::filesystem::remove("QLOG_LAST.txt");
+    qdbgChannelClose();
+  }
 }
 
-TEST_F(DbgSetup, RunFirstRunsTheCommandAndWaits) {
-  auto info = ReadText(Dev("run_first=echo ran > ran.txt\n"));
+TEST_F(DbgSetup, RunFirstAndNetworkSettings) {
+  auto info = ReadText(Dev("run_first=echo ran > ran.txt\nport_offset=3\nfake_packet_drops=2\n"));
   qdbg_setup(info.get());
-  EXPECT_EQ(ReadFile("ran.txt"), "ran\n");
-}
-
-TEST_F(DbgSetup, NetworkSettingsAreStoredWhenPositive) {
-  auto info = ReadText(Dev("port_offset=3\nfake_packet_drops=2\n"));
-  qdbg_setup(info.get());
+  EXPECT_EQ(ReadFile("ran.txt"), "ran\n");  // the command has ended by then
   EXPECT_EQ(QNetPortOffset(), 3);
   EXPECT_EQ(QNetFakePacketDrops(), 2);
   auto off = ReadText(Dev("port_offset=0\nfake_packet_drops=-1\n"), 0, "off.ini");
@@ -53,57 +74,14 @@ TEST_F(DbgSetup, NetworkSettingsAreStoredWhenPositive) {
   EXPECT_EQ(QNetFakePacketDrops(), 2);
 }
 
-TEST_F(DbgSetup, DevelopmentFlagsWarn) {
-  auto info = ReadText(Dev("opengl_checks=1\nargument_tracing=1\n"));
-  Reports reports;
-  qdbg_setup(info.get());
-  EXPECT_EQ(qGetDevFlags(), unsigned(QDEV_OPENGL_CHECKS | QDEV_ARGUMENT_TRACING));
-  EXPECT_EQ(reports.Joined(),
-            "W: dev.opengl_checks is 1; may slow the program down - only use when tracking down a bug | "
-            "W: dev.argument_tracing is 1; may slow the program down - only use when tracking down a bug");
-  auto off = ReadText(Dev("opengl_checks=0\n"), 0, "off.ini");
-  qdbg_setup(off.get());
-  EXPECT_EQ(qGetDevFlags(), 0u);  // cleared before the keys are read
-}
-
-TEST_F(DbgSetup, LogLastOrStrictOpensTheCopyFile) {
-  auto info = ReadText(Dev("strict=1\n"));
-  qdbg_setup(info.get());
-  EXPECT_TRUE(std::filesystem::exists("QLOG_LAST.txt"));
-}
-
-TEST_F(DbgSetup, ChannelWithoutPortStopsTheSetup) {
-  auto info = ReadText(Dev("udp_out=localhost\nlog_last=1\nopengl_checks=1\n"));
-  Reports reports;
-  qdbg_setup(info.get());
-  EXPECT_EQ(reports.Joined(), "W: qdbg_setup: need host:port in dev_udpout (now 'localhost')");
-  EXPECT_FALSE(std::filesystem::exists("QLOG_LAST.txt"));
-  EXPECT_EQ(qGetDevFlags(), 0u);
-}
-
 TEST_F(DbgSetup, ChannelFallsBackToTheMainSettings) {
   WriteFile("main.ini", Dev("udp_out=from-main\n"));
   QInfo main("main.ini");
   QSetMainInfo(&main);
   auto info = ReadText(Dev("opengl_checks=1\n"));
-  Reports reports;
+  ReportCapture cap;
   qdbg_setup(info.get());
-  EXPECT_EQ(reports.Joined(), "W: qdbg_setup: need host:port in dev_udpout (now 'from-main')");
-}
-
-TEST_F(DbgSetup, UnresolvableChannelHostWarns) {
-  auto info = ReadText(Dev("udp_out=no such host:4000\nopengl_checks=1\n"));
-  Reports reports;
-  qdbg_setup(info.get());
-  EXPECT_EQ(reports.Joined(), "W: qdbg_setup: can't open no such host:4000");
-  EXPECT_EQ(qGetDevFlags(), 0u);
-}
-
-TEST_F(DbgSetup, ChannelOpens) {
-  auto info = ReadText(Dev("udp_out=127.0.0.1:4000\n"));
-  Reports reports;
-  qdbg_setup(info.get());
-  EXPECT_EQ(reports.Joined(), "");
+  EXPECT_EQ(cap.joined, "W: qdbg_setup: need host:port in dev_udpout (now 'from-main')");
 }
 
 }  // namespace

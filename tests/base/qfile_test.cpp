@@ -1,149 +1,97 @@
 // QFile, the file functions and QPath against real files in a scratch folder.
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <string>
-
 #include "base/qfile.h"
 #include "base/qpath.h"
 #include "base/qstring.h"
 #include "tests/base/capture.h"
-
-namespace fs = std::filesystem;
+#include "tests/base/scratch.h"
 
 namespace {
 
-class FileTest : public ::testing::Test {
+class FileTest : public ScratchTest {
  protected:
   void SetUp() override {
-    dir_ = fs::temp_directory_path() /
-           ("qfile_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) + "_" +
-            std::to_string(getpid()));
-    fs::create_directories(dir_);
+    ScratchTest::SetUp();
     open_ = qfOpenCount();
   }
   void TearDown() override {
     EXPECT_EQ(qfOpenCount(), open_) << "a file was left open";
-    fs::remove_all(dir_);
+    ScratchTest::TearDown();
   }
-  std::string Make(const char *name, const std::string &bytes) {
-    fs::path p = dir_ / name;
-    std::ofstream(p, std::ios::binary) << bytes;
-    return p.string();
-  }
-  std::string ReadAll(QFile &f) {
-    std::string s;
-    for (int c = f.GetByte(); !f.AtEnd(); c = f.GetByte()) s += char(c);
-    return s;
-  }
-  fs::path dir_;
   int open_ = 0;
 };
 
-// The same reading loop gives the same bytes on a stream and on a preload,
-// and both report the end only after one read past it.
+// Stream and preload read alike, report the end only after one read past it,
+// and a put-back byte hides the end again.
 TEST_F(FileTest, StreamAndPreloadReadAlike) {
-  std::string path = Make("a.ini", "ab\xff\n");
-  QFile stream(path.c_str(), QFile::READ_BINARY);
-  QFile memory(path.c_str(), QFile::READ_BINARY | QFile::MEMORY);
-  ASSERT_TRUE(stream.IsOpen());
-  ASSERT_TRUE(memory.IsMemory());
-  EXPECT_EQ(memory.GetSize(), 4);
-  EXPECT_EQ(ReadAll(stream), "ab\xff\n");
-  EXPECT_EQ(ReadAll(memory), "ab\xff\n");
-  EXPECT_EQ(memory.GetByte(), 0xFF);  // past the end: 0xFF without moving
-  EXPECT_TRUE(memory.AtEnd());
-}
-
-TEST_F(FileTest, PutBackHidesTheEnd) {
-  std::string path = Make("b.ini", "x");
+  WriteFile("a.ini", "ab\xff\n");
   for (int mode : {int(QFile::READ_BINARY), QFile::READ_BINARY | QFile::MEMORY}) {
-    QFile f(path.c_str(), mode);
-    EXPECT_EQ(f.GetByte(), 'x');
-    f.GetByte();
+    QFile f("a.ini", mode);
+    ASSERT_TRUE(f.IsOpen());
+    EXPECT_EQ(f.IsMemory(), mode != QFile::READ_BINARY);
+    std::string s;
+    for (int c = f.GetByte(); !f.AtEnd(); c = f.GetByte()) s += char(c);
+    EXPECT_EQ(s, "ab\xff\n") << mode;
+    EXPECT_EQ(f.GetByte(), mode == QFile::READ_BINARY ? EOF : 0xFF);
     EXPECT_TRUE(f.AtEnd()) << mode;
     f.UnGetByte('y');
     EXPECT_FALSE(f.AtEnd()) << mode;
     EXPECT_EQ(f.GetByte(), 'y');
     EXPECT_TRUE(f.AtEnd()) << mode;
   }
-}
-
-TEST_F(FileTest, EmptyFileStaysAStream) {
-  std::string path = Make("empty.ini", "");
-  QFile f(path.c_str(), QFile::READ_BINARY | QFile::MEMORY);
-  EXPECT_TRUE(f.IsOpen());
-  EXPECT_FALSE(f.IsMemory());
-  f.GetByte();
-  EXPECT_TRUE(f.AtEnd());
+  WriteFile("empty.ini", "");
+  QFile empty("empty.ini", QFile::READ_BINARY | QFile::MEMORY);
+  EXPECT_TRUE(empty.IsOpen());
+  EXPECT_FALSE(empty.IsMemory());  // an empty file stays a stream
 }
 
 TEST_F(FileTest, MemoryFlagMessages) {
-  std::string path = Make("c.ini", "abc");
+  WriteFile("c.ini", "abc");
   ReportCapture cap;
   {
-    QFile f(path.c_str(), QFile::READ_TEXT | QFile::MEMORY);
+    QFile f("c.ini", QFile::READ_TEXT | QFile::MEMORY);
     EXPECT_FALSE(f.IsMemory());
     EXPECT_EQ(f.GetByte(), 'a');
+    QFile u("c.ini", QFile::UPDATE_BINARY | QFile::MEMORY);
+    EXPECT_FALSE(u.IsMemory());
+    QFile taken("taken", qfopen("c.ini", "rb"), QFile::READ_BINARY | QFile::MEMORY);
+    EXPECT_EQ(taken.GetByte(), 'a');
+    QFile buf("buf", "zz", 2);
+    EXPECT_FALSE(buf.PutChar('q'));
   }
-  EXPECT_EQ(cap.errors, "QFile ctor: READ_TEXT and MEMORY flags are incompatible (buggy); turning off MEMORY\n");
-  {
-    QFile f(path.c_str(), QFile::UPDATE_BINARY | QFile::MEMORY);
-    EXPECT_FALSE(f.IsMemory());
-  }
-  EXPECT_EQ(cap.warnings, "QFile:ctor MEMORY req'd for '" + path + "' but incompatible mode given\n");
-  cap.warnings.clear();
-  {
-    QFile f("taken", qfopen(path.c_str(), "rb"), QFile::READ_BINARY | QFile::MEMORY);
-    EXPECT_EQ(f.GetByte(), 'a');
-  }
-  EXPECT_EQ(cap.warnings, "QFile: can't use memory mapping with 'fp' takeover\n");
-  {
-    QFile f("buf", "zz", 2);
-    EXPECT_FALSE(f.PutChar('q'));
-  }
-  EXPECT_NE(cap.errors.find("QFile:PutChar() not supported for memory files\n"), std::string::npos);
   qfclose(nullptr);
-  EXPECT_NE(cap.errors.find("qfclose(0) called\n"), std::string::npos);
+  EXPECT_EQ(cap.joined,
+            "E: QFile ctor: READ_TEXT and MEMORY flags are incompatible (buggy); turning off MEMORY | "
+            "W: QFile:ctor MEMORY req'd for 'c.ini' but incompatible mode given | "
+            "W: QFile: can't use memory mapping with 'fp' takeover | "
+            "E: QFile:PutChar() not supported for memory files | E: qfclose(0) called");
 }
 
 TEST_F(FileTest, ModesOpenAsTheCRuntimeDoes) {
-  std::string path = (dir_ / "m.txt").string();
   {
-    QFile w(path.c_str(), QFile::WRITE_TEXT);
+    QFile w("m.txt", QFile::WRITE_TEXT);
     EXPECT_TRUE(w.Write("one\n", 4));
+    qfFailNextWrites(1);
+    EXPECT_FALSE(w.Write("x", 1));
   }
   {
-    QFile a(path.c_str(), QFile::APPEND_BINARY);
+    QFile a("m.txt", QFile::APPEND_BINARY);
     EXPECT_TRUE(a.PutChar('2'));
   }
-  qstring s;
-  EXPECT_TRUE(s.FromFile(path.c_str()));
-  EXPECT_EQ(std::string(s.c_str()), "one\n2");
-  QFile none(path.c_str(), 42);
+  EXPECT_EQ(ReadFile("m.txt"), "one\n2");
+  QFile none("m.txt", 42);
   EXPECT_FALSE(none.IsOpen());
   EXPECT_EQ(none.GetByte(), 0);
   EXPECT_TRUE(none.AtEnd());
-  QFile missing((dir_ / "nope").c_str(), QFile::READ_BINARY);
-  EXPECT_FALSE(missing.IsOpen());
-}
-
-TEST_F(FileTest, InjectedWriteFailure) {
-  std::string path = (dir_ / "w.txt").string();
-  QFile f(path.c_str(), QFile::WRITE_BINARY);
-  qfFailNextWrites(1);
-  EXPECT_FALSE(f.Write("x", 1));
-  EXPECT_TRUE(f.Write("y", 1));
+  EXPECT_FALSE(QFile("nope", QFile::READ_BINARY).IsOpen());
 }
 
 TEST_F(FileTest, FileFunctions) {
-  std::string path = Make("size.bin", std::string(1234, 'z'));
-  EXPECT_TRUE(QFileExists(path.c_str()));
+  WriteFile("size.bin", std::string(1234, 'z'));
+  EXPECT_TRUE(QFileExists("size.bin"));
   EXPECT_FALSE(QFileExists(""));
-  EXPECT_FALSE(QFileExists((dir_ / "none").c_str()));
-  EXPECT_EQ(QFileSize(path.c_str()), 1234);
-  EXPECT_EQ(QFileSize((dir_ / "none").c_str()), -1);
+  EXPECT_FALSE(QFileExists("none"));
+  EXPECT_EQ(QFileSize("size.bin"), 1234);
+  EXPECT_EQ(QFileSize("none"), -1);
   EXPECT_STREQ(QFileBase("data/cars/a\\car.ini"), "car.ini");
   EXPECT_STREQ(QFileBase("car.ini"), "car.ini");
   EXPECT_STREQ(QFileExtension("a.b/c.tir"), ".tir");
@@ -152,45 +100,39 @@ TEST_F(FileTest, FileFunctions) {
   EXPECT_TRUE(QFileExists("in/archive.ini"));
   EXPECT_FALSE(QFileExists("in/archive.ini", false));
   QSetVirtualFileSystem(nullptr);
-}
-
-TEST_F(FileTest, PathFindsInOrderAndKeepsTwenty) {
-  fs::create_directories(dir_ / "one");
-  fs::create_directories(dir_ / "two");
-  Make("two/x.ini", "x");
-  Make("one/y.ini", "y");
-  QPath path;
-  ReportCapture cap;
-  EXPECT_TRUE(path.Add((dir_ / "one").c_str()));
-  EXPECT_TRUE(path.Add((dir_ / "two").c_str()));
-  for (int i = 2; i < 20; i++) EXPECT_TRUE(path.Add("/nowhere"));
-  EXPECT_FALSE(path.Add("/one-too-many"));
-  EXPECT_EQ(cap.warnings, "QPath:Add(); maximum (20) reached\n");
-  EXPECT_EQ(path.GetCount(), 20);
-  EXPECT_EQ(path.GetPath(20), nullptr);
-  EXPECT_NE(cap.warnings.find("QPath:GetPath(20) out of range\n"), std::string::npos);
-
-  const char *first = path.FindFile("x.ini");
-  EXPECT_EQ(std::string(first), (dir_ / "two" / "x.ini").string());
-  const char *second = path.FindFile("y.ini");
-  EXPECT_EQ(first, second);  // one shared result buffer
-  EXPECT_EQ(std::string(first), (dir_ / "one" / "y.ini").string());
-  EXPECT_STREQ(path.FindFile("z.ini"), "z.ini");
-
-  qstring full, dir;
-  EXPECT_TRUE(path.FindFile("x.ini", &full, &dir));
-  EXPECT_EQ(std::string(dir.c_str()), (dir_ / "two").string());
-  EXPECT_FALSE(path.FindFile("z.ini", &full, &dir));
-  EXPECT_EQ(std::string(full.c_str()), "z.ini");
-  EXPECT_EQ(std::string(dir.c_str()), "");
-}
-
-TEST(MapPath, ScratchFolderGoesToTemp) {
   char buf[256];
-  setenv("TMPDIR", "/var/tmp", 1);
+  setenv("TMPDIR", "/var/tmp", 1);  // the scratch folder goes to the temporary one
   EXPECT_STREQ(QMapPath("c:/t/shot00001.tga", buf, sizeof buf), "/var/tmp/shot00001.tga");
   unsetenv("TMPDIR");
   EXPECT_STREQ(QMapPath("data/cars/x", buf, sizeof buf), "data/cars/x");
+}
+
+TEST_F(FileTest, PathFindsInOrderAndKeepsTwenty) {
+  std::filesystem::create_directories("one");
+  std::filesystem::create_directories("two");
+  WriteFile("two/x.ini", "x");
+  WriteFile("one/y.ini", "y");
+  QPath path;
+  ReportCapture cap;
+  EXPECT_TRUE(path.Add("one"));
+  EXPECT_TRUE(path.Add("two"));
+  for (int i = 2; i < 20; i++) EXPECT_TRUE(path.Add("/nowhere"));
+  EXPECT_FALSE(path.Add("/one-too-many"));
+  EXPECT_EQ(path.GetCount(), 20);
+  EXPECT_EQ(path.GetPath(20), nullptr);
+  EXPECT_EQ(cap.warnings, "QPath:Add(); maximum (20) reached\nQPath:GetPath(20) out of range\n");
+
+  const char *first = path.FindFile("x.ini");
+  EXPECT_STREQ(first, "two/x.ini");
+  EXPECT_EQ(path.FindFile("y.ini"), first);  // one shared result buffer
+  EXPECT_STREQ(first, "one/y.ini");
+  EXPECT_STREQ(path.FindFile("z.ini"), "z.ini");
+  qstring full, dir;
+  EXPECT_TRUE(path.FindFile("x.ini", &full, &dir));
+  EXPECT_STREQ(dir.c_str(), "two");
+  EXPECT_FALSE(path.FindFile("z.ini", &full, &dir));
+  EXPECT_STREQ(full.c_str(), "z.ini");
+  EXPECT_STREQ(dir.c_str(), "");
 }
 
 }  // namespace

@@ -4,16 +4,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string>
 #include <vector>
 
+#include "tests/base/scratch.h"
 #include "ui/diag/qdebug.h"
 #include "ui/diag/qdiag_internal.h"
 
@@ -21,33 +14,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string Slurp(const fs::path &p) {
-  std::ifstream in(p, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
-std::vector<std::string> Lines(const std::string &s) {
-  std::vector<std::string> out;
-  std::stringstream ss(s);
-  for (std::string l; std::getline(ss, l);) out.push_back(l);
-  return out;
-}
-
-// The part of a log line after the time stamp "Sun 22/11/2026 23:00:00 ".
-std::string Body(const std::string &line) { return line.size() > 24 ? line.substr(24) : line; }
-
 // Each test gets a fresh folder as working folder and a fresh writer.
-class LogTest : public ::testing::Test {
+class LogTest : public ScratchTest {
  protected:
   void SetUp() override {
-    old_ = fs::current_path();
-    dir_ = fs::temp_directory_path() / ("qlog_test_" + std::to_string(getpid()) + "_" +
-                                        ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(dir_);
-    fs::create_directories(dir_);
-    fs::current_path(dir_);
+    ScratchTest::SetUp();
     qlogReset();
     qSetLogMask(0x0E);
     qSetAppName("");
@@ -56,84 +27,68 @@ class LogTest : public ::testing::Test {
     qlogFlush();
     qlog_last_close();
     qlogReset();
-    fs::current_path(old_);
-    fs::remove_all(dir_);
+    ScratchTest::TearDown();
   }
-  std::vector<std::string> LogBodies() {
+  // The log's lines without the time stamp "Sun 22/11/2026 23:00:00 ".
+  static std::vector<std::string> Log() {
     std::vector<std::string> out;
-    for (auto &l : Lines(Slurp(dir_ / "QLOG.txt"))) out.push_back(Body(l));
+    std::stringstream ss(ReadFile("QLOG.txt"));
+    for (std::string l; std::getline(ss, l);) out.push_back(l.size() > 24 ? l.substr(24) : l);
     return out;
   }
-  fs::path old_, dir_;
 };
 
 TEST_F(LogTest, FirstReportWritesStartLinesThenItself) {
   qSetAppName("Tyrograph");
   qlogf(QLOG_WARN | QLOG_NO_STDERR, "here", "hello %d", 7);
-  auto l = LogBodies();
-  ASSERT_EQ(l.size(), 3u);
-  EXPECT_EQ(l[0], "(INFO ): [Tyrograph] --- application start ---");
-  EXPECT_EQ(l[1], "(INFO ): [Tyrograph] QLog file is: " + (dir_ / "QLOG.txt").string());
-  EXPECT_EQ(l[2], "(WARN ): [Tyrograph] hello 7 [here]");
-  EXPECT_EQ(QLogFileName(), (dir_ / "QLOG.txt").string());
+  std::string file = (dir_ / "QLOG.txt").string();
+  EXPECT_EQ(Log(), (std::vector<std::string>{"(INFO ): [Tyrograph] --- application start ---",
+                                             "(INFO ): [Tyrograph] QLog file is: " + file,
+                                             "(WARN ): [Tyrograph] hello 7 [here]"}));
+  EXPECT_EQ(QLogFileName(), file);
 }
 
 TEST_F(LogTest, LabelsFollowTheFirstBitSet) {
-  struct {
-    unsigned flags;
-    const char *label;
-  } rows[] = {{0x1, "ERR"},  {0x3, "ERR"},  {0x2, "WARN"}, {0x4, "CRIT"}, {0x8, "NOTE"},
-              {0x10, "INFO"}, {0x40, "FATAL"}, {0x800, "INFO"}, {0x20, "?"}};
-  int i = 0;
-  for (auto &r : rows) qlogf(r.flags | QLOG_NO_STDERR, nullptr, "line %d", i++);
-  auto l = LogBodies();
+  const std::pair<unsigned, const char *> rows[] = {{0x1, "ERR"},   {0x3, "ERR"},   {0x2, "WARN"},
+                                                    {0x4, "CRIT"},  {0x8, "NOTE"},  {0x10, "INFO"},
+                                                    {0x40, "FATAL"}, {0x800, "INFO"}, {0x20, "?"}};
+  for (size_t k = 0; k < std::size(rows); k++) qlogf(rows[k].first | QLOG_NO_STDERR, nullptr, "line %zu", k);
+  auto l = Log();
   ASSERT_EQ(l.size(), 2u + std::size(rows));
   for (size_t k = 0; k < std::size(rows); k++) {
     char want[64];
-    snprintf(want, sizeof want, "(%-5s): [-] line %zu", rows[k].label, k);
-    EXPECT_EQ(l[2 + k], want) << k;
+    snprintf(want, sizeof want, "(%-5s): [-] line %zu", rows[k].second, k);
+    EXPECT_EQ(l[2 + k], want);
   }
 }
 
-TEST_F(LogTest, RepeatsCollapseIntoOneLine) {
-  qwarn("f", "F::g", 1, "same");
-  qwarn("f", "F::g", 1, "same");
-  qwarn("f", "F::g", 1, "same");
+TEST_F(LogTest, RepeatsCollapseIntoOneLineWrittenByTheNextOtherOrAFlush) {
+  for (int i = 0; i < 3; i++) qwarn("f", "F::g", 1, "same");
   qwarn("f", "F::h", 2, "other");
-  auto l = LogBodies();
-  ASSERT_EQ(l.size(), 5u);
-  EXPECT_EQ(l[2], "(WARN ): [-] same [WARN,f:1,F::g]");
-  EXPECT_EQ(l[3], "(WARN ): [-] [2x repeat] same [WARN,f:1,F::g]");
-  EXPECT_EQ(l[4], "(WARN ): [-] other [WARN,f:2,F::h]");
-}
-
-TEST_F(LogTest, FlushWritesPendingRepeats) {
   qlogf(QLOG_ERR | QLOG_NO_STDERR, "src", "again");
   qlogf(QLOG_ERR | QLOG_NO_STDERR, "src", "again");
   qlogFlush();
-  auto l = LogBodies();
-  ASSERT_EQ(l.size(), 4u);
-  EXPECT_EQ(l[3], "(ERR  ): [-] [1x repeat] again [src]");
+  auto l = Log();
+  ASSERT_EQ(l.size(), 7u);
+  EXPECT_EQ(l[2], "(WARN ): [-] same [WARN,f:1,F::g]");
+  EXPECT_EQ(l[3], "(WARN ): [-] [2x repeat] same [WARN,f:1,F::g]");
+  EXPECT_EQ(l[4], "(WARN ): [-] other [WARN,f:2,F::h]");
+  EXPECT_EQ(l[6], "(ERR  ): [-] [1x repeat] again [src]");
 }
 
 TEST_F(LogTest, RotatesAboveTenMillionBytes) {
   qlogf(QLOG_INFO | QLOG_NO_STDERR, nullptr, "start");
-  // Exactly 10,000,000 bytes: still appended to.
-  fs::resize_file(dir_ / "QLOG.txt", 10000000);
+  fs::resize_file("QLOG.txt", 10000000);  // exactly at the limit: still appended to
   qlogf(QLOG_INFO | QLOG_NO_STDERR, nullptr, "at the limit");
-  EXPECT_FALSE(fs::exists(dir_ / "QLOG_OLD.txt"));
-  EXPECT_GT(fs::file_size(dir_ / "QLOG.txt"), 10000000u);
-  // Now above: moved aside, and the line starts a new file.
-  qlogf(QLOG_INFO | QLOG_NO_STDERR, nullptr, "after the limit");
-  ASSERT_TRUE(fs::exists(dir_ / "QLOG_OLD.txt"));
-  EXPECT_GT(fs::file_size(dir_ / "QLOG_OLD.txt"), 10000000u);
-  auto l = LogBodies();
-  ASSERT_EQ(l.size(), 1u);
-  EXPECT_EQ(l[0], "(INFO ): [-] after the limit");
+  EXPECT_FALSE(fs::exists("QLOG_OLD.txt"));
+  qlogf(QLOG_INFO | QLOG_NO_STDERR, nullptr, "after the limit");  // above: moved aside
+  ASSERT_TRUE(fs::exists("QLOG_OLD.txt"));
+  EXPECT_GT(fs::file_size("QLOG_OLD.txt"), 10000000u);
+  EXPECT_EQ(Log(), std::vector<std::string>{"(INFO ): [-] after the limit"});
 }
 
 TEST_F(LogTest, UnwritableLogStillReachesStderr) {
-  fs::create_directories(dir_ / "QLOG.txt");  // a folder where the file should be
+  fs::create_directories("QLOG.txt");  // a folder where the file should be
   testing::internal::CaptureStderr();
   qlogf(QLOG_ERR, "s", "still seen");
   std::string err = testing::internal::GetCapturedStderr();
@@ -142,7 +97,7 @@ TEST_F(LogTest, UnwritableLogStillReachesStderr) {
 }
 
 TEST_F(LogTest, LastFileGetsErrorsWithQuirkyLineEnds) {
-  ASSERT_TRUE(qlog_last_open((dir_ / "QLOG_LAST.txt").c_str()));
+  ASSERT_TRUE(qlog_last_open("QLOG_LAST.txt"));
   EXPECT_FALSE(qlog_last_written());
   qlogf(QLOG_INFO | QLOG_NO_STDERR, "s", "info is not copied");
   qlogf(QLOG_NOTE | QLOG_NO_STDERR, nullptr, "note is not copied");
@@ -150,12 +105,10 @@ TEST_F(LogTest, LastFileGetsErrorsWithQuirkyLineEnds) {
   qlogf(QLOG_FATAL | QLOG_NO_STDERR, "src", "fatal");
   EXPECT_TRUE(qlog_last_written());
   qlog_last_close();
-  std::string s = Slurp(dir_ / "QLOG_LAST.txt");
+  std::string s = ReadFile("QLOG_LAST.txt");
   // The line without a source has no line end and runs into the next one.
-  size_t a = s.find(" (INFO): no source");
-  size_t b = s.find(" (FATAL): fatal [src]\n");
-  ASSERT_NE(a, std::string::npos) << s;
-  ASSERT_NE(b, std::string::npos) << s;
+  EXPECT_NE(s.find(" (INFO): no source"), std::string::npos) << s;
+  EXPECT_NE(s.find(" (FATAL): fatal [src]\n"), std::string::npos) << s;
   EXPECT_EQ(s.find('\n'), s.size() - 1) << s;
   EXPECT_EQ(s.find("copied"), std::string::npos);
 }
@@ -169,9 +122,7 @@ TEST_F(LogTest, MessageBoxTitles) {
   qlogf(QLOG_ERR | QLOG_MSGBOX | QLOG_NO_STDERR, nullptr, "disk full\n");
   qlogf(QLOG_FATAL | QLOG_MSGBOX | QLOG_NO_STDERR, nullptr, "gone");
   qSetMessageBoxHandler(old);
-  ASSERT_EQ(seen.size(), 2u);
-  EXPECT_EQ(seen[0], "Error|disk full");
-  EXPECT_EQ(seen[1], "Fatal error - the program will exit|gone");
+  EXPECT_EQ(seen, (std::vector<std::string>{"Error|disk full", "Fatal error - the program will exit|gone"}));
 }
 
 TEST_F(LogTest, ReportersFollowTheLogMask) {
@@ -181,15 +132,8 @@ TEST_F(LogTest, ReportersFollowTheLogMask) {
   qnote("kpacejka", "KPacejka::Load", 14, "a note");
   qdbg("kpacejka", "KPacejka::Load", 15, "debug only");
   qdbgplain("plain %d%%%%", 5);
-  std::string err = testing::internal::GetCapturedStderr();
   // Notes are logged with INFO alone, so the writer echoes them itself.
-  EXPECT_EQ(err, "no newline\na warning\na note\ndebug onlyplain 5%%");
-  auto l = LogBodies();
-  ASSERT_EQ(l.size(), 5u);
-  EXPECT_EQ(l[2], "(ERR  ): [-] no newline [ERR,kpacejka:12,KPacejka::Load]");
-  EXPECT_EQ(l[3], "(WARN ): [-] a warning [WARN,kpacejka:13,KPacejka::Load]");
-  EXPECT_EQ(l[4], "(INFO ): [-] a note [kpacejka:14 / KPacejka::Load]");
-
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "no newline\na warning\na note\ndebug onlyplain 5%%");
   // Plain debug lines go to the log with mask bit 0x1, with the source "%s"
   // and their doubled '%' read once more.
   qSetLogMask(0x1);
@@ -197,8 +141,11 @@ TEST_F(LogTest, ReportersFollowTheLogMask) {
   qdbgplain("plain %d%%%%", 6);
   qerr("f", "g", 1, "not logged now");
   testing::internal::GetCapturedStderr();
-  l = LogBodies();
+  auto l = Log();
   ASSERT_EQ(l.size(), 6u);
+  EXPECT_EQ(l[2], "(ERR  ): [-] no newline [ERR,kpacejka:12,KPacejka::Load]");
+  EXPECT_EQ(l[3], "(WARN ): [-] a warning [WARN,kpacejka:13,KPacejka::Load]");
+  EXPECT_EQ(l[4], "(INFO ): [-] a note [kpacejka:14 / KPacejka::Load]");
   EXPECT_EQ(l[5], "(INFO ): [-] plain 6% [%s]");
 }
 
@@ -213,10 +160,13 @@ TEST_F(LogTest, HooksReplaceDefaultOutput) {
   qerr("qinfo", "QInfo::Write", 99, "x=%d", 3);
   EXPECT_EQ(got, "ERR,qinfo:99,QInfo::Write|x=3\n");
   EXPECT_NE(qSetErrorHook(prev), nullptr);
-  EXPECT_FALSE(fs::exists(dir_ / "QLOG.txt"));  // the hook took it all
+  EXPECT_FALSE(fs::exists("QLOG.txt"));  // the hook took it all
 }
 
 TEST_F(LogTest, UdpChannelSendsLines) {
+  qdbgChannelClose();
+  qdbgChannelSend("x");  // without a destination the channel turns unavailable
+  EXPECT_EQ(qdbgChannelState(), -1);
   int rx = socket(AF_INET, SOCK_DGRAM, 0);
   ASSERT_GE(rx, 0);
   sockaddr_in addr{};
@@ -225,9 +175,6 @@ TEST_F(LogTest, UdpChannelSendsLines) {
   ASSERT_EQ(bind(rx, reinterpret_cast<sockaddr *>(&addr), sizeof addr), 0);
   socklen_t len = sizeof addr;
   getsockname(rx, reinterpret_cast<sockaddr *>(&addr), &len);
-  timeval tv{2, 0};
-  setsockopt(rx, SOL_SOCKET, SO_RCVTIMEO, &tv, sizeof tv);
-
   ASSERT_TRUE(qdbgChannelOpen("127.0.0.1", ntohs(addr.sin_port)));
   EXPECT_EQ(qdbgChannelState(), 1);
   qlogf(QLOG_WARN | QLOG_NO_STDERR, nullptr, "first");  // start lines go out too
@@ -235,25 +182,13 @@ TEST_F(LogTest, UdpChannelSendsLines) {
   qlogf(QLOG_WARN | QLOG_NO_STDERR | QLOG_NO_CHANNEL, "src", "not sent");
   std::vector<std::string> got;
   char buf[2048];
-  for (;;) {
-    ssize_t n = recv(rx, buf, sizeof buf, MSG_DONTWAIT);
-    if (n <= 0) break;
-    got.emplace_back(buf, size_t(n));
-  }
+  for (ssize_t n; (n = recv(rx, buf, sizeof buf, MSG_DONTWAIT)) > 0;) got.emplace_back(buf, size_t(n));
   qdbgChannelClose();
   close(rx);
   ASSERT_EQ(got.size(), 4u);
   EXPECT_EQ(got[0], "[] INFO: --- application start ---\n");
   EXPECT_EQ(got[2], "[] WARN: first\n");
   EXPECT_EQ(got[3], "[src] WARN: over the wire\n");
-}
-
-TEST_F(LogTest, ChannelWithoutDestinationTurnsUnavailable) {
-  qdbgChannelClose();
-  EXPECT_EQ(qdbgChannelState(), 0);
-  qdbgChannelSend("x");
-  EXPECT_EQ(qdbgChannelState(), -1);
-  qdbgChannelClose();
 }
 
 }  // namespace
