@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 TEST(CoeffTable, ListFollowsModelThenFocus) {
   struct Case { int model, focus; CoeffList list; } cases[] = {
       {0, 0, COEFF_LIST_B}, {0, 1, COEFF_LIST_B}, {0, 2, COEFF_LIST_A}, {0, 3, COEFF_LIST_C},
@@ -13,24 +11,6 @@ TEST(CoeffTable, ListFollowsModelThenFocus) {
       {7, 3, COEFF_LIST_C},
   };
   for (const Case &c : cases) EXPECT_EQ(CoeffListFor(c.model, c.focus), c.list) << c.model << "/" << c.focus;
-}
-
-TEST(CoeffTable, RadioLabelsPadWithDashes) {
-  std::string b, a, c;
-  for (int i = 0; i < COEFF_RADIOS; i++) {
-    b += std::string(CoeffLabel(COEFF_LIST_B, i)) + " ";
-    a += std::string(CoeffLabel(COEFF_LIST_A, i)) + " ";
-    c += std::string(CoeffLabel(COEFF_LIST_C, i)) + " ";
-  }
-  std::string dashes15, dashes13, dashes10;
-  for (int i = 0; i < 15; i++) dashes15 += "--- ";
-  for (int i = 0; i < 13; i++) dashes13 += "--- ";
-  for (int i = 0; i < 10; i++) dashes10 += "--- ";
-  EXPECT_EQ(b, "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + dashes15);
-  EXPECT_EQ(a, "a0 a1 a2 a3 a4 a5 a6 a7 a8 a9 a10 a111 a112 a12 a13 " + dashes13);
-  EXPECT_EQ(c, "c0 c1 c2 c3 c4 c5 c6 c7 c8 c9 c10 c11 c12 c13 c14 c15 c16 c17 " + dashes10);
-  EXPECT_STREQ(CoeffLabel(COEFF_LIST_SCALE, 4), "lKx");
-  EXPECT_STREQ(CoeffLabel(COEFF_LIST_SCALE, 27), "lgyr");
 }
 
 TEST(CoeffTable, LookupGivesTextsRangesAndFields) {
@@ -59,23 +39,15 @@ TEST(CoeffTable, LookupGivesTextsRangesAndFields) {
     EXPECT_FLOAT_EQ(info.range, c.range);
     EXPECT_EQ(info.field, c.field);
   }
-}
-
-TEST(CoeffTable, PastTheListEditsNothing) {
-  EXPECT_EQ(CoeffLookup(COEFF_LIST_B, 13).field, COEFF_FIELD_NONE);
-  EXPECT_EQ(CoeffLookup(COEFF_LIST_A, 15).field, COEFF_FIELD_NONE);
-  EXPECT_EQ(CoeffLookup(COEFF_LIST_C, 18).field, COEFF_FIELD_NONE);
-  EXPECT_EQ(CoeffLookup(COEFF_LIST_C, 27).field, COEFF_FIELD_NONE);
+  // Past the end of a list: no field.
+  for (auto [list, index] : {std::pair{COEFF_LIST_B, 13}, {COEFF_LIST_A, 15}, {COEFF_LIST_C, 18}})
+    EXPECT_EQ(CoeffLookup(list, index).field, COEFF_FIELD_NONE) << index;
 }
 
 TEST(CoeffTable, FieldKeysCoverTheRun) {
-  EXPECT_STREQ(CoeffFieldKey(0), "a0");
-  EXPECT_STREQ(CoeffFieldKey(11), "a111");
-  EXPECT_STREQ(CoeffFieldKey(15), "b0");
-  EXPECT_STREQ(CoeffFieldKey(28), "c0");
-  EXPECT_STREQ(CoeffFieldKey(45), "c17");
-  EXPECT_STREQ(CoeffFieldKey(46), "lfz0");
-  EXPECT_STREQ(CoeffFieldKey(73), "lres");
+  const char *keys[][2] = {{"0", "a0"}, {"11", "a111"}, {"15", "b0"}, {"28", "c0"}, {"45", "c17"},
+                           {"46", "lfz0"}, {"73", "lres"}};
+  for (auto &k : keys) EXPECT_STREQ(CoeffFieldKey(atoi(k[0])), k[1]);
   EXPECT_EQ(CoeffFieldKey(74), nullptr);
   EXPECT_EQ(CoeffFieldKey(-1), nullptr);
 }

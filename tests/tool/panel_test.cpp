@@ -1,11 +1,11 @@
-// The control panel in a headless window: radio labels per model and focus,
-// the value slider's mapping and visibility, the wheel slider, the
-// operating-point sliders, the event dispatch, and what the window paints.
+// The control panel in a headless window: radio labels, the sliders' mappings
+// and captions, the event dispatch, and what the window paints.
 #include "tool/panel.h"
 
 #include <GL/gl.h>
 
 #include <string>
+#include <vector>
 
 #include "tool/dispatch.h"
 #include "tool/frame.h"
@@ -32,6 +32,8 @@ std::string Dashes(int n) {
   return s;
 }
 
+const std::string kListB = "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + Dashes(15);
+
 QEvent Change(QWindow *w, int n) {
   QEvent ev;
   ev.type = QEVENT_CHANGE;
@@ -40,73 +42,59 @@ QEvent Change(QWindow *w, int n) {
   return ev;
 }
 
-int exits = 0;
-void CountExit() { exits++; }
+// Pixels of the row y in the middle of the plot that are the Fx curve's red.
+int RedInRow(int cx, int y, int winH) {
+  std::vector<unsigned char> px(size_t(2 * Graph::X_ORIGIN * 4));
+  glReadPixels(cx - Graph::X_ORIGIN, winH - 1 - y, 2 * Graph::X_ORIGIN, 1, GL_RGBA, GL_UNSIGNED_BYTE, px.data());
+  int n = 0;
+  for (size_t i = 0; i < px.size(); i += 4) n += px[i] > 200 && px[i + 1] < 150 && px[i + 2] < 150;
+  return n;
+}
 
-class PanelTest : public ToolWindowTest {};
+int exits = 0;
+
+using PanelTest = ToolWindowTest;
 
 }  // namespace
 
 TEST_F(PanelTest, StartUpState) {
-  EXPECT_EQ(Labels(), "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + Dashes(15));
+  EXPECT_EQ(Labels(), kListB);
   const char *commands[] = {"Open tire", "Revert", "Save*", "Export ASCII", "Export for Car.Ini", "Analyse"};
   for (int i = 0; i < LAYOUT_COMMANDS; i++) EXPECT_STREQ(panel.command[i]->GetText(), commands[i]);
-  EXPECT_TRUE(panel.focus[0]->IsChecked());
-  EXPECT_TRUE(panel.ghost[0]->IsChecked());
+  EXPECT_TRUE(panel.focus[0]->IsChecked() && panel.ghost[0]->IsChecked() && panel.coeff[0]->IsChecked());
   EXPECT_FALSE(PanelGhostCamber());
-  EXPECT_TRUE(panel.coeff[0]->IsChecked());
   EXPECT_TRUE(panel.zoom->IsChecked());
-  EXPECT_EQ(panel.coeff[0]->GetGroup(), PANEL_GROUP_COEFF);
-  EXPECT_EQ(panel.focus[3]->GetGroup(), PANEL_GROUP_FOCUS);
-  EXPECT_EQ(panel.ghost[1]->GetGroup(), PANEL_GROUP_GHOST);
   const char *captions[] = {"Load 2500N", "Slipratio 0.00", "Slipangle 0.00", "Inclination 0.00 (camber)"};
-  const int positions[] = {83, 500, 500, 500};
   for (int s = 0; s < OP_SLIDERS; s++) {
     EXPECT_STREQ(panel.op[s]->GetCaption(), captions[s]);
-    EXPECT_EQ(panel.op[s]->GetPosition(), positions[s]);
-    EXPECT_EQ(panel.op[s]->GetMin(), 0);
+    EXPECT_EQ(panel.op[s]->GetPosition(), s == OP_LOAD ? 83 : 500);
     EXPECT_EQ(panel.op[s]->GetMax(), 1000);
   }
   EXPECT_STREQ(panel.wheel->GetCaption(), "0/FL");
   EXPECT_EQ(panel.wheel->GetMax(), 3);
   // b0 of the test car on a 0..2 slider.
   float b0 = Tyre(CURVE_FX, 0)->b0;
-  EXPECT_TRUE(panel.value->IsVisible());
   EXPECT_EQ(panel.value->GetPosition(), int(b0 / 2.0f * 1000.0f));
   char want[32];
   snprintf(want, sizeof want, "%.4f", double(b0));
   EXPECT_STREQ(panel.value->GetCaption(), want);
-  // Controls stand where the layout puts them.
   PanelLayout l = LayoutCompute(VIEW_W, VIEW_H);
-  EXPECT_EQ(panel.enterNumerically->GetRect().x, l.enterNumerically.x);
   EXPECT_EQ(panel.enterNumerically->GetRect().y, l.enterNumerically.y);
-  EXPECT_EQ(panel.op[OP_CAMBER]->GetRect().y, l.op[OP_CAMBER].y);
   EXPECT_EQ(panel.coeff[27]->GetRect().x, l.coeff[27].x);
 }
 
 TEST_F(PanelTest, FocusChoosesTheCoefficientList) {
-  struct Case {
-    int focus;
-    std::string labels;
-  } cases[] = {
-      {2, "a0 a1 a2 a3 a4 a5 a6 a7 a8 a9 a10 a111 a112 a12 a13 " + Dashes(13)},
-      {3, "c0 c1 c2 c3 c4 c5 c6 c7 c8 c9 c10 c11 c12 c13 c14 c15 c16 c17 " + Dashes(10)},
-      {1, "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + Dashes(15)},
-      {0, "b0 b1 b2 b3 b4 b5 b6 b7 b8 b9 b10 b11 b12 " + Dashes(15)},
-  };
-  for (const Case &c : cases) {
+  const std::string lists[] = {kListB, kListB, "a0 a1 a2 a3 a4 a5 a6 a7 a8 a9 a10 a111 a112 a12 a13 " + Dashes(13),
+                               "c0 c1 c2 c3 c4 c5 c6 c7 c8 c9 c10 c11 c12 c13 c14 c15 c16 c17 " + Dashes(10)};
+  for (int focus : {2, 3, 1, 0}) {
     PanelCoefficientRadio(5);
-    PanelFocus(c.focus);
-    EXPECT_EQ(Labels(), c.labels) << "focus " << c.focus;
+    PanelFocus(focus);
+    EXPECT_EQ(Labels(), lists[focus]) << "focus " << focus;
     EXPECT_EQ(session.selected, 0);
     EXPECT_TRUE(panel.coeff[0]->IsChecked());
   }
-}
-
-TEST_F(PanelTest, MagicFormulaTyresShowTheScaleFactorsWhateverTheFocus) {
   for (const char *tir : {"MagicFormula52_Parameters.tir", "MagicFormula61_Parameters.tir"}) {
-    SessionLoadTir((std::string(TYRO_SOURCE_DIR) + "/data/tyres/" + tir).c_str());
-    ASSERT_TRUE(Tyre(CURVE_FX, 0)->model == 1 || Tyre(CURVE_FX, 0)->model == 3) << tir;
+    SessionLoadTir(TirFile(tir).c_str());
     for (int focus = 0; focus < 4; focus++) {
       PanelFocus(focus);
       EXPECT_EQ(Labels(),
@@ -131,8 +119,7 @@ TEST_F(PanelTest, PastTheListHidesTheValueSlider) {
   PanelCoefficientRadio(2);  // b2, 0 .. 3000
   EXPECT_TRUE(panel.value->IsVisible());
   EXPECT_TRUE(panel.enterNumerically->IsVisible());
-  float b2 = Tyre(CURVE_FX, 0)->b2;
-  EXPECT_EQ(panel.value->GetPosition(), int(b2 / 3000.0f * 1000.0f));
+  EXPECT_EQ(panel.value->GetPosition(), int(Tyre(CURVE_FX, 0)->b2 / 3000.0f * 1000.0f));
 }
 
 TEST_F(PanelTest, ValueSliderMapsTheTableRange) {
@@ -148,86 +135,58 @@ TEST_F(PanelTest, ValueSliderMapsTheTableRange) {
     EXPECT_STREQ(panel.value->GetCaption(), c.caption);
   }
   // A value beyond the table's range stands beyond the slider's end.
-  PanelSetCoefficientValue(50.0f);
-  PanelSelectCoefficient();
-  EXPECT_EQ(panel.value->GetPosition(), 1500);
-  PanelSetCoefficientValue(-30.0f);
-  PanelSelectCoefficient();
-  EXPECT_EQ(panel.value->GetPosition(), -100);
+  for (float v : {50.0f, -30.0f}) {
+    PanelSetCoefficientValue(v);
+    PanelSelectCoefficient();
+    EXPECT_EQ(panel.value->GetPosition(), v > 0 ? 1500 : -100);
+  }
 }
 
 TEST_F(PanelTest, WheelTwoIsRearLeftAndTakesTheNextEdit) {
   PanelCoefficientRadio(0);  // b0
   PanelValueMoved(100);
-  char caption[32];
-  snprintf(caption, sizeof caption, "%s", panel.value->GetCaption());
+  std::string caption = panel.value->GetCaption();
   float others[CAR_WHEELS];
   for (int w = 0; w < CAR_WHEELS; w++) others[w] = Tyre(CURVE_FY, w)->b0;
-
   PanelSelectWheel(2);
   EXPECT_STREQ(panel.wheel->GetCaption(), "2/RL");
-  EXPECT_EQ(session.wheel, 2);
   // A new wheel relabels but leaves the value slider until the next selection.
-  EXPECT_STREQ(panel.value->GetCaption(), caption);
+  EXPECT_EQ(panel.value->GetCaption(), caption);
   PanelValueMoved(900);
   for (int g = 0; g < CURVE_COUNT; g++) {
     EXPECT_EQ(session.graphs[g]->GetCurrentTyre(), Tyre(g, 2));
     for (int w = 0; w < CAR_WHEELS; w++)
       EXPECT_FLOAT_EQ(Tyre(g, w)->b0, w == 2 ? 1.8f : others[w]) << "graph " << g << " wheel " << w;
   }
-  const char *names[] = {"0/FL", "1/FR", "2/RL", "3/RR"};
-  for (int w = 0; w < CAR_WHEELS; w++) {
-    PanelSelectWheel(w);
-    EXPECT_STREQ(panel.wheel->GetCaption(), names[w]);
-  }
+  PanelSelectWheel(3);
+  EXPECT_STREQ(panel.wheel->GetCaption(), "3/RR");
 }
 
-TEST_F(PanelTest, OperatingPointSliderExtremes) {
-  struct Case {
-    OpSlider slider;
-    int position;
-    float value;
-    const char *caption;
-  } cases[] = {
-      {OP_LOAD, 1000, 30000.0f, "Load 30000N"},
-      {OP_SLIP_RATIO, 0, -1.0f, "Slipratio -1.00"},
-      {OP_SLIP_ANGLE, 1000, 100.0f, "Slipangle 100.00"},
-      {OP_CAMBER, 0, -10.0f, "Inclination -10.00 (camber)"},
-      {OP_LOAD, 0, 0.0f, "Load 0N"},
-  };
-  for (const Case &c : cases) {
-    PanelOpMoved(c.slider, c.position);
-    EXPECT_STREQ(panel.op[c.slider]->GetCaption(), c.caption);
-    EXPECT_EQ(panel.op[c.slider]->GetPosition(), c.position);
-  }
-  EXPECT_FLOAT_EQ(session.point.load, 0.0f);
-  EXPECT_FLOAT_EQ(session.point.slipRatio, -1.0f);
-  EXPECT_FLOAT_EQ(session.point.slipAngle, 100.0f);
+TEST_F(PanelTest, OperatingPointSlidersReachEveryTyreAndResetRestoresThem) {
+  PanelOpMoved(OP_CAMBER, 0);
+  PanelOpMoved(OP_LOAD, 1000);
+  EXPECT_STREQ(panel.op[OP_CAMBER]->GetCaption(), "Inclination -10.00 (camber)");
   EXPECT_FLOAT_EQ(session.point.camber, -10.0f);
   for (Graph *g : session.graphs)
-    for (int w = 0; w < CAR_WHEELS; w++) EXPECT_NEAR(g->GetTyre(w)->GetCamber(), -10.0f / CURVE_RAD2DEG, 1e-6);
+    for (int w = 0; w < CAR_WHEELS; w++) {
+      EXPECT_NEAR(g->GetTyre(w)->GetCamber(), -10.0f / CURVE_RAD2DEG, 1e-6);
+      EXPECT_FLOAT_EQ(g->GetTyre(w)->Fz, 30.0f);
+    }
 
-  PanelResetControls();
-  EXPECT_STREQ(panel.op[OP_LOAD]->GetCaption(), "Load 2500N");
-  EXPECT_EQ(panel.op[OP_LOAD]->GetPosition(), 83);
-  EXPECT_FLOAT_EQ(Tyre(CURVE_MZ, 3)->Fz, 2.5f);
-}
-
-TEST_F(PanelTest, ResetControlsAfterChanges) {
   PanelFocus(3);
   PanelCoefficientRadio(20);
   panel.zoom->SetChecked(false);
   PanelZoom(false);
-  PanelOpMoved(OP_SLIP_ANGLE, 0);
   PanelResetControls();
   EXPECT_EQ(session.focus, 0);
   EXPECT_EQ(session.selected, 0);
-  EXPECT_TRUE(session.zoom);
-  EXPECT_TRUE(panel.zoom->IsChecked());
-  EXPECT_TRUE(panel.focus[0]->IsChecked());
-  EXPECT_TRUE(panel.coeff[0]->IsChecked());
+  EXPECT_TRUE(session.zoom && panel.zoom->IsChecked());
+  EXPECT_TRUE(panel.focus[0]->IsChecked() && panel.coeff[0]->IsChecked());
   EXPECT_TRUE(panel.value->IsVisible());
-  EXPECT_EQ(panel.op[OP_SLIP_ANGLE]->GetPosition(), 500);
+  EXPECT_EQ(panel.op[OP_CAMBER]->GetPosition(), 500);
+  EXPECT_STREQ(panel.op[OP_LOAD]->GetCaption(), "Load 2500N");
+  EXPECT_EQ(panel.op[OP_LOAD]->GetPosition(), 83);
+  EXPECT_FLOAT_EQ(Tyre(CURVE_MZ, 3)->Fz, 2.5f);
   EXPECT_EQ(session.graphs[CURVE_FY]->GetRange().xMax, 20.0f);
 }
 
@@ -241,7 +200,6 @@ TEST_F(PanelTest, DispatchReachesTheOperations) {
 
   ev = Change(panel.coeff[3], 1);
   EXPECT_FALSE(ToolDispatch(&ev));
-  EXPECT_EQ(session.selected, 3);
   EXPECT_STREQ(session.edit.name, "a3");
 
   ev = Change(panel.value, 1000);  // a3: 0 .. 3000
@@ -251,30 +209,27 @@ TEST_F(PanelTest, DispatchReachesTheOperations) {
   panel.zoom->SetChecked(false);
   ev = Change(panel.zoom, 0);
   EXPECT_TRUE(ToolDispatch(&ev));
-  EXPECT_FALSE(session.zoom);
   EXPECT_EQ(session.graphs[CURVE_FX]->GetRange().xMax, 10.0f);
 
   ev = Change(panel.op[OP_CAMBER], 750);
   EXPECT_FALSE(ToolDispatch(&ev));
-  EXPECT_FLOAT_EQ(session.point.camber, 5.0f);
   EXPECT_STREQ(panel.op[OP_CAMBER]->GetCaption(), "Inclination 5.00 (camber)");
 
   ev = Change(panel.wheel, 3);
   ToolDispatch(&ev);
   EXPECT_EQ(session.wheel, 3);
-  EXPECT_STREQ(panel.wheel->GetCaption(), "3/RR");
 
   // Events of windows that are no control of the panel change nothing.
-  ev = Change(mw, 1);
-  EXPECT_FALSE(ToolDispatch(&ev));
-  ev = Change(nullptr, 1);
-  EXPECT_FALSE(ToolDispatch(&ev));
+  for (QWindow *w : {static_cast<QWindow *>(mw), static_cast<QWindow *>(nullptr)}) {
+    ev = Change(w, 1);
+    EXPECT_FALSE(ToolDispatch(&ev));
+  }
   EXPECT_EQ(session.focus, 2);
   EXPECT_EQ(session.wheel, 3);
 }
 
 TEST_F(PanelTest, EscapeAndShiftQEndTheProgram) {
-  a->SetExitProc(CountExit);
+  a->SetExitProc([] { exits++; });
   exits = 0;
   QEvent key;
   key.type = QEVENT_KEYPRESS;
@@ -318,28 +273,20 @@ TEST_F(PanelTest, PaintedWindowShowsOrHidesTheValueSlider) {
 // above and below the plot stay white.
 TEST_F(PanelTest, CurvesStayInsideThePlot) {
   PanelFocus(2);
-  PanelCoefficientRadio(2);       // a2: peak lateral friction x 1000
+  PanelCoefficientRadio(2);        // a2: peak lateral friction x 1000
   SessionSetCoefficient(6000.0f);  // Fy/Fz far above the 2.0 of the scale
   cv->Select();
   FramePaintGraphs(cv, VIEW_W, VIEW_H);
   glFinish();
   glReadBuffer(GL_BACK);
   int cx = GRAPH_LEFT_MARGIN + VIEW_W / 2, cy = GRAPH_TOP_MARGIN + VIEW_H / 2;
-  auto redIn = [&](int y) {
-    std::vector<unsigned char> px(size_t(2 * Graph::X_ORIGIN * 4));
-    glReadPixels(cx - Graph::X_ORIGIN, WIN_H - 1 - y, 2 * Graph::X_ORIGIN, 1, GL_RGBA, GL_UNSIGNED_BYTE, px.data());
-    int n = 0;
-    for (size_t i = 0; i < px.size(); i += 4) n += px[i] > 200 && px[i + 1] < 150 && px[i + 2] < 150;
-    return n;
-  };
-  EXPECT_GT(redIn(cy - Graph::Y_ORIGIN + 1), 0);  // the curve reaches the plot's top row
-  EXPECT_EQ(redIn(cy - Graph::Y_ORIGIN - 3), 0);
-  EXPECT_EQ(redIn(cy + Graph::Y_ORIGIN + 3), 0);
+  EXPECT_GT(RedInRow(cx, cy - Graph::Y_ORIGIN + 1, WIN_H), 0);  // the curve reaches the plot's top row
+  EXPECT_EQ(RedInRow(cx, cy - Graph::Y_ORIGIN - 3, WIN_H), 0);
+  EXPECT_EQ(RedInRow(cx, cy + Graph::Y_ORIGIN + 3, WIN_H), 0);
 }
 
-// An error box raised while the start-up loads the car runs the event loop,
-// and with it the paint callback, before the graphs exist or anything is
-// selected: the frame draws what there is.
+// An error box raised while the start-up loads the car paints frames before
+// the graphs exist or anything is selected: the frame draws what there is.
 TEST_F(PanelTest, FrameDuringTheStartUpDrawsWhatExists) {
   QFont font((std::string(TYRO_SOURCE_DIR) + "/data/fonts/eurostile11").c_str());
   ASSERT_TRUE(font.Create());
@@ -360,9 +307,8 @@ TEST_F(PanelTest, FrameDuringTheStartUpDrawsWhatExists) {
   cv->SetFont(nullptr);
 }
 
-// The whole path: platform events through the window manager to the
-// controls, their posted control events through the program's event
-// procedure to the panel.
+// Platform events through the window manager to the controls, their control
+// events through the program's event procedure to the panel.
 TEST_F(PanelTest, ClicksAndKeysReachThePanelThroughTheEventLoop) {
   a->SetEventProc(ToolDispatch);
   auto pump = [&] {
@@ -374,11 +320,9 @@ TEST_F(PanelTest, ClicksAndKeysReachThePanelThroughTheEventLoop) {
   pump();
   EXPECT_EQ(session.focus, 3);
   EXPECT_TRUE(panel.focus[3]->IsChecked());
-  EXPECT_STREQ(panel.coeff[17]->GetText(), "c17");
 
   qpsClick(l.coeff[17].x + 8, l.coeff[17].y + 8);  // c17, the second column's fourth radio
   pump();
-  EXPECT_EQ(session.selected, 17);
   EXPECT_STREQ(session.edit.name, "c17");
 
   // A click beside the knob moves the camber slider by its big step; with
@@ -391,7 +335,6 @@ TEST_F(PanelTest, ClicksAndKeysReachThePanelThroughTheEventLoop) {
   qpsKeyTap(QK_RIGHT);
   pump();
   EXPECT_EQ(panel.op[OP_CAMBER]->GetPosition(), 513);
-  EXPECT_FLOAT_EQ(session.point.camber, 513.0f / 50.0f - 10.0f);
   EXPECT_STREQ(panel.op[OP_CAMBER]->GetCaption(), "Inclination 0.26 (camber)");
   a->SetEventProc(nullptr);
 }

@@ -1,22 +1,14 @@
-// A headless Tyrograph window for tests of the panel and the commands: the
-// application object of the headless backend, a real main window (SDL's
-// offscreen driver), the three graphs on the test car and the control panel
-// in their start-up state. Dialogs run on scripted events; an idle watchdog
-// presses Escape when a dialog waits for input the script does not give, so
-// a wrong script fails instead of hanging.
+// A headless main window (SDL's offscreen driver) with the three graphs on the
+// test car and the panel in their start-up state, for tests of the panel and
+// the commands. Dialogs run on scripted events; an idle watchdog presses
+// Escape every so often, so a dialog the script leaves waiting ends and
+// `stuck` tells.
 #pragma once
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <string>
 
 #include "golden.h"
 #include "platform/headless/qpscript.h"
 #include "tests/ui/gltest.h"
-#include "tool/graph.h"
 #include "tool/panel.h"
-#include "tool/session.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qplatform.h"
@@ -24,8 +16,7 @@
 
 class ToolWindowTest : public ::testing::Test {
  protected:
-  static constexpr int WIN_W = 910, WIN_H = 714;
-  static constexpr int VIEW_W = 700, VIEW_H = 500;
+  static constexpr int WIN_W = 910, WIN_H = 714, VIEW_W = 700, VIEW_H = 500;
 
   void SetUp() override {
     setenv("LP_NUM_THREADS", "0", 0);
@@ -46,16 +37,13 @@ class ToolWindowTest : public ::testing::Test {
     a->SetMainWindow(mw, pw);
     idles = 0;
     stuck = false;
-    a->SetIdleProc(Watchdog);
-
-    Graph *prev = nullptr;
-    for (int i = 0; i < CURVE_COUNT; i++) session.graphs[i] = prev = new Graph(CurveKind(i), prev);
-    for (Graph *g : session.graphs)
-      for (int w = 0; w < CAR_WHEELS; w++) {
-        std::string error;
-        ASSERT_TRUE(CarLoadTyreSource(TouringCar().c_str(), w, g->GetTyre(w), &error)) << error;
+    a->SetIdleProc([] {
+      if (++idles % 20000 == 0) {
+        stuck = true;
+        qpsKeyTap(QK_ESC);
       }
-    session.wheel = 0;
+    });
+    CreateTouringGraphs();
     session.lastTir.clear();
     PanelBuild(mw, VIEW_W, VIEW_H);
     PanelRefreshLabels();
@@ -66,10 +54,7 @@ class ToolWindowTest : public ::testing::Test {
 
   void TearDown() override {
     PanelDestroy();
-    for (Graph *&g : session.graphs) {
-      delete g;
-      g = nullptr;
-    }
+    DeleteGraphs();
     a->SetMainWindow(nullptr, nullptr);
     delete mw;
     qpDestroyWindow(pw);
@@ -79,23 +64,12 @@ class ToolWindowTest : public ::testing::Test {
     GLTEST_LSAN_ENABLE();
   }
 
-  // Escape every so many idle passes: a dialog left waiting ends.
-  static void Watchdog() {
-    if (++idles % 20000 == 0) {
-      stuck = true;
-      qpsKeyTap(QK_ESC);
-    }
-  }
-
-  // Clears a string dialog's start text (the caret stands at its end).
-  static void ScriptClearEntry() {
+  // Replaces a string dialog's text (the caret stands at its end) and ends
+  // the dialog with the key.
+  static void ScriptEntry(const char *text, int key = QK_ENTER) {
     for (int i = 0; i < 30; i++) qpsKeyTap(QK_BACKSPACE);
-  }
-  // Replaces the entry's text and presses Enter.
-  static void ScriptEntry(const char *text) {
-    ScriptClearEntry();
     qpsType(text);
-    qpsKeyTap(QK_ENTER);
+    qpsKeyTap(key);
   }
 
   KPacejka *Tyre(int graph, int wheel) { return session.graphs[graph]->GetTyre(wheel); }

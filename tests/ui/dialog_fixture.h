@@ -55,14 +55,23 @@ inline void Keys(const char *s) {
 }
 
 class DialogTest : public ::testing::Test {
- protected:
+ public:
   static constexpr int MW = 800, MH = 600;
+  static QDialog *Modal() {
+    return app && app->GetFocusShell() ? dynamic_cast<QDialog *>(app->GetFocusShell()->GetModal()) : nullptr;
+  }
+  template <class T>
+  static T *ModalAs() {
+    return dynamic_cast<T *>(Modal());
+  }
+
+ protected:
   // Painting tests need a real GL window; the others use a placeholder.
   virtual bool UsesGL() const { return false; }
 
   void SetUp() override {
-    steps().clear();
-    guardFired() = false;
+    steps.clear();
+    guardFired = false;
     qpsClear();
     qpsSetMessageBoxAnswer(QPMB_IDOK);
     a = new QApp(0, nullptr, "dialogtest");
@@ -83,25 +92,16 @@ class DialogTest : public ::testing::Test {
     a->SetIdleProc(Idle);
   }
   void TearDown() override {
-    EXPECT_FALSE(guardFired()) << "a dialog was still open when the script ran dry";
-    EXPECT_TRUE(steps().empty()) << steps().size() << " idle steps never ran";
+    EXPECT_FALSE(guardFired) << "a dialog was still open when the script ran dry";
+    EXPECT_TRUE(steps.empty()) << steps.size() << " idle steps never ran";
     delete mw;
     if (UsesGL()) qpDestroyWindow(pw);  // before the display closes
     delete a;
     qpsClear();
-    if (UsesGL()) {
-      GLTEST_LSAN_ENABLE();
-    }
+    if (UsesGL()) { GLTEST_LSAN_ENABLE(); }  // braces: the macro may be empty
   }
 
-  static QDialog *Modal() {
-    return app && app->GetFocusShell() ? dynamic_cast<QDialog *>(app->GetFocusShell()->GetModal()) : nullptr;
-  }
-  template <class T>
-  static T *ModalAs() {
-    return dynamic_cast<T *>(Modal());
-  }
-  static void OnIdle(std::function<void()> f) { steps().push_back(std::move(f)); }
+  static void OnIdle(std::function<void()> f) { steps.push_back(std::move(f)); }
   static void ClickOn(const QWindow *w, int button = QMB_LEFT) {
     QRect r = w->GetAbsRect();
     qpsClick(r.x + r.wid / 2, r.y + r.hgt / 2, button);
@@ -112,24 +112,18 @@ class DialogTest : public ::testing::Test {
     qpsClose();
   }
 
-  static std::deque<std::function<void()>> &steps() {
-    static std::deque<std::function<void()>> s;
-    return s;
-  }
-  static bool &guardFired() {
-    static bool fired = false;
-    return fired;
-  }
   static void Idle() {
-    if (!steps().empty()) {
-      std::function<void()> f = std::move(steps().front());
-      steps().pop_front();
+    if (!steps.empty()) {
+      std::function<void()> f = std::move(steps.front());
+      steps.pop_front();
       f();
     } else if (QDialog *d = Modal()) {
-      guardFired() = true;
+      guardFired = true;
       d->SetResult(99);
     }
   }
+  static inline std::deque<std::function<void()>> steps;
+  static inline bool guardFired = false;
 
   QApp *a = nullptr;
   QPWindow *pw = nullptr;

@@ -59,7 +59,7 @@ TEST_F(DialogPaint, EntryShowsTextAndCaret) {
   Keys("\x05");
   OnIdle([] {
     QRect e = ModalAs<QStringDialog>()->GetEntry()->GetAbsRect();
-    int mid = e.y + e.hgt / 2, caret = e.x + 4 + 2 * CW;
+    int mid = e.y + e.hgt / 2, caret = e.x + 4 + 2 * CW;  // after "ab"
     EXPECT_TRUE(Is(e.x + 4 + 2, mid, qlook::INK_ON_LIGHT));  // inside the glyph of 'a'
     EXPECT_TRUE(Is(caret - 1, mid, qlook::FIELD));           // the gap after 'b'
     EXPECT_TRUE(Is(caret, mid, qlook::INK_ON_LIGHT));        // the caret

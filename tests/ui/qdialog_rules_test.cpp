@@ -1,9 +1,13 @@
-// File dialog rules (save mode, filter choices, matching) and the text
-// dialog's result filter.
+// The file dialog's rules without a window: save mode, filter choices and
+// matching, folder listing and pick decisions, and the remembered folder and
+// file in a real settings file.
 #include <gtest/gtest.h>
 
+#include "base/qinfo.h"
+#include "tests/ui/dialog_fixture.h"
+#include "ui/qfilebrowse.h"
 #include "ui/qfiledlg.h"
-#include "ui/qtextdlg.h"
+#include "ui/qfiledlg_settings.h"
 
 namespace {
 
@@ -40,34 +44,65 @@ TEST(QDlgFile, Matching) {
   for (const Row &r : rows) EXPECT_EQ(QDlgFileMatches(r.pattern, r.name), r.match) << r.pattern << " " << r.name;
 }
 
-TEST(QTextDialog, ResultFilter) {
-  QWindow *ok = reinterpret_cast<QWindow *>(0x10);
-  QWindow *cancel = reinterpret_cast<QWindow *>(0x20);
-  auto ev = [](int type, int n, QWindow *w = nullptr) {  // the filter only compares the pointers
-    QEvent e;
-    e.type = type, e.n = n, e.win = w;
-    return e;
-  };
+
+std::vector<std::string> Names(const std::vector<QBrowseEntry> &v) {
+  std::vector<std::string> out;
+  for (const auto &e : v) out.push_back(e.name + (e.folder ? "/" : ""));
+  return out;
+}
+
+TEST(QBrowse, ListingAndPicks) {
+  std::filesystem::path dir = FreshDir("qbrowse");
+  for (const char *d : {"Cars", "archive", ".hidden"}) std::filesystem::create_directories(dir / d);
+  for (const char *f : {"rear.tir", "Front.TIR", "notes.txt", ".secret.tir"}) std::ofstream(dir / f) << "x";
+  using V = std::vector<std::string>;
+  EXPECT_EQ(Names(QBrowseList(dir.string(), "*.tir")), (V{"../", "archive/", "Cars/", "Front.TIR", "rear.tir"}));
+  EXPECT_EQ(Names(QBrowseList(dir.string(), "*.*")),
+            (V{"../", "archive/", "Cars/", "Front.TIR", "notes.txt", "rear.tir"}));
+  EXPECT_EQ(Names(QBrowseList((dir / "nope").string(), "*.*")), (V{"../"}));
+  for (const QBrowseEntry &e : QBrowseList("/", "*.nothing-has-this")) EXPECT_NE(e.name, "..");  // the root has none
+
   struct Row {
     const char *name;
-    QEvent e;
-    bool has_cancel;
-    int result;
+    bool save;
+    QBrowseAction action;
   };
   const Row rows[] = {
-      {"ok click", ev(QEVENT_CLICK, 0, ok), true, QTEXTDLG_OK},
-      {"cancel click", ev(QEVENT_CLICK, 0, cancel), true, QTEXTDLG_CANCEL},
-      {"other click", ev(QEVENT_CLICK, 0, nullptr), true, QTEXTDLG_RUNNING},
-      {"enter", ev(QEVENT_KEYPRESS, QK_ENTER), true, QTEXTDLG_OK},
-      {"keypad enter", ev(QEVENT_KEYPRESS, 300), true, QTEXTDLG_OK},
-      {"escape with cancel", ev(QEVENT_KEYPRESS, QK_ESC), true, QTEXTDLG_RUNNING},
-      {"escape ok-only", ev(QEVENT_KEYPRESS, QK_ESC), false, QTEXTDLG_OK},
-      {"close", ev(QEVENT_CLOSE, 0), true, QTEXTDLG_CANCEL},
-      {"close ok-only", ev(QEVENT_CLOSE, 0), false, QTEXTDLG_CANCEL},
-      {"letter", ev(QEVENT_KEYPRESS, 'A'), true, QTEXTDLG_RUNNING},
+      {"Cars", false, QBrowseAction::EnterFolder}, {"..", true, QBrowseAction::EnterFolder},
+      {"rear.tir", false, QBrowseAction::Choose},  {"rear.tir", true, QBrowseAction::AskOverwrite},
+      {"new.tir", true, QBrowseAction::Choose},    {"new.tir", false, QBrowseAction::Reject},
+      {"", true, QBrowseAction::Reject},
   };
+  std::string path;
   for (const Row &r : rows)
-    EXPECT_EQ(QTextDlgFilter(r.e, ok, r.has_cancel ? cancel : nullptr, QTEXTDLG_RUNNING), r.result) << r.name;
+    EXPECT_EQ(QBrowsePick(dir.string(), r.name, r.save, &path), r.action) << r.name << " save=" << r.save;
+  QBrowsePick(dir.string(), "Cars/../rear.tir", false, &path);
+  EXPECT_EQ(path, (dir / "rear.tir").string());
+  std::filesystem::remove_all(dir);
+}
+
+TEST(QDlgFileSettings, RecallAndRemember) {
+  std::filesystem::path dir = FreshDir("qfiledlg");
+  std::string ini = (dir / "settings.ini").string();
+  std::ofstream(ini) << "qfiledlg\n{\n  car\n  {\n    dir=/stored\n    file=a.ini\n    filter=*.ini\n"
+                        "    x=40\n    y=50\n  }\n}\n";
+  {
+    QInfo info(ini.c_str());
+    QDlgFileMemory m = QDlgFileRecall(&info, "car", nullptr);
+    EXPECT_EQ(m.dir + " " + m.file + " " + m.filter, "/stored a.ini *.ini");
+    EXPECT_EQ(m.x * 1000 + m.y, 40050);
+    EXPECT_EQ(QDlgFileRecall(&info, "car", "").dir, "/stored");
+    EXPECT_EQ(QDlgFileRecall(&info, "car", "/given").dir, "/given");  // the caller's folder wins
+    QDlgFileMemory none = QDlgFileRecall(&info, "tir", nullptr);
+    EXPECT_EQ(none.dir + none.file + none.filter, "");
+    ASSERT_TRUE(QDlgFileRemember(&info, "tir", "/data/tyres", "front.tir"));
+  }
+  QInfo again(ini.c_str());
+  QDlgFileMemory m = QDlgFileRecall(&again, "tir", nullptr);
+  EXPECT_EQ(m.dir + " " + m.file + " " + m.filter, "/data/tyres front.tir ");
+  QInfo unwritable((ini + "/settings.ini").c_str(), QINFO_SILENT);  // under a file: never writable
+  EXPECT_FALSE(QDlgFileRemember(&unwritable, "tir", "/x", "y.tir"));
+  std::filesystem::remove_all(dir);
 }
 
 }  // namespace

