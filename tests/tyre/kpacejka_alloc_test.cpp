@@ -1,5 +1,5 @@
-// Calculate runs thousands of times per redraw: it must not allocate. The
-// global allocation functions of this test program count their calls.
+// Calculate runs thousands of times per redraw: it must not allocate. This
+// program's global allocation functions count their calls.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -24,8 +24,7 @@ TEST(Calculate, AllocatesNothing) {
   SetTestMF(tyres[1], KPacejka::MF52);
   SetTestMF(tyres[2], KPacejka::PAC2006);
   SetTestMF(tyres[3], KPacejka::MF61);
-  int *volatile probe = new int(1);  // the counter does see allocations
-  delete probe;
+  delete new int(1);  // the counter does see allocations
   const int before = allocations;
   ASSERT_GT(before, 0);
   for (KPacejka &t : tyres)
