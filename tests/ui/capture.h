@@ -1,5 +1,5 @@
-// Collects what the reporters say while it lives: errors, warnings and
-// debug messages through the hooks of the diagnostics, the previous hooks
+// Collects what the reporters say while it lives (errors, warnings, debug
+// messages) through the hooks of the diagnostics; the previous hooks are
 // restored afterwards.
 #pragma once
 
@@ -10,11 +10,8 @@
 
 class ReportCapture {
  public:
-  ReportCapture() {
+  ReportCapture() : oldErr(qSetErrorHook(&OnErr)), oldWarn(qSetWarnHook(&OnWarn)), oldDbg(qSetDebugHook(&OnDbg)) {
     Current() = this;
-    oldErr = qSetErrorHook(&OnErr);
-    oldWarn = qSetWarnHook(&OnWarn);
-    oldDbg = qSetDebugHook(&OnDbg);
   }
   ~ReportCapture() {
     qSetErrorHook(oldErr);
@@ -35,12 +32,12 @@ class ReportCapture {
     static ReportCapture *cur = nullptr;
     return cur;
   }
-  static int OnErr(const char *, const char *m) { return Store(&ReportCapture::errors, m); }
-  static int OnWarn(const char *, const char *m) { return Store(&ReportCapture::warnings, m); }
-  static int OnDbg(const char *, const char *m) { return Store(&ReportCapture::debug, m); }
   static int Store(std::vector<std::string> ReportCapture::*list, const char *m) {
     if (Current()) (Current()->*list).push_back(m ? m : "");
     return 0;
   }
+  static int OnErr(const char *, const char *m) { return Store(&ReportCapture::errors, m); }
+  static int OnWarn(const char *, const char *m) { return Store(&ReportCapture::warnings, m); }
+  static int OnDbg(const char *, const char *m) { return Store(&ReportCapture::debug, m); }
   QReportHook oldErr, oldWarn, oldDbg;
 };

@@ -25,27 +25,22 @@ const PaletteRow PALETTE_ROWS[] = {
     {12, -1, 0, 255, 0, 255, 0},     {99, 7, 0, 255, 0, 255, 0},     // unknown: visible green
 };
 
-TEST(QCanvasState, PaletteCodes) {
+TEST(QCanvasState, PaletteCodesAndPackedColour) {
   for (const PaletteRow &r : PALETTE_ROWS) {
     QCanvas c;
     c.SetColor(r.code, r.alpha);
-    QColor got = c.GetColor();
-    EXPECT_EQ(got, QColor(r.r, r.g, r.b, r.a)) << "code " << r.code << " alpha " << r.alpha;
+    EXPECT_EQ(c.GetColor(), QColor(r.r, r.g, r.b, r.a)) << "code " << r.code << " alpha " << r.alpha;
     EXPECT_EQ(c.GetBlending(), r.blend) << "code " << r.code;
   }
+  QCanvas c;
+  c.SetColor(QColor(0x11223344u));  // red first
+  EXPECT_EQ(c.GetColor(), QColor(0x11, 0x22, 0x33, 0x44));
 }
 
-TEST(QCanvasState, UnknownCodeWarns) {
+TEST(QCanvasState, ReportsOfUnknownCodesAndUnsupportedCalls) {
   ReportCapture rc;
-  QCanvas c;
+  QCanvas c;  // no font
   c.SetColor(12u);
-  ASSERT_EQ(rc.warnings.size(), 1u);
-  EXPECT_EQ(rc.warnings[0], "QCanvas::SetColor(12) unknown PX_xxx\n");
-}
-
-TEST(QCanvasState, ReportsOfUnsupportedCalls) {
-  ReportCapture rc;
-  QCanvas c;
   c.Text("x", 0, 0);
   c.Text3D("x", 0, 0, 0);
   c.Shade(QRect(0, 0, 1, 1));
@@ -53,104 +48,57 @@ TEST(QCanvasState, ReportsOfUnsupportedCalls) {
   c.Line(0, 0, 1, 1);
   c.Blit(0, 0, 1, 1, 2, 2);
   c.Outline(QRect(0, 0, 4, 4));
-  const char *expect[] = {"QCanvas:Text(); no font selected\n", "QCanvas:Text3D(); no font selected\n",
-                          "QCanvas::Shade obsolete call\n", "Canvas:Line not supported for X\n",
-                          "QCanvas::Blit() not implemented for USEX\n", "QCanvas:Outline not support for ISX\n"};
-  ASSERT_EQ(rc.warnings.size(), 6u);
-  for (int i = 0; i < 6; i++) EXPECT_EQ(rc.warnings[size_t(i)], expect[i]);
+  c.TextML(std::string(QCanvas::TEXTML_BUFFER, 'x').c_str(), 0, 0);
+  EXPECT_EQ(rc.warnings, (std::vector<std::string>{
+                             "QCanvas::SetColor(12) unknown PX_xxx\n", "QCanvas:Text(); no font selected\n",
+                             "QCanvas:Text3D(); no font selected\n", "QCanvas::Shade obsolete call\n",
+                             "Canvas:Line not supported for X\n", "QCanvas::Blit() not implemented for USEX\n",
+                             "QCanvas:Outline not support for ISX\n", "QCanvas::TextML(); text>temp buffer\n"}));
   EXPECT_EQ(c.GetColor(), QColor(139, 201, 219, 255));  // Outline still sets its colour
-}
-
-TEST(QCanvasState, PackedColourUnpacksRedFirst) {
-  QCanvas c;
-  c.SetColor(QColor(0x11223344u));
-  EXPECT_EQ(c.GetColor().GetR(), 0x11);
-  EXPECT_EQ(c.GetColor().GetG(), 0x22);
-  EXPECT_EQ(c.GetColor().GetB(), 0x33);
-  EXPECT_EQ(c.GetColor().GetA(), 0x44);
-}
-
-TEST(QCanvasState, CoordinateRule) {
-  QCanvas c;
-  c.SetTargetSize(640, 480);
-  EXPECT_EQ(c.MapX(0), 0);
-  EXPECT_EQ(c.MapY(0), 479);
-  c.SetOffset(10, 20);
-  EXPECT_EQ(c.MapX(5), 15);
-  EXPECT_EQ(c.MapY(5), 480 - 25 - 1);
-}
-
-TEST(QCanvasState, TextMlRefusesOversizedText) {
-  ReportCapture rc;
-  QCanvas c;  // no font: the refusal comes before any drawing
-  std::string big(QCanvas::TEXTML_BUFFER, 'x');
-  c.TextML(big.c_str(), 0, 0);
-  ASSERT_EQ(rc.warnings.size(), 1u);
-  EXPECT_EQ(rc.warnings[0], "QCanvas::TextML(); text>temp buffer\n");
 }
 
 using QCanvasPixels = GLTest;
 
-TEST_F(QCanvasPixels, OpaquePaletteColours) {
-  for (unsigned code = 0; code < 12; code++) {
-    cv.SetBlending(QCANVAS_BLEND_OFF);
+TEST_F(QCanvasPixels, PaletteColoursGreenFallbackAndTranslucentTeal) {
+  for (unsigned code = 0; code <= 12; code++) {
     cv.SetColor(code, 255);
     cv.SetBlending(QCANVAS_BLEND_OFF);
     cv.Rectfill(int(code) * 20, 0, 20, 20);
     const PaletteRow *row = nullptr;
     for (const PaletteRow &r : PALETTE_ROWS)
       if (r.code == code && (r.alpha == -1 || r.alpha == 255)) row = &r;
-    ASSERT_NE(row, nullptr);
     EXPECT_PIXEL(Pixel(int(code) * 20 + 10, 10), row->r, row->g, row->b, 1);
   }
+  cv.SetColor(QCANVAS_PX_TEAL_ALPHA);  // alpha 128, blending on, over black
+  cv.Rectfill(0, 30, 10, 10);
+  EXPECT_PIXEL(Pixel(5, 35), 68 * 128 / 255, 126 * 128 / 255, 142 * 128 / 255, 2);
 }
 
-TEST_F(QCanvasPixels, TranslucentTealBlendsOverBlack) {
-  cv.SetColor(QCANVAS_PX_TEAL_ALPHA);  // alpha 128, blending on
-  cv.Rectfill(0, 0, 10, 10);
-  EXPECT_PIXEL(Pixel(5, 5), 68 * 128 / 255, 126 * 128 / 255, 142 * 128 / 255, 2);
-}
-
-TEST_F(QCanvasPixels, UnknownCodeDrawsGreen) {
-  cv.SetColor(12u);
-  cv.Rectfill(0, 0, 4, 4);
-  EXPECT_PIXEL(Pixel(1, 1), 0, 255, 0, 0);
-}
-
-TEST_F(QCanvasPixels, YAxisPointsDown) {
+TEST_F(QCanvasPixels, YAxisPointsDownAndRectfillCoversExactlyItsPixels) {
   cv.SetColor(QCANVAS_PX_WHITE);
   cv.Point(0, 0);
-  EXPECT_PIXEL(Pixel(0, 0), 255, 255, 255, 0);
   unsigned char p[4];
   glReadPixels(0, H - 1, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, p);  // OpenGL row H-1 is the top
   EXPECT_EQ(p[0], 255);
   EXPECT_PIXEL(Pixel(0, 1), 0, 0, 0, 0);
   EXPECT_PIXEL(Pixel(1, 0), 0, 0, 0, 0);
-}
-
-TEST_F(QCanvasPixels, RectfillCoversExactlyItsPixels) {
   cv.SetColor(QCANVAS_PX_RED);
-  cv.Rectfill(10, 20, 5, 3);
-  EXPECT_PIXEL(Pixel(10, 20), 255, 0, 0, 0);
-  EXPECT_PIXEL(Pixel(14, 22), 255, 0, 0, 0);
-  EXPECT_PIXEL(Pixel(9, 20), 0, 0, 0, 0);
-  EXPECT_PIXEL(Pixel(15, 20), 0, 0, 0, 0);
-  EXPECT_PIXEL(Pixel(10, 19), 0, 0, 0, 0);
-  EXPECT_PIXEL(Pixel(10, 23), 0, 0, 0, 0);
-}
-
-TEST_F(QCanvasPixels, OffsetMovesEverything) {
-  cv.SetOffset(100, 50);
-  cv.SetColor(QCANVAS_PX_WHITE);
-  cv.Point(3, 4);
+  cv.SetOffset(5, 10);
+  cv.Rectfill(5, 10, 5, 3);
   cv.SetOffset(0, 0);
-  EXPECT_PIXEL(Pixel(103, 54), 255, 255, 255, 0);
+  for (auto [x, y] : {std::pair{10, 20}, {14, 22}}) EXPECT_PIXEL(Pixel(x, y), 255, 0, 0, 0);
+  for (auto [x, y] : {std::pair{9, 20}, {15, 20}, {10, 19}, {10, 23}}) EXPECT_PIXEL(Pixel(x, y), 0, 0, 0, 0);
+  unsigned char img[2 * 2 * 4] = {255, 0, 0, 255, 0, 255, 0, 255,  // top row: red, green
+                                  0, 0, 255, 255, 255, 255, 255, 255};
+  cv.DrawPixels(img, 2, 2, 40, 40);
+  EXPECT_PIXEL(Pixel(40, 40), 255, 0, 0, 0);
+  EXPECT_PIXEL(Pixel(41, 40), 0, 255, 0, 0);
+  EXPECT_PIXEL(Pixel(40, 41), 0, 0, 255, 0);
 }
 
 TEST_F(QCanvasPixels, OutlineAlwaysUsesPaleBlue) {
   cv.SetColor(QCANVAS_PX_RED);
   cv.Outline(QRect(20, 20, 30, 10));
-  EXPECT_EQ(cv.GetColor(), QColor(139, 201, 219, 255));  // and it stays current
   EXPECT_PIXEL(Pixel(20, 20), 139, 201, 219, 0);
   EXPECT_PIXEL(Pixel(49, 29), 139, 201, 219, 0);
   EXPECT_PIXEL(Pixel(35, 25), 0, 0, 0, 0);  // a frame, not a fill
@@ -166,19 +114,9 @@ TEST_F(QCanvasPixels, LineShadesBetweenEndColours) {
   EXPECT_PIXEL(Pixel(0, 10), 255, 0, 0, 3);
   EXPECT_PIXEL(Pixel(100, 10), 128, 0, 128, 4);
   EXPECT_PIXEL(Pixel(200, 10), 0, 0, 255, 3);  // the last pixel is drawn too
-  // Without end colours the current colour is used throughout.
-  cv.Line(0, 30, 50, 30);
+  cv.Line(0, 30, 50, 30);  // without end colours: the current colour
   EXPECT_PIXEL(Pixel(25, 30), 255, 255, 255, 0);
   EXPECT_PIXEL(Pixel(25, 31), 0, 0, 0, 0);
-}
-
-TEST_F(QCanvasPixels, TriangleFillsItsBox) {
-  cv.SetColor(QCANVAS_PX_WHITE);
-  // The play-symbol triangle of a 40x20 button at (0, 0): box (10, 5) 20x10.
-  cv.Triangle(10, 5, 30, 10, 10, 15);
-  EXPECT_PIXEL(Pixel(12, 10), 255, 255, 255, 0);
-  EXPECT_PIXEL(Pixel(28, 6), 0, 0, 0, 0);
-  EXPECT_PIXEL(Pixel(9, 10), 0, 0, 0, 0);
 }
 
 TEST_F(QCanvasPixels, OpenGLChecksReportAfterPrimitives) {
@@ -186,7 +124,7 @@ TEST_F(QCanvasPixels, OpenGLChecksReportAfterPrimitives) {
   }
   unsigned saved = qGetDevFlags();
   ReportCapture rc;
-  glEnable(0xFFFF);  // an error left behind by someone
+  glEnable(0xFFFF);         // an error left behind by someone
   cv.Rectfill(0, 0, 2, 2);  // checks off: nothing said
   EXPECT_TRUE(rc.errors.empty());
   qSetDevFlags(saved | QDEV_OPENGL_CHECKS);
@@ -197,15 +135,6 @@ TEST_F(QCanvasPixels, OpenGLChecksReportAfterPrimitives) {
   EXPECT_EQ(rc.errors[0].rfind("QCanvas::Rectfill: OpenGL error (1280): ", 0), 0u) << rc.errors[0];
   while (glGetError() != GL_NO_ERROR) {
   }
-}
-
-TEST_F(QCanvasPixels, DrawPixelsTopRowFirst) {
-  unsigned char img[2 * 2 * 4] = {255, 0, 0, 255, 0, 255, 0, 255,  // top: red, green
-                                  0, 0, 255, 255, 255, 255, 255, 255};
-  cv.DrawPixels(img, 2, 2, 40, 40);
-  EXPECT_PIXEL(Pixel(40, 40), 255, 0, 0, 0);
-  EXPECT_PIXEL(Pixel(41, 40), 0, 255, 0, 0);
-  EXPECT_PIXEL(Pixel(40, 41), 0, 0, 255, 0);
 }
 
 }  // namespace
