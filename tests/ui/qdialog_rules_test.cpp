@@ -3,6 +3,8 @@
 // file in a real settings file.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "base/qinfo.h"
 #include "tests/ui/dialog_fixture.h"
 #include "ui/qfilebrowse.h"
@@ -11,39 +13,24 @@
 
 namespace {
 
-TEST(QDlgFile, SaveModeFromTitle) {
-  struct Row {
-    const char *title;
-    bool save;
-  };
-  const Row rows[] = {{"Export table", true}, {"Save car", true}, {"Open car", false},
-                      {"Import TIR file", false}, {"export", true}, {"SAVE", false}, {"", false}};
-  for (const Row &r : rows) EXPECT_EQ(QDlgFileIsSave(r.title), r.save) << r.title;
-}
-
-TEST(QDlgFile, FilterChoices) {
+TEST(QDlgFile, SaveModeFiltersAndMatching) {
+  const std::pair<const char *, bool> titles[] = {{"Export table", true}, {"Save car", true},  {"Open car", false},
+                                                  {"Import TIR", false},  {"export", true},    {"SAVE", false}};
+  for (const auto &[title, save] : titles) EXPECT_EQ(QDlgFileIsSave(title), save) << title;
   auto tir = QDlgFileFilters("*.tir");
   ASSERT_EQ(tir.size(), 2u);
-  EXPECT_EQ(tir[0].label + tir[0].pattern, "TIR files (*.tir)*.tir");
-  EXPECT_EQ(tir[1].label + tir[1].pattern, "All files (*.*)*.*");
+  EXPECT_EQ(tir[0].label + tir[0].pattern + tir[1].label + tir[1].pattern, "TIR files (*.tir)*.tirAll files (*.*)*.*");
   for (const char *other : {"tir", "", "*", "x*.tir"}) {
     auto all = QDlgFileFilters(other);
     ASSERT_EQ(all.size(), 1u) << other;
     EXPECT_EQ(all[0].label, "All Files (*.*)") << other;
   }
+  const std::tuple<const char *, const char *, bool> names[] = {
+      {"*.tir", "front.tir", true},   {"*.tir", "FRONT.TIR", true}, {"*.tir", ".tir", false},
+      {"*.tir", "front.tire", false}, {"*.tir", "fronttir", false}, {"*.*", "anything", true},
+      {"*", "x", true},               {"car.ini", "car.ini", true}, {"car.ini", "car.inx", false}};
+  for (const auto &[pattern, name, match] : names) EXPECT_EQ(QDlgFileMatches(pattern, name), match) << name;
 }
-
-TEST(QDlgFile, Matching) {
-  struct Row {
-    const char *pattern, *name;
-    bool match;
-  };
-  const Row rows[] = {{"*.tir", "front.tir", true}, {"*.tir", "FRONT.TIR", true}, {"*.tir", ".tir", false},
-                      {"*.tir", "front.tire", false}, {"*.tir", "fronttir", false}, {"*.*", "anything", true},
-                      {"*", "x", true}, {"car.ini", "car.ini", true}, {"car.ini", "car.inx", false}};
-  for (const Row &r : rows) EXPECT_EQ(QDlgFileMatches(r.pattern, r.name), r.match) << r.pattern << " " << r.name;
-}
-
 
 std::vector<std::string> Names(const std::vector<QBrowseEntry> &v) {
   std::vector<std::string> out;
@@ -81,25 +68,19 @@ TEST(QBrowse, ListingAndPicks) {
   std::filesystem::remove_all(dir);
 }
 
-TEST(QDlgFileSettings, RecallAndRemember) {
+TEST(QDlgFileSettings, RecallAndUnwritable) {
   std::filesystem::path dir = FreshDir("qfiledlg");
   std::string ini = (dir / "settings.ini").string();
   std::ofstream(ini) << "qfiledlg\n{\n  car\n  {\n    dir=/stored\n    file=a.ini\n    filter=*.ini\n"
                         "    x=40\n    y=50\n  }\n}\n";
-  {
-    QInfo info(ini.c_str());
-    QDlgFileMemory m = QDlgFileRecall(&info, "car", nullptr);
-    EXPECT_EQ(m.dir + " " + m.file + " " + m.filter, "/stored a.ini *.ini");
-    EXPECT_EQ(m.x * 1000 + m.y, 40050);
-    EXPECT_EQ(QDlgFileRecall(&info, "car", "").dir, "/stored");
-    EXPECT_EQ(QDlgFileRecall(&info, "car", "/given").dir, "/given");  // the caller's folder wins
-    QDlgFileMemory none = QDlgFileRecall(&info, "tir", nullptr);
-    EXPECT_EQ(none.dir + none.file + none.filter, "");
-    ASSERT_TRUE(QDlgFileRemember(&info, "tir", "/data/tyres", "front.tir"));
-  }
-  QInfo again(ini.c_str());
-  QDlgFileMemory m = QDlgFileRecall(&again, "tir", nullptr);
-  EXPECT_EQ(m.dir + " " + m.file + " " + m.filter, "/data/tyres front.tir ");
+  QInfo info(ini.c_str());
+  QDlgFileMemory m = QDlgFileRecall(&info, "car", nullptr);
+  EXPECT_EQ(m.dir + " " + m.file + " " + m.filter, "/stored a.ini *.ini");
+  EXPECT_EQ(m.x * 1000 + m.y, 40050);
+  EXPECT_EQ(QDlgFileRecall(&info, "car", "").dir, "/stored");
+  EXPECT_EQ(QDlgFileRecall(&info, "car", "/given").dir, "/given");  // the caller's folder wins
+  QDlgFileMemory none = QDlgFileRecall(&info, "tir", nullptr);
+  EXPECT_EQ(none.dir + none.file + none.filter, "");
   QInfo unwritable((ini + "/settings.ini").c_str(), QINFO_SILENT);  // under a file: never writable
   EXPECT_FALSE(QDlgFileRemember(&unwritable, "tir", "/x", "y.tir"));
   std::filesystem::remove_all(dir);

