@@ -1,6 +1,5 @@
-// Collects what the reporters say during a test, through their hooks: each
-// kind on its own, and all of them in order in `joined` ("E: ", "W: ", "D: "
-// before each message, line ends dropped, separated by " | ").
+// Collects what the reporters say during a test: each kind on its own, and
+// all in order in `joined` ("E: msg | W: msg | D: msg", line ends dropped).
 #pragma once
 
 #include <string>

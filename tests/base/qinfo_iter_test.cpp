@@ -44,8 +44,7 @@ TEST_F(InfoTest, SortOrdersEveryLevelAndLeavesCommentsInPlace) {
   info->SetFlags(0);
   // The progress lines go to the debug output.
   EXPECT_EQ(cap.debug.rfind("Sort level (root)\n", 0), 0u) << cap.debug;
-  for (const char *line : {"\nSwap!\n", "\nRun again\n", "\nCmp c - b [", "\nNew root child "})
-    EXPECT_NE(cap.debug.find(line), std::string::npos) << line;
+  EXPECT_NE(cap.debug.find("\nSwap!\n"), std::string::npos) << cap.debug;
 }
 
 TEST_F(InfoTest, DbgPrintDumpsTheTreeOrItsUnusedKeys) {

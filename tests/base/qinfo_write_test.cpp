@@ -44,8 +44,6 @@ class WriteTest : public InfoTest {
   QInfoQuestion old_;
 };
 
-// ---- Golden files -------------------------------------------------------------------
-
 struct GoldenCase {
   const char *input, *expected;
   bool change;
@@ -97,39 +95,20 @@ INSTANTIATE_TEST_SUITE_P(Files, Golden, testing::ValuesIn(kGolden), [](const aut
   return n.substr(0, n.find('.'));
 });
 
-// ---- Setters -------------------------------------------------------------------------
-
-TEST_F(WriteTest, SetFailsOnGroupsAndThroughKeys) {
+TEST_F(WriteTest, SettersFailOnGroupsAndThroughKeysAndFormatNumbers) {
   auto info = ReadText("a\n{\nb=1\n}\n");
   for (const char *key : {"a", "a.b.c", "", "..", static_cast<const char *>(nullptr)})
     EXPECT_FALSE(info->SetString(key, "v")) << (key ? key : "null");
   EXPECT_FALSE(info->GetFlags() & QINFO_MODIFIED);
   EXPECT_EQ(Dump(*info), "a{b=1}");
-}
-
-TEST_F(WriteTest, SettersFormatNumbers) {
-  QInfo info("n.ini", QINFO_NO_READ);
   const float v[3] = {1.0f, 2.5f, -0.125f};
-  EXPECT_TRUE(info.SetInt("i", -42));
-  EXPECT_TRUE(info.SetFloat("f", 1.5f));
-  EXPECT_TRUE(info.SetFloats("fs", v, 3));
-  EXPECT_TRUE(info.SetFloats("none", v, 0));
-  EXPECT_TRUE(info.SetString("s", qstring("txt")));
-  EXPECT_EQ(Dump(info), "i=-42 f=1.500000 fs=1.000000 2.500000 -0.125000 none= s=txt");
-  EXPECT_EQ(info.GetInt("i", 0), -42);  // setters' keys are found by the walk
-  info.SetFlags(0);
-}
-
-TEST_F(WriteTest, SameTextLeavesTreeUnmodifiedAndDestructorWritesNothing) {
-  WriteFile("t.ini", "a=1\n");
-  Touch("t.ini", -100);
-  auto before = std::filesystem::last_write_time("t.ini");
-  {
-    QInfo info("t.ini");
-    EXPECT_TRUE(info.SetString("a", "1"));
-    EXPECT_FALSE(info.GetFlags() & QINFO_MODIFIED);
-  }
-  EXPECT_EQ(std::filesystem::last_write_time("t.ini"), before);
+  EXPECT_TRUE(info->SetInt("i", -42));
+  EXPECT_TRUE(info->SetFloat("f", 1.5f));
+  EXPECT_TRUE(info->SetFloats("fs", v, 3));
+  EXPECT_TRUE(info->SetFloats("none", v, 0));
+  EXPECT_EQ(Dump(*info), "a{b=1} i=-42 f=1.500000 fs=1.000000 2.500000 -0.125000 none=");
+  EXPECT_EQ(info->GetInt("i", 0), -42);  // setters' keys are found by the walk
+  info->SetFlags(0);
 }
 
 TEST_F(WriteTest, DeletedKeyIsNotWrittenButStillFoundAndSetMakesANewOne) {
@@ -174,99 +153,87 @@ TEST_F(WriteTest, RootGroupsEmptyGroupsAndDeepTrees) {
   info.SetFlags(0);
 }
 
-TEST_F(WriteTest, UnknownNodeKindIsAnInternalError) {
+TEST_F(WriteTest, WriteErrors) {
   auto info = ReadText("a=1\nb=2\n");
   info->FindNode("a")->kind = 7;
   ReportCapture cap;
   ASSERT_TRUE(info->Write("out.ini", false));
   EXPECT_EQ(cap.joined, "E: QInfo:Write() internal error; unknown node type");
   EXPECT_EQ(ReadFile("out.ini"), "b=2\n");
-}
-
-TEST_F(WriteTest, FailedWriteWarnsAndKeepsTheTreeModified) {
-  auto info = Changed();
-  ReportCapture cap;
+  cap.joined.clear();
+  info->FindNode("a")->kind = NODE_KEY;
   EXPECT_FALSE(info->Write("nodir/x.ini", false));
   EXPECT_EQ(cap.joined, "W: QInfo:Write(); file (nodir/x.ini) can't be written");
   cap.joined.clear();
+  info->SetInt("a", 2);
   qfFailNextWrites(1);
   EXPECT_FALSE(info->Write());
   EXPECT_EQ(cap.joined, "W: QInfo:Write(); file (t.ini) can't be written");
-  EXPECT_TRUE(info->GetFlags() & QINFO_MODIFIED);
-  EXPECT_TRUE(info->Write());  // the next try goes through
-  EXPECT_EQ(ReadFile("t.ini"), "a=2\n");
+  EXPECT_TRUE(info->GetFlags() & QINFO_MODIFIED);  // the next try goes through
+  EXPECT_TRUE(info->Write());
+  EXPECT_EQ(ReadFile("t.ini"), "a=2\nb=2\n");
 }
 
-// ---- Write with the modification check ------------------------------------------------
-
-TEST_F(WriteTest, OwnFileIsWrittenOnlyWhenModifiedAndWithoutQuestion) {
-  auto info = ReadText("a=1\n");
-  std::filesystem::remove("t.ini");
-  EXPECT_TRUE(info->Write());
-  EXPECT_FALSE(std::filesystem::exists("t.ini"));
-  for (int v : {2, 3}) {  // the time stored by the first write is renewed
-    info->SetInt("a", v);
-    EXPECT_TRUE(info->Write());
-    EXPECT_EQ(ReadFile("t.ini"), "a=" + std::to_string(v) + "\n");
-  }
-  EXPECT_EQ(Question::asked.size(), 0u);
-}
-
-TEST_F(WriteTest, FileChangedOnDiskAsksUnlessAskIsOff) {
-  auto info = Changed();
-  Touch("t.ini", 5);
-  EXPECT_TRUE(info->Write(nullptr, false));
-  EXPECT_EQ(Question::asked.size(), 0u);
-  info->SetInt("a", 3);
-  Touch("t.ini", 5);
-  EXPECT_TRUE(info->Write());
-  ASSERT_EQ(Question::asked.size(), 1u);
-  EXPECT_EQ(Question::asked[0],
-            "File was modified: The file 't.ini' was modified - it will be overwritten; do you want to overwrite?");
-  EXPECT_EQ(ReadFile("t.ini"), "a=3\n");
-  QInfo::SetOverwriteQuestion(nullptr);  // without a handler the answer is ok
-  info->SetInt("a", 4);
-  Touch("t.ini", 5);
-  EXPECT_TRUE(info->Write());
-  EXPECT_EQ(ReadFile("t.ini"), "a=4\n");
-}
-
-TEST_F(WriteTest, CancelKeepsFileAndDestructorDoesNotAskAgain) {
+TEST_F(WriteTest, OwnFileIsWrittenOnlyWhenModified) {
   {
-    auto info = Changed();
-    WriteFile("t.ini", "edited=1\n");
-    Touch("t.ini", 5);
-    Question::reply = false;
-    EXPECT_FALSE(info->Write());
+    auto info = ReadText("a=1\n");
+    EXPECT_TRUE(info->SetString("a", "1"));  // the same text changes nothing
     EXPECT_FALSE(info->GetFlags() & QINFO_MODIFIED);
-  }
-  EXPECT_EQ(Question::asked.size(), 1u);
-  EXPECT_EQ(ReadFile("t.ini"), "edited=1\n");
-}
-
-TEST_F(WriteTest, OtherExistingFileAsksNewFileDoesNot) {
-  WriteFile("other.ini", "x=1\n");
-  Touch("other.ini", -50);
-  auto info = ReadText("a=1\n");
-  EXPECT_TRUE(info->Write("fresh.ini", true));
-  EXPECT_EQ(Question::asked.size(), 0u);
-  EXPECT_TRUE(info->Write("other.ini", true));
-  EXPECT_EQ(Question::asked.size(), 1u);
-  EXPECT_EQ(ReadFile("other.ini"), "a=1\n");
-  EXPECT_EQ(ReadFile("fresh.ini"), "a=1\n");
-}
-
-TEST_F(WriteTest, NoReadFlagSkipsTheCheckOnce) {
+    std::filesystem::remove("t.ini");
+    EXPECT_TRUE(info->Write());
+  }  // nor does the destructor write
+  EXPECT_FALSE(std::filesystem::exists("t.ini"));
   WriteFile("n.ini", "old=1\n");
-  QInfo info("n.ini", QINFO_NO_READ);
-  info.SetString("a", "1");
-  EXPECT_TRUE(info.Write());
-  EXPECT_FALSE(info.GetFlags() & QINFO_NO_READ);
+  QInfo unread("n.ini", QINFO_NO_READ);  // skips the check once
+  unread.SetString("b", "1");
+  Touch("n.ini", 5);
+  EXPECT_TRUE(unread.Write());
+  EXPECT_FALSE(unread.GetFlags() & QINFO_NO_READ);
+  EXPECT_EQ(ReadFile("n.ini"), "b=1\n");
+  unread.SetString("b", "2");  // the time stored by the write is renewed
+  EXPECT_TRUE(unread.Write());
   EXPECT_EQ(Question::asked.size(), 0u);
-  EXPECT_EQ(ReadFile("n.ini"), "a=1\n");
 }
 
-// ---- Lifetime -----------------------------------------------------------------------
+// t.ini (a=1) is read and changed to a=2, then written to `target`.
+struct AskCase {
+  const char *target;  // nullptr: t.ini itself
+  bool ask, touched, handler, reply, written;
+  size_t asked;
+};
+
+const AskCase kAsk[] = {
+    {nullptr, true, false, true, true, true, 0},       // unchanged on disk: no question
+    {nullptr, false, true, true, true, true, 0},       // without ask nothing is compared
+    {nullptr, true, true, true, true, true, 1},        // changed on disk: asked, ok
+    {nullptr, true, true, true, false, false, 1},      // cancelled: left as it is
+    {nullptr, true, true, false, true, true, 0},       // no handler: the answer is ok
+    {"other.ini", true, false, true, true, true, 1},   // another existing file
+    {"fresh.ini", true, false, true, true, true, 0},   // a new file
+};
+
+TEST_F(WriteTest, OverwriteQuestion) {
+  for (const AskCase &c : kAsk) {
+    std::string target = c.target ? c.target : "t.ini";
+    SCOPED_TRACE(target + (c.touched ? " touched" : "") + (c.handler ? "" : " no handler"));
+    Question::asked.clear();
+    Question::reply = c.reply;
+    QInfo::SetOverwriteQuestion(c.handler ? Question::Ask : nullptr);
+    WriteFile("other.ini", "x=1\n");
+    Touch("other.ini", -50);  // its time differs from the one stored for t.ini
+    std::filesystem::remove("fresh.ini");
+    {
+      auto info = Changed();
+      if (c.touched) Touch("t.ini", 5);
+      EXPECT_EQ(info->Write(c.target, c.ask), c.written);
+    }  // a question asked is not asked again by the destructor
+    ASSERT_EQ(Question::asked.size(), c.asked);
+    for (const std::string &q : Question::asked)
+      EXPECT_EQ(q, "File was modified: The file '" + target +
+                       "' was modified - it will be overwritten; do you want to overwrite?");
+    EXPECT_EQ(ReadFile(target), c.written ? "a=2\n" : "a=1\n");
+  }
+}
 
 TEST_F(WriteTest, DestructorWritesMissingFileAndAsksWhenFileChanged) {
   {
@@ -275,10 +242,10 @@ TEST_F(WriteTest, DestructorWritesMissingFileAndAsksWhenFileChanged) {
   }
   EXPECT_EQ(ReadFile("settings.ini"), "last\n{\n  car=f1\n}\n");
   EXPECT_EQ(Question::asked.size(), 0u);
+  Question::reply = false;
   {
     auto info = Changed();
     Touch("t.ini", 5);
-    Question::reply = false;
   }
   EXPECT_EQ(Question::asked.size(), 1u);
   EXPECT_EQ(ReadFile("t.ini"), "a=1\n");

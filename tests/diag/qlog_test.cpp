@@ -113,18 +113,6 @@ TEST_F(LogTest, LastFileGetsErrorsWithQuirkyLineEnds) {
   EXPECT_EQ(s.find("copied"), std::string::npos);
 }
 
-TEST_F(LogTest, MessageBoxTitles) {
-  static std::vector<std::string> seen;
-  seen.clear();
-  QMessageBoxFunc old = qSetMessageBoxHandler([](const char *text, const char *title) {
-    seen.push_back(std::string(title) + "|" + text);
-  });
-  qlogf(QLOG_ERR | QLOG_MSGBOX | QLOG_NO_STDERR, nullptr, "disk full\n");
-  qlogf(QLOG_FATAL | QLOG_MSGBOX | QLOG_NO_STDERR, nullptr, "gone");
-  qSetMessageBoxHandler(old);
-  EXPECT_EQ(seen, (std::vector<std::string>{"Error|disk full", "Fatal error - the program will exit|gone"}));
-}
-
 TEST_F(LogTest, ReportersFollowTheLogMask) {
   testing::internal::CaptureStderr();
   qerr("kpacejka", "KPacejka::Load", 12, "no newline");
@@ -149,18 +137,25 @@ TEST_F(LogTest, ReportersFollowTheLogMask) {
   EXPECT_EQ(l[5], "(INFO ): [-] plain 6% [%s]");
 }
 
-TEST_F(LogTest, HooksReplaceDefaultOutput) {
-  static std::string got;
+TEST_F(LogTest, HooksReplaceDefaultOutputAndMessageBoxesHaveTitles) {
+  static std::vector<std::string> got;
   got.clear();
   QReportHook prev = qSetErrorHook([](const char *prefix, const char *msg) {
-    got = std::string(prefix) + "|" + msg;
+    got.push_back(std::string(prefix) + "|" + msg);
     return 0;
   });
   EXPECT_EQ(prev, nullptr);
   qerr("qinfo", "QInfo::Write", 99, "x=%d", 3);
-  EXPECT_EQ(got, "ERR,qinfo:99,QInfo::Write|x=3\n");
   EXPECT_NE(qSetErrorHook(prev), nullptr);
   EXPECT_FALSE(fs::exists("QLOG.txt"));  // the hook took it all
+  QMessageBoxFunc old = qSetMessageBoxHandler([](const char *text, const char *title) {
+    got.push_back(std::string(title) + "|" + text);
+  });
+  qlogf(QLOG_ERR | QLOG_MSGBOX | QLOG_NO_STDERR, nullptr, "disk full\n");
+  qlogf(QLOG_FATAL | QLOG_MSGBOX | QLOG_NO_STDERR, nullptr, "gone");
+  qSetMessageBoxHandler(old);
+  EXPECT_EQ(got, (std::vector<std::string>{"ERR,qinfo:99,QInfo::Write|x=3\n", "Error|disk full",
+                                           "Fatal error - the program will exit|gone"}));
 }
 
 TEST_F(LogTest, UdpChannelSendsLines) {
