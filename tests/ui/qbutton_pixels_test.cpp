@@ -67,8 +67,7 @@ TEST_F(QButtonPixels, PlayTriangleFillsItsBox) {
   EXPECT_EQ(ink.y + ink.hgt, 15);
   EXPECT_GE(ink.x + ink.wid, 28);  // the point thins out at x = 30
   EXPECT_LE(ink.x + ink.wid, 30);
-  EXPECT_PIXEL(Pixel(10, 14), g, g, g, 3);  // bottom-left
-  EXPECT_PIXEL(Pixel(26, 9), g, g, g, 3);   // near the point
+  EXPECT_PIXEL(Pixel(26, 9), g, g, g, 3);  // near the point
   Rgba face = Pixel(20, 3);
   EXPECT_FALSE(Near(face, g, g, g, 60)) << "the symbol must stand out from the face";
   EXPECT_PIXEL(Pixel(26, 6), face.r, face.g, face.b, 3);  // above the slope
@@ -97,24 +96,6 @@ TEST_F(QButtonPixels, EverySymbolStaysInItsBoxAndPointsItsWay) {
     EXPECT_TRUE(Near(Pixel(r.heavyX, r.heavyY), g, g, g, 3)) << r.text;
     EXPECT_FALSE(Near(Pixel(r.emptyX, r.emptyY), g, g, g, 3)) << r.text;
   }
-}
-
-TEST_F(QButtonPixels, PressedAndDisabledLooks) {
-  QButton b(nullptr, 40, 40, 80, 30, "OK");
-  b.Paint(&cv);
-  Rgba idle = Pixel(44, 60);
-  QEvent press;
-  press.type = QEVENT_BUTTONPRESS;
-  press.n = QMB_LEFT;
-  press.x = 50;
-  press.y = 50;
-  b.OnEvent(&press);
-  b.Paint(&cv);
-  EXPECT_FALSE(Near(Pixel(44, 60), idle.r, idle.g, idle.b, 10)) << "pressed face looks idle";
-  b.Disable();
-  b.Paint(&cv);
-  EXPECT_FALSE(Near(Pixel(44, 60), idle.r, idle.g, idle.b, 6)) << "disabled face looks enabled";
-  EXPECT_GT(b.GetShade(), 100) << "disabled text must be pale";
 }
 
 TEST_F(QButtonPixels, PropPositionOutsideTheRangeIsDrawnAtTheEnd) {

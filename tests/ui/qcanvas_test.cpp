@@ -102,9 +102,6 @@ TEST_F(QCanvasPixels, OutlineAlwaysUsesPaleBlue) {
   EXPECT_PIXEL(Pixel(20, 20), 139, 201, 219, 0);
   EXPECT_PIXEL(Pixel(49, 29), 139, 201, 219, 0);
   EXPECT_PIXEL(Pixel(35, 25), 0, 0, 0, 0);  // a frame, not a fill
-  cv.SetColor(QCANVAS_PX_BLACK);
-  cv.Inline(QRect(60, 20, 10, 10));
-  EXPECT_PIXEL(Pixel(60, 25), 139, 201, 219, 0);
 }
 
 TEST_F(QCanvasPixels, LineShadesBetweenEndColours) {

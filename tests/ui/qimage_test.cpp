@@ -20,66 +20,49 @@ std::string TempPath(const char *name) {
   return (std::filesystem::temp_directory_path() / (std::to_string(getpid()) + "_" + name)).string();
 }
 
-// An image with long runs, short runs and noise, so both RLE packet kinds occur.
+// Long runs, short runs and noise, so both RLE packet kinds occur.
 QImage TestImage(int w, int h) {
   QImage img(w, h);
   std::mt19937 rng(7);
-  for (int y = 0; y < h; y++) {
+  for (int y = 0; y < h; y++)
     for (int x = 0; x < w; x++) {
-      uint8_t *p = img.PixelAt(x, y);
       bool run = (y % 3) == 0 || x < w / 3;
-      uint8_t v = run ? uint8_t(y * 10) : uint8_t(rng());
+      uint8_t *p = img.PixelAt(x, y), v = run ? uint8_t(y * 10) : uint8_t(rng());
       p[0] = v;
       p[1] = uint8_t(run ? 200 : rng());
       p[2] = uint8_t(x == w - 1 ? 255 : v / 2);
       p[3] = uint8_t(run ? 255 : rng());
     }
-  }
   return img;
 }
 
-TEST(QTga, RoundTripEveryFormat) {
-  struct Row {
-    int format;
-    bool rle;
-    const char *name;
-  };
-  const Row rows[] = {
-      {QTGA_RGBA, false, "rgba"}, {QTGA_RGBA, true, "rgba_rle"}, {QTGA_RGB, false, "rgb"},
-      {QTGA_RGB, true, "rgb_rle"}, {QTGA_GREY, false, "grey"},   {QTGA_GREY, true, "grey_rle"},
-  };
-  // 300 wide: rows longer than one 128-pixel packet.
-  QImage src = TestImage(300, 7);
-  for (const Row &r : rows) {
-    std::string path = TempPath(r.name) + ".tga";
-    ASSERT_TRUE(QTgaWrite(path.c_str(), src, r.format, r.rle)) << r.name;
-    QImage back;
-    ASSERT_TRUE(QTgaRead(path.c_str(), back)) << r.name;
-    ASSERT_EQ(back.GetWidth() * back.GetHeight(), 300 * 7);
-    int mismatches = 0;
-    for (int y = 0; y < 7; y++) {
-      for (int x = 0; x < 300; x++) {
-        const uint8_t *a = src.PixelAt(x, y), *b = back.PixelAt(x, y);
-        uint8_t expect[4] = {a[0], a[1], a[2], a[3]};
-        if (r.format == QTGA_GREY) expect[1] = expect[2] = a[0];
-        if (r.format != QTGA_RGBA) expect[3] = 255;
-        if (memcmp(expect, b, 4) != 0) mismatches++;
-      }
+TEST(QTga, RoundTripEveryFormatRawAndRle) {
+  const int formats[] = {QTGA_RGBA, QTGA_RGB, QTGA_GREY};
+  QImage src = TestImage(300, 7);  // rows longer than one 128-pixel packet
+  std::string path = TempPath("round.tga");
+  for (int format : formats)
+    for (bool rle : {false, true}) {
+      ASSERT_TRUE(QTgaWrite(path.c_str(), src, format, rle)) << format << rle;
+      QImage back;
+      ASSERT_TRUE(QTgaRead(path.c_str(), back)) << format << rle;
+      ASSERT_EQ(back.GetWidth() * back.GetHeight(), 300 * 7);
+      int mismatches = 0;
+      for (int y = 0; y < 7; y++)
+        for (int x = 0; x < 300; x++) {
+          const uint8_t *a = src.PixelAt(x, y), *b = back.PixelAt(x, y);
+          uint8_t expect[4] = {a[0], a[1], a[2], a[3]};
+          if (format == QTGA_GREY) expect[1] = expect[2] = a[0];
+          if (format != QTGA_RGBA) expect[3] = 255;
+          mismatches += memcmp(expect, b, 4) != 0;
+        }
+      EXPECT_EQ(mismatches, 0) << format << rle;
     }
-    EXPECT_EQ(mismatches, 0) << r.name;
-    std::filesystem::remove(path);
-  }
-}
-
-TEST(QTga, RleIsSmallerForFlatImages) {
   QImage flat(64, 64);
-  std::string raw = TempPath("flat.tga"), rle = TempPath("flat_rle.tga");
-  ASSERT_TRUE(QTgaWrite(raw.c_str(), flat, QTGA_RGBA, false));
-  ASSERT_TRUE(QTgaWrite(rle.c_str(), flat, QTGA_RGBA, true));
-  EXPECT_EQ(std::filesystem::file_size(raw), 18u + 64u * 64u * 4u);
-  EXPECT_EQ(std::filesystem::file_size(rle), 18u + 64u * 5u);  // one 64-pixel run per row
-  std::filesystem::remove(raw);
-  std::filesystem::remove(rle);
+  ASSERT_TRUE(QTgaWrite(path.c_str(), flat, QTGA_RGBA, false));
+  EXPECT_EQ(std::filesystem::file_size(path), 18u + 64u * 64u * 4u);
+  ASSERT_TRUE(QTgaWrite(path.c_str(), flat, QTGA_RGBA, true));
+  EXPECT_EQ(std::filesystem::file_size(path), 18u + 64u * 5u);  // one 64-pixel run per row
+  std::filesystem::remove(path);
 }
 
 // A hand-made bottom-up, 24-bit file with an image id field.
