@@ -117,20 +117,12 @@ TEST_F(LoadTest, ImportFileJoinsTheConfigurationFolder) {
   EXPECT_NE(cap.warnings.find(dir + "/cars/y/nothere.tir"), std::string::npos) << cap.warnings;
   EXPECT_EQ(t.model, 1);
   EXPECT_FLOAT_EQ(t.pdx1, 1.1f);
-}
-
-TEST_F(LoadTest, ImportFileBesideABareConfigurationName) {
-  Write("t.tir", kSmallTir);
-  Write("car.ini", "wheel0\n{\n  pacejka\n  {\n    import_file=t.tir\n  }\n}\n");
-  const auto old = std::filesystem::current_path();
-  std::filesystem::current_path(dir);
-  {
-    QInfo info("car.ini");
-    ReportCapture cap;
-    KPacejka t;
-    t.Load(&info, "wheel0.pacejka");
-    EXPECT_NE(cap.debug.find("KPacejka:LoadFromTIRFile(./t.tir)"), std::string::npos) << cap.debug;
-    EXPECT_EQ(t.model, KPacejka::MF61);
-  }
+  Write("cars/x/bare.ini", "wheel0\n{\n  pacejka\n  {\n    import_file=tyre.tir\n  }\n}\n");
+  const auto old = std::filesystem::current_path();  // a configuration named without a folder
+  std::filesystem::current_path(dir + "/cars/x");
+  cap.debug.clear();
+  t.Load(std::make_unique<QInfo>("bare.ini").get(), "wheel0.pacejka");
   std::filesystem::current_path(old);
+  EXPECT_EQ(cap.debug, "KPacejka:LoadFromTIRFile(./tyre.tir)\n");
+  EXPECT_EQ(t.model, KPacejka::MF61);
 }
