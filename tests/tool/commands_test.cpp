@@ -20,7 +20,7 @@ class CommandsTest : public ToolWindowTest {
 
 }  // namespace
 
-TEST_F(CommandsTest, EnterNumericallySetsTheTypedValue) {
+TEST_F(CommandsTest, EnterNumericallySetsTheTypedValueAndNoNumberAsZero) {
   PanelCoefficientRadio(2);  // b2, 0 .. 3000
   ScriptEntry("1500");
   ASSERT_TRUE(PanelEnterNumerically());
@@ -31,18 +31,15 @@ TEST_F(CommandsTest, EnterNumericallySetsTheTypedValue) {
   ScriptEntry("99", QK_ESC);
   EXPECT_FALSE(PanelEnterNumerically());
   EXPECT_EQ(Tyre(CURVE_FX, 0)->b2, 1500.0f);
-  EXPECT_FALSE(stuck);
-}
-
-TEST_F(CommandsTest, EnterNumericallyReadsTextThatIsNoNumberAsZero) {
+  // Text that is no finite number reads as 0.
   EXPECT_FLOAT_EQ(PanelParseValue("-2.5e1"), -25.0f);
   EXPECT_FLOAT_EQ(PanelParseValue(" 7x"), 7.0f);
   for (const char *text : {"abc", "nan", "-inf", "infinity", "1e39"}) EXPECT_EQ(PanelParseValue(text), 0.0f) << text;
-  PanelCoefficientRadio(2);
   ScriptEntry("abc");
   ASSERT_TRUE(PanelEnterNumerically());
   for (Graph *g : session.graphs) EXPECT_EQ(g->GetCurrentTyre()->b2, 0.0f);
   EXPECT_STREQ(panel.value->GetCaption(), "0.0000");
+  EXPECT_FALSE(stuck);
 }
 
 TEST_F(CommandsTest, ExportAsciiThroughItsDialogsWritesTheGoldenTable) {
@@ -53,17 +50,13 @@ TEST_F(CommandsTest, ExportAsciiThroughItsDialogsWritesTheGoldenTable) {
   // A maximum not above 0 asks again; the second answer keeps "2.00".
   ScriptEntry("0");
   qpsKeyTap(QK_ENTER);
-  qpsType(path.c_str());
-  qpsKeyTap(QK_ENTER);
+  ScriptEntry(path.c_str());
   qpsKeyTap(QK_ENTER);  // closes the viewer
   ASSERT_TRUE(CommandExportAscii());
   EXPECT_FALSE(stuck);
   EXPECT_LE(qpsPendingCount(), 1);  // at most the last Enter's release
   ExpectGolden("touring_ascii_134_2.txt", ReadFileBytes(path));
-  // Cancelled at the file: nothing written.
-  qpsKeyTap(QK_ENTER);
-  qpsKeyTap(QK_ENTER);
-  qpsKeyTap(QK_ESC);
+  for (int key : {QK_ENTER, QK_ENTER, QK_ESC}) qpsKeyTap(key);  // cancelled at the file
   EXPECT_FALSE(CommandExportAscii());
   EXPECT_FALSE(stuck);
 }
@@ -71,8 +64,7 @@ TEST_F(CommandsTest, ExportAsciiThroughItsDialogsWritesTheGoldenTable) {
 TEST_F(CommandsTest, ExportCarIniUsesThePeaksOfTheLastFrame) {
   for (Graph *g : session.graphs) g->Sample();
   std::string path = dir.root + "/carini.txt";
-  qpsType(path.c_str());
-  qpsKeyTap(QK_ENTER);
+  ScriptEntry(path.c_str());
   qpsKeyTap(QK_ENTER);
   ASSERT_TRUE(CommandExportCarIni());
   ExpectGolden("touring_carini.txt", ReadFileBytes(path));
@@ -110,15 +102,12 @@ TEST_F(CommandsTest, RevertAsksAndReloadsTheCar) {
   qpsKeyTap(QK_ENTER);  // Yes
   EXPECT_TRUE(CommandRevert());
   EXPECT_FALSE(stuck);
-  for (Graph *g : session.graphs) {
-    for (int w = 0; w < CAR_WHEELS; w++) {
-      EXPECT_EQ(g->GetTyre(w)->model, 0);
-      // The reloaded tyres stand at the panel's operating point.
-      EXPECT_FLOAT_EQ(g->GetTyre(w)->Fz, 2.5f);
-      EXPECT_NEAR(g->GetTyre(w)->GetCamber(), 5.0f / CURVE_RAD2DEG, 1e-6);
-    }
-    EXPECT_EQ(g->GetTyre(0)->b2, b2);
-    EXPECT_EQ(g->GetTyre(1)->b2, 2000.0f);
+  // Every tyre reloaded, at the panel's operating point.
+  for (int i = 0; i < CURVE_COUNT * CAR_WHEELS; i++) {
+    KPacejka *t = Tyre(i / CAR_WHEELS, i % CAR_WHEELS);
+    EXPECT_TRUE(t->model == 0 && t->b2 == (i % CAR_WHEELS == 1 ? 2000.0f : b2)) << i;
+    EXPECT_FLOAT_EQ(t->Fz, 2.5f);
+    EXPECT_NEAR(t->GetCamber(), 5.0f / CURVE_RAD2DEG, 1e-6);
   }
   EXPECT_STREQ(panel.coeff[0]->GetText(), "b0");
   // The value slider keeps showing the edit until the next selection.
@@ -129,12 +118,10 @@ TEST_F(CommandsTest, OpenTireImportsIntoEveryTyreAndResetsTheControls) {
   PanelFocus(2);
   PanelOpMoved(OP_LOAD, 200);
   std::string tir = TirFile("MagicFormula52_Parameters.tir");
-  qpsType(tir.c_str());
-  qpsKeyTap(QK_ENTER);
+  ScriptEntry(tir.c_str());
   ASSERT_TRUE(CommandOpenTire());
   EXPECT_EQ(session.lastTir, tir);
-  for (Graph *g : session.graphs)
-    for (int w = 0; w < CAR_WHEELS; w++) EXPECT_EQ(g->GetTyre(w)->model, 1);
+  for (int i = 0; i < CURVE_COUNT * CAR_WHEELS; i++) EXPECT_EQ(Tyre(i / CAR_WHEELS, i % CAR_WHEELS)->model, 1) << i;
   EXPECT_EQ(session.focus, 0);
   EXPECT_FLOAT_EQ(session.point.load, 2500.0f);
   EXPECT_EQ(panel.op[OP_LOAD]->GetPosition(), 83);

@@ -37,7 +37,7 @@ TEST(ExportAscii, TouringCarMatchesGoldenAndDependsOnTheWheel) {
   EXPECT_EQ(ExportAsciiText(&t.fx, &t.fy, -3, 2.0f), headers);
 }
 
-TEST(ExportAscii, SevenValuesALineLastEndsWithBlank) {
+TEST(ExportAscii, SevenValuesALineAndNormalisedByThePeak) {
   Tyres t(TouringCar());
   std::string text = ExportAsciiText(&t.fx, &t.fy, 8, 0.5f);
   size_t start = text.find("normalized\n\n") + 12;
@@ -49,13 +49,10 @@ TEST(ExportAscii, SevenValuesALineLastEndsWithBlank) {
   EXPECT_EQ(blanks, 7) << fx;
   EXPECT_EQ(fx.back(), ' ');
   EXPECT_NE(fx.find("1.00000"), std::string::npos) << "the peak is written as exactly 1: " << fx;
-}
-
-TEST(ExportAscii, NoPositiveForceDividesByOne) {
-  KPacejka fx, fy;  // reset coefficients: every force 0
-  OpApplyAll(&fx, OperatingPoint());
-  OpApplyAll(&fy, OperatingPoint());
-  EXPECT_EQ(ExportAsciiText(&fx, &fy, 3, 1.0f),
+  // No positive force: divided by 1.
+  KPacejka zero;  // reset coefficients: every force 0
+  OpApplyAll(&zero, OperatingPoint());
+  EXPECT_EQ(ExportAsciiText(&zero, &zero, 3, 1.0f),
             "// ASCII export of Korvane's Tyrograph\n// Values from SR=0.00 to 1.00, 3 steps, Fx normalized\n\n"
             "0.00000 0.00000 0.00000 \n\n"
             "// Values from SA=0.00 to 1.00 radians, 3 steps, Fy normalized\n\n0.00000 0.00000 0.00000 ");

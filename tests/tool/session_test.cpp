@@ -1,5 +1,5 @@
-// Session operations on the three graphs' tyres, emphasis, ghost alphas and
-// the graphs' pixel mapping (no window needed).
+// The graphs' emphasis by focus, ghost alphas and pixel mapping (no window
+// needed).
 #include "tool/session.h"
 
 #include <gtest/gtest.h>
@@ -13,12 +13,7 @@ namespace {
 
 class SessionTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    CreateTouringGraphs();
-    session.focus = session.selected = 0;
-    session.point = OperatingPoint();
-    SessionSelectWheelTyres(0);
-  }
+  void SetUp() override { CreateTouringGraphs(); }
   void TearDown() override { DeleteGraphs(); }
 };
 
@@ -32,32 +27,6 @@ TEST_F(SessionTest, EmphasisFollowsFocus) {
     SessionApplyEmphasis();
     for (int g = 0; g < CURVE_COUNT; g++) EXPECT_EQ(session.graphs[g]->GetFlags(), flags[i][g]) << i << "/" << g;
   }
-}
-
-TEST_F(SessionTest, EditGoesToTheCurrentWheelOfAllGraphs) {
-  session.focus = 2;     // a list
-  session.selected = 2;  // a2
-  ASSERT_TRUE(SessionLookupCoefficient());
-  SessionSelectWheelTyres(2);
-  SessionSetCoefficient(2000.0f);
-  for (Graph *g : session.graphs) {
-    EXPECT_EQ(g->GetTyre(2)->a2, 2000.0f);
-    EXPECT_EQ(g->GetTyre(0)->a2, 1450.0f);
-    EXPECT_EQ(g->GetTyre(3)->a2, 1450.0f);
-  }
-  EXPECT_EQ(SessionCoefficientValue(), 2000.0f);
-}
-
-TEST_F(SessionTest, ZoomSetsAllRangesOnTheScalesOfCreation) {
-  session.zoom = false;
-  SessionApplyZoom();
-  EXPECT_EQ(session.graphs[2]->GetRange().xMin, -180.0f);
-  session.zoom = true;
-  SessionApplyZoom();
-  EXPECT_EQ(session.graphs[0]->GetRange().xMax, 2.0f);
-  EXPECT_EQ(session.graphs[1]->GetRange().xMin, -20.0f);
-  EXPECT_FLOAT_EQ(session.graphs[0]->GetXScale(), 29.0f);
-  EXPECT_FLOAT_EQ(session.graphs[2]->GetYScale(), 0.95f);
 }
 
 TEST(Frame, GhostAlphasAsDrawn) {
