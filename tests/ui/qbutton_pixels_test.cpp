@@ -1,4 +1,4 @@
-// Button symbols and looks, and slider knobs, through the offscreen backend.
+// Button symbols and slider knobs, through the offscreen backend.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,7 +7,6 @@
 #include "gltest.h"
 #include "ui/qbutton.h"
 #include "ui/qbutton_symbol.h"
-#include "ui/qprop.h"
 #include "ui/qslider.h"
 
 namespace {
@@ -96,22 +95,6 @@ TEST_F(QButtonPixels, EverySymbolStaysInItsBoxAndPointsItsWay) {
     EXPECT_TRUE(Near(Pixel(r.heavyX, r.heavyY), g, g, g, 3)) << r.text;
     EXPECT_FALSE(Near(Pixel(r.emptyX, r.emptyY), g, g, g, 3)) << r.text;
   }
-}
-
-TEST_F(QButtonPixels, PropPositionOutsideTheRangeIsDrawnAtTheEnd) {
-  QProp p(nullptr, 20, 100, 201, 18);
-  p.SetRange(0, 1000);
-  p.SetPosition(2500);
-  p.Paint(&cv);
-  QRect k = p.GetKnobRect();
-  EXPECT_EQ(k.x + k.wid, 20 + 201 - 1);  // up against the frame
-  Rgba knob = Pixel(k.x + 1, 108);
-  p.SetPosition(-40);  // below the range: at the start, with nothing filled
-  cv.Clear();
-  p.Paint(&cv);
-  EXPECT_EQ(p.GetKnobRect().x, 21);
-  EXPECT_PIXEL(Pixel(22, 108), knob.r, knob.g, knob.b, 2);
-  EXPECT_FALSE(Near(Pixel(120, 108), knob.r, knob.g, knob.b, 20));
 }
 
 TEST_F(QButtonPixels, SliderKnobSitsAtTheValue) {

@@ -96,6 +96,7 @@ TEST_F(Controls, SliderDragClickBesideWheelAndKeys) {
   p->SetStepSizes(5, 10);
   p->SetPosition(1500);
   EXPECT_EQ(p->GetPosition(), 1500);
+  EXPECT_EQ(p->GetKnobRect().x + p->GetKnobRect().wid, 10 + 211 - 1);  // drawn at the end
   qpsKeyTap(QK_LEFT);  // steps from where it is drawn, the end
   Drain();
   EXPECT_EQ(Take(QEVENT_CHANGE, p), Ns{995});
