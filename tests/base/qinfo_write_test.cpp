@@ -60,40 +60,31 @@ const GoldenCase kGolden[] = {
      "E: QInfo(in.ini); brackets don't match; still 1 closing bracket(s) expected at end of file."},
 };
 
-void PrintTo(const GoldenCase &c, std::ostream *os) { *os << c.input; }
-
-class Golden : public WriteTest, public testing::WithParamInterface<GoldenCase> {};
-
-TEST_P(Golden, ReadChangeWriteAndReadBack) {
-  const GoldenCase &c = GetParam();
-  WriteFile("in.ini", ReadFile(Data(c.input)));
-  ReportCapture cap;
-  {
-    QInfo info("in.ini");
-    if (c.change) {
-      EXPECT_TRUE(info.SetString("resolution.width", "1280"));
-      EXPECT_TRUE(info.SetString("last.car", "x"));
-      EXPECT_TRUE(info.Delete("old"));
-      EXPECT_TRUE(info.Delete("wheel0.pacejka.a2"));
-      EXPECT_TRUE(info.SetString("wheel1.radius", "0.34"));
-      EXPECT_TRUE(info.SetFloat("car.mass", 1250.5f));
-      EXPECT_TRUE(info.SetString("deep.inner.y", "2"));
+TEST_F(WriteTest, GoldenFilesReadChangeWriteAndReadBack) {
+  for (const GoldenCase &c : kGolden) {
+    WriteFile("in.ini", ReadFile(Data(c.input)));
+    ReportCapture cap;
+    {
+      QInfo info("in.ini");
+      if (c.change) {
+        EXPECT_TRUE(info.SetString("resolution.width", "1280"));
+        EXPECT_TRUE(info.SetString("last.car", "x"));
+        EXPECT_TRUE(info.Delete("old"));
+        EXPECT_TRUE(info.Delete("wheel0.pacejka.a2"));
+        EXPECT_TRUE(info.SetString("wheel1.radius", "0.34"));
+        EXPECT_TRUE(info.SetFloat("car.mass", 1250.5f));
+        EXPECT_TRUE(info.SetString("deep.inner.y", "2"));
+      }
+      ASSERT_TRUE(info.Write("out.ini", false));
     }
-    ASSERT_TRUE(info.Write("out.ini", false));
+    EXPECT_EQ(cap.joined, c.reports);
+    EXPECT_EQ(ReadFile("out.ini"), ReadFile(Data(c.expected))) << c.input;
+    QInfo again("out.ini");  // the written text reads back to the same text
+    ASSERT_TRUE(again.Write("again.ini", false));
+    EXPECT_EQ(ReadFile("again.ini"), ReadFile(Data(c.expected))) << c.input;
   }
-  EXPECT_EQ(cap.joined, c.reports);
-  EXPECT_EQ(ReadFile("out.ini"), ReadFile(Data(c.expected))) << c.input;
   EXPECT_EQ(Question::asked.size(), 0u);
-  // The written text reads back to the same text.
-  QInfo again("out.ini");
-  ASSERT_TRUE(again.Write("again.ini", false));
-  EXPECT_EQ(ReadFile("again.ini"), ReadFile(Data(c.expected)));
 }
-
-INSTANTIATE_TEST_SUITE_P(Files, Golden, testing::ValuesIn(kGolden), [](const auto &info) {
-  std::string n = info.param.input;
-  return n.substr(0, n.find('.'));
-});
 
 TEST_F(WriteTest, SettersFailOnGroupsAndThroughKeysAndFormatNumbers) {
   auto info = ReadText("a\n{\nb=1\n}\n");
@@ -111,12 +102,18 @@ TEST_F(WriteTest, SettersFailOnGroupsAndThroughKeysAndFormatNumbers) {
   info->SetFlags(0);
 }
 
+// Deleted keys stay in the hash until the next read; setters do not hash.
 TEST_F(WriteTest, DeletedKeyIsNotWrittenButStillFoundAndSetMakesANewOne) {
   auto info = ReadText("a=1\nb=2\ng\n{\nc=3\n}\n");
+  info->SetString("made", "3");
   EXPECT_TRUE(info->Delete("g"));
   EXPECT_TRUE(info->Delete("a"));
+  EXPECT_TRUE(info->Delete("made"));
+  EXPECT_FALSE(info->Delete("nothere"));
   EXPECT_EQ(info->GetInt("a", 0), 1);
   EXPECT_EQ(info->GetInt("g.c", 0), 3);
+  EXPECT_EQ(info->GetInt("made", 0), 0);
+  EXPECT_EQ(info->FindNode("a"), nullptr);
   ASSERT_TRUE(info->Write("out.ini", false));
   EXPECT_EQ(ReadFile("out.ini"), "b=2\n");
   EXPECT_TRUE(info->SetString("a", "5"));
@@ -124,17 +121,11 @@ TEST_F(WriteTest, DeletedKeyIsNotWrittenButStillFoundAndSetMakesANewOne) {
   EXPECT_EQ(ReadFile("out.ini"), "b=2\na=5\n");
 }
 
-TEST_F(WriteTest, ReferenceAndValueTogetherDoNotReadBack) {
-  auto info = ReadText("base\n{\nx=1\n}\ncar~base\n{\ny=2\n}\n");
-  info->FindNode("car")->SetValue("v");
-  ASSERT_TRUE(info->Write("out.ini", false));
+TEST_F(WriteTest, ReferenceWithValueRootGroupsEmptyGroupsAndDeepTrees) {
+  auto ref = ReadText("base\n{\nx=1\n}\ncar~base\n{\ny=2\n}\n");
+  ref->FindNode("car")->SetValue("v");  // written on one line: does not read back
+  ASSERT_TRUE(ref->Write("out.ini", false));
   EXPECT_EQ(ReadFile("out.ini"), "base\n{\n  x=1\n}\ncar~base=v\n{\n  y=2\n}\n");
-  ReportCapture cap;
-  QInfo back("out.ini");
-  EXPECT_EQ(cap.joined, "W: QInfo(out.ini): reference (~) to unknown tree 'base=v' in line 4");
-}
-
-TEST_F(WriteTest, RootGroupsEmptyGroupsAndDeepTrees) {
   QInfo info("n.ini", QINFO_NO_READ);
   info.SetString("root.x", "1");  // groups named root have no braces
   info.SetString("g.root.y", "2");
@@ -215,7 +206,7 @@ const AskCase kAsk[] = {
 TEST_F(WriteTest, OverwriteQuestion) {
   for (const AskCase &c : kAsk) {
     std::string target = c.target ? c.target : "t.ini";
-    SCOPED_TRACE(target + (c.touched ? " touched" : "") + (c.handler ? "" : " no handler"));
+    SCOPED_TRACE(&c - kAsk);
     Question::asked.clear();
     Question::reply = c.reply;
     QInfo::SetOverwriteQuestion(c.handler ? Question::Ask : nullptr);

@@ -101,41 +101,29 @@ TEST_F(ScratchTest, QolofPrintsLinesAroundWithMarkerAndAssertShowsSource) {
   EXPECT_EQ(cap.errors, "Assertion failed in 'no/such/file.cpp', line 12\n");
 }
 
-// The death test's child runs SetUp again: the folder must not depend on the
-// process.
-class EndTest : public testing::Test {
- protected:
-  void SetUp() override {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    log_ = fs::path(TYRO_BINARY_DIR) / "tests" /
-           ("qend_" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name())) / "QLOG.txt";
-    fs::create_directories(log_.parent_path());
-  }
-  fs::path log_;
-};
-
-TEST_F(EndTest, FatalLogsThenCrashes) {
+// The death test's child runs SetUp again: the folder must not depend on the process.
+TEST(EndTest, FatalLogsThenCrashesExitMessageEndsNormally) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  fs::path log = fs::path(TYRO_BINARY_DIR) / "tests" / "qend" / "QLOG.txt";
+  fs::create_directories(log.parent_path());
   EXPECT_DEATH(
       {
-        qSetLogFileName(log_.c_str());
+        qSetLogFileName(log.c_str());
         qSetMessageBoxHandler([](const char *text, const char *title) { fprintf(stderr, "BOX<%s|%s>\n", title, text); });
         qfatal("wheel %d lost", 3);
       },
       "wheel 3 lost\nBOX<Fatal error - the program will exit\\|wheel 3 lost>");
-  std::string s = ReadFile(log_);
-  EXPECT_NE(s.find("(FATAL): [-] wheel 3 lost [%s]\n"), std::string::npos) << s;
-  EXPECT_NE(s.find("(INFO ): [-] Going to crash, reason: qfatal [qdebug:444 / QCrash]\n"), std::string::npos) << s;
-}
-
-TEST_F(EndTest, ExitMessageEndsNormally) {
   EXPECT_EXIT(
       {
-        qSetLogFileName(log_.c_str());
+        qSetLogFileName(log.c_str());
         qSetMessageBoxHandler([](const char *, const char *) {});
         qexitmsg("done at %d%%", 100);
       },
       testing::ExitedWithCode(0), "");
-  EXPECT_NE(ReadFile(log_).find("(FATAL): [-] done at 100% [%s]\n"), std::string::npos);
+  std::string s = ReadFile(log);
+  EXPECT_NE(s.find("(FATAL): [-] wheel 3 lost [%s]\n"), std::string::npos) << s;
+  EXPECT_NE(s.find("(INFO ): [-] Going to crash, reason: qfatal [qdebug:444 / QCrash]\n"), std::string::npos) << s;
+  EXPECT_NE(s.find("(FATAL): [-] done at 100% [%s]\n"), std::string::npos) << s;
 }
 
 }  // namespace

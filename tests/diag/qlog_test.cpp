@@ -14,7 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Each test gets a fresh folder as working folder and a fresh writer.
 class LogTest : public ScratchTest {
  protected:
   void SetUp() override {
@@ -38,26 +37,21 @@ class LogTest : public ScratchTest {
   }
 };
 
-TEST_F(LogTest, FirstReportWritesStartLinesThenItself) {
+TEST_F(LogTest, StartLinesThenLabelsFollowingTheFirstBitSet) {
   qSetAppName("Tyrograph");
-  qlogf(QLOG_WARN | QLOG_NO_STDERR, "here", "hello %d", 7);
-  std::string file = (dir_ / "QLOG.txt").string();
-  EXPECT_EQ(Log(), (std::vector<std::string>{"(INFO ): [Tyrograph] --- application start ---",
-                                             "(INFO ): [Tyrograph] QLog file is: " + file,
-                                             "(WARN ): [Tyrograph] hello 7 [here]"}));
-  EXPECT_EQ(QLogFileName(), file);
-}
-
-TEST_F(LogTest, LabelsFollowTheFirstBitSet) {
   const std::pair<unsigned, const char *> rows[] = {{0x1, "ERR"},   {0x3, "ERR"},   {0x2, "WARN"},
                                                     {0x4, "CRIT"},  {0x8, "NOTE"},  {0x10, "INFO"},
                                                     {0x40, "FATAL"}, {0x800, "INFO"}, {0x20, "?"}};
-  for (size_t k = 0; k < std::size(rows); k++) qlogf(rows[k].first | QLOG_NO_STDERR, nullptr, "line %zu", k);
+  for (size_t k = 0; k < std::size(rows); k++) qlogf(rows[k].first | QLOG_NO_STDERR, "here", "line %zu", k);
+  std::string file = (dir_ / "QLOG.txt").string();
+  EXPECT_EQ(QLogFileName(), file);
   auto l = Log();
   ASSERT_EQ(l.size(), 2u + std::size(rows));
+  EXPECT_EQ(l[0], "(INFO ): [Tyrograph] --- application start ---");
+  EXPECT_EQ(l[1], "(INFO ): [Tyrograph] QLog file is: " + file);
   for (size_t k = 0; k < std::size(rows); k++) {
     char want[64];
-    snprintf(want, sizeof want, "(%-5s): [-] line %zu", rows[k].second, k);
+    snprintf(want, sizeof want, "(%-5s): [Tyrograph] line %zu [here]", rows[k].second, k);
     EXPECT_EQ(l[2 + k], want);
   }
 }
@@ -106,8 +100,7 @@ TEST_F(LogTest, LastFileGetsErrorsWithQuirkyLineEnds) {
   EXPECT_TRUE(qlog_last_written());
   qlog_last_close();
   std::string s = ReadFile("QLOG_LAST.txt");
-  // The line without a source has no line end and runs into the next one.
-  EXPECT_NE(s.find(" (INFO): no source"), std::string::npos) << s;
+  EXPECT_NE(s.find(" (INFO): no source"), std::string::npos) << s;  // no line end
   EXPECT_NE(s.find(" (FATAL): fatal [src]\n"), std::string::npos) << s;
   EXPECT_EQ(s.find('\n'), s.size() - 1) << s;
   EXPECT_EQ(s.find("copied"), std::string::npos);
@@ -120,11 +113,8 @@ TEST_F(LogTest, ReportersFollowTheLogMask) {
   qnote("kpacejka", "KPacejka::Load", 14, "a note");
   qdbg("kpacejka", "KPacejka::Load", 15, "debug only");
   qdbgplain("plain %d%%%%", 5);
-  // Notes are logged with INFO alone, so the writer echoes them itself.
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "no newline\na warning\na note\ndebug onlyplain 5%%");
-  // Plain debug lines go to the log with mask bit 0x1, with the source "%s"
-  // and their doubled '%' read once more.
-  qSetLogMask(0x1);
+  qSetLogMask(0x1);  // plain debug lines are logged with source "%s", '%' read once more
   testing::internal::CaptureStderr();
   qdbgplain("plain %d%%%%", 6);
   qerr("f", "g", 1, "not logged now");
