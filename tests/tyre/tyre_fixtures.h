@@ -17,7 +17,6 @@ struct NamedValue {
   double value;
 };
 
-// Writes each named member through the member-name table.
 inline void SetMembers(KPacejka &t, std::initializer_list<NamedValue> values) {
   for (const NamedValue &v : values) {
     const KPacejkaMember *m = KPacejkaFindMember(v.name);
@@ -61,7 +60,6 @@ inline void SetTestMF(KPacejka &t, int model) {
   });
 }
 
-// Sets the operating point through the setters and evaluates.
 inline void Evaluate(KPacejka &t, double Fz, double kappa, double alpha, double gamma) {
   t.SetNormalLoad(float(Fz));
   t.SetSlipRatio(float(kappa));
@@ -74,8 +72,7 @@ inline void Evaluate(KPacejka &t, double Fz, double kappa, double alpha, double 
 // N·m) for values that are small differences of forces of thousands of N.
 #define EXPECT_REF(got, ref) EXPECT_NEAR(double(got), (ref), 5e-5 * std::fabs(ref) + 1e-2) << #got
 
-// A scratch folder per test, removed afterwards; Write puts `text` in
-// dir/name (creating folders) and returns the full name.
+// A scratch folder per test; Write puts `text` in dir/name and returns the full name.
 class TyreFileTest : public testing::Test {
  protected:
   void SetUp() override {
