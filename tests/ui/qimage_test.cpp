@@ -57,10 +57,7 @@ TEST(QTga, RoundTripEveryFormatRawAndRle) {
         }
       EXPECT_EQ(mismatches, 0) << format << rle;
     }
-  QImage flat(64, 64);
-  ASSERT_TRUE(QTgaWrite(path.c_str(), flat, QTGA_RGBA, false));
-  EXPECT_EQ(std::filesystem::file_size(path), 18u + 64u * 64u * 4u);
-  ASSERT_TRUE(QTgaWrite(path.c_str(), flat, QTGA_RGBA, true));
+  ASSERT_TRUE(QTgaWrite(path.c_str(), QImage(64, 64), QTGA_RGBA, true));
   EXPECT_EQ(std::filesystem::file_size(path), 18u + 64u * 5u);  // one 64-pixel run per row
   std::filesystem::remove(path);
 }
@@ -75,10 +72,8 @@ TEST(QTga, DecodesBottomUpWithIdField) {
   };
   QImage img;
   ASSERT_TRUE(QTgaDecode(file, sizeof(file), "mem", img));
-  EXPECT_EQ(img.PixelAt(0, 0)[0], 255);  // top-left is red
-  EXPECT_EQ(img.PixelAt(0, 0)[2], 0);
-  EXPECT_EQ(img.PixelAt(0, 1)[2], 255);  // bottom-left is blue
-  EXPECT_EQ(img.PixelAt(0, 1)[0], 0);
+  const uint8_t *top = img.PixelAt(0, 0), *bottom = img.PixelAt(0, 1);
+  EXPECT_TRUE(top[0] == 255 && top[2] == 0 && bottom[0] == 0 && bottom[2] == 255);  // red over blue
 }
 
 TEST(QTga, DamagedFilesFail) {
@@ -92,15 +87,13 @@ TEST(QTga, DamagedFilesFail) {
   EXPECT_FALSE(QTgaDecode(d.data(), d.size() - 5, "cut", img));  // truncated pixel data
   EXPECT_TRUE(img.IsEmpty());
   EXPECT_FALSE(QTgaDecode(d.data(), 10, "short", img));
-  // A run packet that runs past the end of the image.
   std::vector<uint8_t> over(d.begin(), d.begin() + 18);
-  over[12] = 2;  // 2x1 image
+  over[12] = 2;  // 2x1 image, then a run packet past its end
   over[14] = 1;
   over.insert(over.end(), {0x83, 1, 2, 3, 4});  // a run of 4 pixels
   EXPECT_FALSE(QTgaDecode(over.data(), over.size(), "overrun", img));
-  // Colour-mapped and 16-bit images are not supported.
   std::vector<uint8_t> bad(d.begin(), d.end());
-  bad[16] = 16;
+  bad[16] = 16;  // 16-bit and colour-mapped images are not supported
   EXPECT_FALSE(QTgaDecode(bad.data(), bad.size(), "16bit", img));
   bad[16] = 32;
   bad[2] = 1;
