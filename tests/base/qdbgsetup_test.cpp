@@ -62,7 +62,7 @@ TEST_F(DbgSetup, SwitchesInTheirOrder) {
   }
 }
 
-TEST_F(DbgSetup, RunFirstAndNetworkSettings) {
+TEST_F(DbgSetup, RunFirstNetworkSettingsAndMainSettingsFallback) {
   auto info = ReadText(Dev("run_first=echo ran > ran.txt\nport_offset=3\nfake_packet_drops=2\n"));
   qdbg_setup(info.get());
   EXPECT_EQ(ReadFile("ran.txt"), "ran\n");  // the command has ended by then
@@ -72,15 +72,11 @@ TEST_F(DbgSetup, RunFirstAndNetworkSettings) {
   qdbg_setup(off.get());
   EXPECT_EQ(QNetPortOffset(), 3);  // kept: only values of 1 or more are stored
   EXPECT_EQ(QNetFakePacketDrops(), 2);
-}
-
-TEST_F(DbgSetup, ChannelFallsBackToTheMainSettings) {
-  WriteFile("main.ini", Dev("udp_out=from-main\n"));
+  WriteFile("main.ini", Dev("udp_out=from-main\n"));  // the channel falls back to the main settings
   QInfo main("main.ini");
   QSetMainInfo(&main);
-  auto info = ReadText(Dev("opengl_checks=1\n"));
   ReportCapture cap;
-  qdbg_setup(info.get());
+  qdbg_setup(off.get());
   EXPECT_EQ(cap.joined, "W: qdbg_setup: need host:port in dev_udpout (now 'from-main')");
 }
 

@@ -23,16 +23,13 @@ TEST_F(InfoTest, IteratorGoesDepthFirstInFileOrder) {
   std::string s;
   while (it.GetNext(&path, &name)) s += std::string(path.c_str()) + "/" + name.c_str() + " ";
   EXPECT_EQ(s, "a/a g/g g.h/h g.h.x/x g.y/y z/z ");
-}
-
-TEST_F(InfoTest, IteratorReportsTreesDeeperThanItsStack) {
-  QInfo info("n.ini", QINFO_NO_READ);
-  info.SetString("a.b.c.d.e.f.g.h.i.j.k.l", "1");
-  info.SetString("top", "2");
+  QInfo deep("n.ini", QINFO_NO_READ);  // deeper than the iterator's stack
+  deep.SetString("a.b.c.d.e.f.g.h.i.j.k.l", "1");
+  deep.SetString("top", "2");
   ReportCapture cap;
-  EXPECT_EQ(Walk(QInfoIterator(&info)), "a b c d e f g h i j k l top");
+  EXPECT_EQ(Walk(QInfoIterator(&deep)), "a b c d e f g h i j k l top");
   EXPECT_EQ(cap.joined, "E: nestLevel>10 (QInfo::MAX_LEVEL) in QInfoIterator");
-  info.SetFlags(0);
+  deep.SetFlags(0);
 }
 
 TEST_F(InfoTest, SortOrdersEveryLevelAndLeavesCommentsInPlace) {
@@ -42,7 +39,6 @@ TEST_F(InfoTest, SortOrdersEveryLevelAndLeavesCommentsInPlace) {
   EXPECT_EQ(Dump(*info), "a=3 ;keep b{y=2 z=1} c=1");
   EXPECT_TRUE(info->GetFlags() & QINFO_MODIFIED);
   info->SetFlags(0);
-  // The progress lines go to the debug output.
   EXPECT_EQ(cap.debug.rfind("Sort level (root)\n", 0), 0u) << cap.debug;
   EXPECT_NE(cap.debug.find("\nSwap!\n"), std::string::npos) << cap.debug;
 }
