@@ -9,8 +9,6 @@
 #include "tyre/kpacejka.h"
 
 TEST(CarLoad, FourWheelsFromTheCarFolderAndResetsWhereNoneIsGiven) {
-  EXPECT_EQ(CarIniPath("touring"), "data/cars/touring/car.ini");
-  EXPECT_EQ(CarWheelSection(3), "wheel3.pacejka");
   ScratchDir dir;
   dir.LinkCar("touring");
   dir.LinkCar("nowheel2");
@@ -18,15 +16,10 @@ TEST(CarLoad, FourWheelsFromTheCarFolderAndResetsWhereNoneIsGiven) {
   KPacejka t[4];
   KPacejka *list[4] = {&t[0], &t[1], &t[2], &t[3]};
   CarLoadTyres("touring", list);
-  EXPECT_FLOAT_EQ(t[0].b2, 1800.0f);
-  EXPECT_FLOAT_EQ(t[1].b2, 2000.0f);
-  EXPECT_FLOAT_EQ(t[2].c17, -1.1f);
-  EXPECT_FLOAT_EQ(t[3].a2, 1450.0f);
+  EXPECT_TRUE(t[0].b2 == 1800.0f && t[1].b2 == 2000.0f && t[2].c17 == -1.1f && t[3].a2 == 1450.0f);
   // A missing section resets that wheel; a missing car resets all, silently.
   CarLoadTyres("nowheel2", list);
-  EXPECT_FLOAT_EQ(t[3].b2, 1800.0f);
-  EXPECT_EQ(t[2].b2, 0.0f);
-  EXPECT_EQ(t[2].a0, 0.0f);
+  EXPECT_TRUE(t[3].b2 == 1800.0f && t[2].b2 == 0.0f && t[2].a0 == 0.0f);
   CarLoadTyres("no-such-car", list);
   EXPECT_EQ(t[0].a2, 0.0f);
   t[1].model = 3;

@@ -11,14 +11,9 @@
 #include "ui/qprop.h"
 #include "ui/qradio.h"
 
-namespace {
-
-class CommandsTest : public ToolWindowTest {
- protected:
+struct CommandsTest : ToolWindowTest {
   ScratchDir dir;
 };
-
-}  // namespace
 
 TEST_F(CommandsTest, EnterNumericallySetsTheTypedValueAndNoNumberAsZero) {
   PanelCoefficientRadio(2);  // b2, 0 .. 3000
@@ -26,9 +21,7 @@ TEST_F(CommandsTest, EnterNumericallySetsTheTypedValueAndNoNumberAsZero) {
   ASSERT_TRUE(PanelEnterNumerically());
   for (Graph *g : session.graphs) EXPECT_FLOAT_EQ(g->GetCurrentTyre()->b2, 1500.0f);
   EXPECT_EQ(panel.value->GetPosition(), 500);  // selected again: the slider follows
-  EXPECT_STREQ(panel.value->GetCaption(), "1500.0000");
-  // Cancelled: nothing changes.
-  ScriptEntry("99", QK_ESC);
+  ScriptEntry("99", QK_ESC);  // cancelled: nothing changes
   EXPECT_FALSE(PanelEnterNumerically());
   EXPECT_EQ(Tyre(CURVE_FX, 0)->b2, 1500.0f);
   // Text that is no finite number reads as 0.
@@ -93,7 +86,6 @@ TEST_F(CommandsTest, RevertAsksAndReloadsTheCar) {
   PanelOpMoved(OP_CAMBER, 750);
   SessionLoadTir(TirFile("MagicFormula61_Parameters.tir").c_str());
   PanelRefreshLabels();
-  ASSERT_STREQ(panel.coeff[0]->GetText(), "lfz0");
   WorkingDir in(dir.root);
   session.car = "touring";
   qpsKeyTap(QK_ESC);  // No
@@ -105,8 +97,7 @@ TEST_F(CommandsTest, RevertAsksAndReloadsTheCar) {
   // Every tyre reloaded, at the panel's operating point.
   for (int i = 0; i < CURVE_COUNT * CAR_WHEELS; i++) {
     KPacejka *t = Tyre(i / CAR_WHEELS, i % CAR_WHEELS);
-    EXPECT_TRUE(t->model == 0 && t->b2 == (i % CAR_WHEELS == 1 ? 2000.0f : b2)) << i;
-    EXPECT_FLOAT_EQ(t->Fz, 2.5f);
+    EXPECT_TRUE(t->model == 0 && t->b2 == (i % CAR_WHEELS == 1 ? 2000.0f : b2) && t->Fz == 2.5f) << i;
     EXPECT_NEAR(t->GetCamber(), 5.0f / CURVE_RAD2DEG, 1e-6);
   }
   EXPECT_STREQ(panel.coeff[0]->GetText(), "b0");
@@ -122,9 +113,7 @@ TEST_F(CommandsTest, OpenTireImportsIntoEveryTyreAndResetsTheControls) {
   ASSERT_TRUE(CommandOpenTire());
   EXPECT_EQ(session.lastTir, tir);
   for (int i = 0; i < CURVE_COUNT * CAR_WHEELS; i++) EXPECT_EQ(Tyre(i / CAR_WHEELS, i % CAR_WHEELS)->model, 1) << i;
-  EXPECT_EQ(session.focus, 0);
-  EXPECT_FLOAT_EQ(session.point.load, 2500.0f);
-  EXPECT_EQ(panel.op[OP_LOAD]->GetPosition(), 83);
+  EXPECT_TRUE(session.focus == 0 && session.point.load == 2500.0f && panel.op[OP_LOAD]->GetPosition() == 83);
   EXPECT_STREQ(session.edit.name, "lfz0");
   // Indexes outside the row of commands do nothing.
   CommandRun(-1);

@@ -1,6 +1,5 @@
-// Helpers of the tool tests: golden files under tests/data/tool/ (rewritten
-// when TYRO_UPDATE_GOLDEN=1 is set; review the diff), the test car, the
-// session's graphs on it, and scratch folders.
+// Helpers of the tool tests: golden files under tests/data/tool/, the test
+// car, the session's graphs on it, and scratch folders.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,8 +7,9 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <string>
+#include <utility>
 
 #include "tool/carload.h"
 #include "tool/graph.h"
@@ -17,21 +17,12 @@
 
 inline std::string ReadFileBytes(const std::string &path) {
   std::ifstream in(path, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
+  return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 inline void ExpectGolden(const std::string &name, const std::string &text) {
   std::string path = std::string(TYRO_TEST_DATA) + "/tool/" + name;
-  const char *update = getenv("TYRO_UPDATE_GOLDEN");
-  if (update && *update == '1') {
-    std::ofstream(path, std::ios::binary) << text;
-    return;
-  }
-  std::string want = ReadFileBytes(path);
-  ASSERT_FALSE(want.empty()) << "missing golden file " << path;
-  EXPECT_EQ(text, want) << "differs from " << path;
+  EXPECT_EQ(text, ReadFileBytes(path)) << "differs from " << path;
 }
 
 inline std::string TouringCar() { return std::string(TYRO_TEST_DATA) + "/tool/touring/car.ini"; }
@@ -50,10 +41,7 @@ inline void CreateTouringGraphs() {
 }
 
 inline void DeleteGraphs() {
-  for (Graph *&g : session.graphs) {
-    delete g;
-    g = nullptr;
-  }
+  for (Graph *&g : session.graphs) delete std::exchange(g, nullptr);
 }
 
 // A scratch folder, removed with its contents at the end of the scope.

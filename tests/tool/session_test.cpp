@@ -1,5 +1,4 @@
-// The graphs' emphasis by focus, ghost alphas and pixel mapping (no window
-// needed).
+// The graphs' emphasis by focus, ghost alphas and pixel mapping.
 #include "tool/session.h"
 
 #include <gtest/gtest.h>
@@ -9,17 +8,8 @@
 #include "golden.h"
 #include "tool/frame.h"
 
-namespace {
-
-class SessionTest : public ::testing::Test {
- protected:
-  void SetUp() override { CreateTouringGraphs(); }
-  void TearDown() override { DeleteGraphs(); }
-};
-
-}  // namespace
-
-TEST_F(SessionTest, EmphasisFollowsFocus) {
+TEST(Session, EmphasisFollowsFocus) {
+  CreateTouringGraphs();
   const unsigned E = GRAPH_EMPHASISED, D = GRAPH_DIMMED;
   const unsigned flags[][3] = {{E, 0, 0}, {E, D, D}, {D, E, D}, {D, D, E}, {E, 0, 0}};
   for (int i = 0; i < 5; i++) {
@@ -27,6 +17,7 @@ TEST_F(SessionTest, EmphasisFollowsFocus) {
     SessionApplyEmphasis();
     for (int g = 0; g < CURVE_COUNT; g++) EXPECT_EQ(session.graphs[g]->GetFlags(), flags[i][g]) << i << "/" << g;
   }
+  DeleteGraphs();
 }
 
 TEST(Frame, GhostAlphasAsDrawn) {

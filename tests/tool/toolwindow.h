@@ -1,8 +1,6 @@
-// A headless main window (SDL's offscreen driver) with the three graphs on the
-// test car and the panel in their start-up state, for tests of the panel and
-// the commands. Dialogs run on scripted events; an idle watchdog presses
-// Escape every so often, so a dialog the script leaves waiting ends and
-// `stuck` tells.
+// A headless main window with the graphs on the test car and the panel at
+// start-up. An idle watchdog presses Escape now and then, so a dialog the
+// script leaves waiting ends and `stuck` tells.
 #pragma once
 
 #include "golden.h"
@@ -64,8 +62,7 @@ class ToolWindowTest : public ::testing::Test {
     GLTEST_LSAN_ENABLE();
   }
 
-  // Replaces a string dialog's text (the caret stands at its end) and ends
-  // the dialog with the key.
+  // Replaces a string dialog's text and ends the dialog with the key.
   static void ScriptEntry(const char *text, int key = QK_ENTER) {
     for (int i = 0; i < 30; i++) qpsKeyTap(QK_BACKSPACE);
     qpsType(text);
