@@ -14,9 +14,7 @@ namespace qinfotest {
 
 using InfoTest = ScratchTest;
 
-// Keys "name=value" (a bare name without "="), comments ";text", groups
-// "name~ref=value{children}", deleted nodes prefixed by "!", siblings
-// separated by one blank.
+// "name=value", ";comment", "name~ref=value{children}", "!" before deleted nodes, blank-separated.
 inline std::string Dump(const QInfoNode *first) {
   std::string out;
   for (const QInfoNode *n = first; n; n = n->next) {
