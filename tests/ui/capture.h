@@ -1,5 +1,4 @@
-// Collects what the reporters say while it lives (errors, warnings, debug
-// messages) through the hooks of the diagnostics; the previous hooks are
+// Collects what the reporters say while it lives; the previous hooks are
 // restored afterwards.
 #pragma once
 
@@ -20,7 +19,6 @@ class ReportCapture {
     Current() = nullptr;
   }
   std::vector<std::string> errors, warnings, debug;
-  // True when some message of the list contains `text`.
   static bool Has(const std::vector<std::string> &list, const std::string &text) {
     for (const std::string &m : list)
       if (m.find(text) != std::string::npos) return true;

@@ -75,20 +75,6 @@ TEST_F(FontFiles, MissingFilesFailAndSixRangesEndTheProgram) {
   EXPECT_DEATH(DTexFont().Load(base.c_str()), "");
 }
 
-TEST_F(FontFiles, CreateWritesALoadableFontOrReportsOverflow) {
-  std::string base = (dir / "made").string();
-  ASSERT_TRUE(DTexFont().Create("DejaVu Sans", 20, 'A', 'E', base.c_str(), 128, 64));
-  DTexFont f;
-  ASSERT_TRUE(f.Load(base.c_str()));
-  EXPECT_EQ(f.GetRange(0).last, 'E');
-  for (int c = 'B'; c <= 'E'; c++) {  // cells do not overlap
-    const DTexFontGlyph *p = f.FindGlyph(c - 1), *g = f.FindGlyph(c);
-    EXPECT_TRUE(g->y > p->y || g->x >= p->x + p->wid) << char(c);
-  }
-  EXPECT_FALSE(DTexFont().Create("DejaVu Sans", 30, 32, 126, (dir / "tiny").c_str(), 64, 64));
-  EXPECT_FALSE(std::filesystem::exists(dir / "tiny.dtf"));
-}
-
 class TextPixels : public GLTest {
  protected:
   void SetUp() override {
@@ -142,19 +128,6 @@ TEST_F(TextPixels, TextMlDrawsAtMostTenLinesAndSkipsMissingGlyphs) {
   EXPECT_GT(litInLine(9), 10);
   EXPECT_EQ(litInLine(10), 0);
   EXPECT_EQ(font.GetWidth("\x01"), 0);
-}
-
-using FixedFontPixels = GLTest;
-
-TEST_F(FixedFontPixels, BoxesAdvanceByTheCellWidth) {
-  QFont font("fixed");
-  ASSERT_TRUE(font.CreateFixed(8, 10));
-  cv.SetFont(&font);
-  EXPECT_EQ(cv.GetTextWidth("abc"), 24);
-  cv.SetColor(QCANVAS_PX_WHITE);
-  cv.Text("ab", 4, 6);
-  for (auto [x, y] : {std::pair{4, 6}, {10, 15}, {12, 10}}) EXPECT_PIXEL(Pixel(x, y), 255, 255, 255, 0);
-  for (auto [x, y] : {std::pair{11, 10}, {20, 10}, {4, 16}}) EXPECT_PIXEL(Pixel(x, y), 0, 0, 0, 0);
 }
 
 }  // namespace

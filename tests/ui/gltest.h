@@ -1,10 +1,8 @@
 // A real OpenGL window for pixel tests (SDL's offscreen driver through the
-// headless backend) with a pixel reader in canvas coordinates, and an
-// application with a main window for tests of the window layer.
-//
-// The GL driver keeps allocations of its own for the life of the process, so
-// leak checking is paused while a GL window exists; llvmpipe renders on the
-// calling thread (LP_NUM_THREADS=0) so that the pause covers all its work.
+// headless backend), and an application with a main window for the window layer.
+// The GL driver keeps allocations for the life of the process, so leak checking
+// is paused while a GL window exists; llvmpipe renders on the calling thread
+// (LP_NUM_THREADS=0) so that the pause covers all its work.
 #pragma once
 
 #include <GL/gl.h>
@@ -33,7 +31,6 @@ struct Rgba {
   int r, g, b, a;
 };
 
-// The pixel at canvas (x, y) of the back buffer of a window `h` high.
 inline Rgba GLTestPixel(int x, int y, int h) {
   unsigned char p[4] = {};
   glFinish();
@@ -76,8 +73,8 @@ class GLTest : public ::testing::Test {
         << "got " << got_.r << "," << got_.g << "," << got_.b;        \
   } while (0)
 
-// An application whose main window is a real one, windows made in the test
-// deleted afterwards, and the control events (click, change) the program saw.
+// Windows made in the test are deleted afterwards; Seen() holds the control
+// events (click, change) the program saw.
 class MainWindowTest : public ::testing::Test {
  protected:
   static constexpr int W = 320, H = 240;
@@ -111,7 +108,6 @@ class MainWindowTest : public ::testing::Test {
     owned.push_back(w);
     return w;
   }
-  // Runs the loop until the script and the posted events are used up.
   void Drain() {
     while (a->Run1() != 2) {
     }

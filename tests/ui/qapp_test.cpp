@@ -164,25 +164,6 @@ TEST_F(QAppTest, CleanupTableRunsInOrderAfterTheExitProcAndRefusesThe101st) {
   EXPECT_EQ(rc.debug[199], "  cleanup 99 returned.\n");
 }
 
-TEST_F(QAppTest, ModifierWordAndMouseState) {
-  Feed(QEVENT_KEYPRESS, QK_SHIFT);
-  EXPECT_EQ(Feed(QEVENT_KEYPRESS, 'A'), 0x10041);
-  Feed(QEVENT_KEYRELEASE, QK_SHIFT);
-  Feed(QEVENT_KEYPRESS, QK_CTRL);
-  EXPECT_EQ(Feed(QEVENT_KEYPRESS, QK_ALT), 0xC0012);
-  Feed(QEVENT_RESETMODIFIERS, 0);  // a focus change clears keys whose releases never came
-  EXPECT_EQ(a->GetModifiers(), 0);
-  Feed(QEVENT_BUTTONPRESS, QMB_LEFT);
-  Feed(QEVENT_BUTTONPRESS, QMB_RIGHT);
-  Feed(QEVENT_BUTTONRELEASE, QMB_LEFT);
-  EXPECT_EQ(a->GetMouseButtons(), 1u << 3);
-  Feed(QEVENT_MOTIONNOTIFY, 0, 17, 23);
-  EXPECT_EQ(a->GetMouseY(), 23);
-  EXPECT_TRUE(a->IsMouseInside());
-  Feed(QEVENT_LEAVE, 0);
-  EXPECT_FALSE(a->IsMouseInside());
-}
-
 TEST_F(QAppTest, CloseRequestExitsForTheMainWindowOrWithoutAnyUnlessConsumed) {
   a->SetExitProc(Rec<1>);
   a->SetState(QApp::STATE_EXIT_RETURNS);

@@ -1,4 +1,4 @@
-// Button symbols and slider knobs, through the offscreen backend.
+// Button symbols: their boxes and their shapes on real pixels.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,22 +8,20 @@
 #include "gltest.h"
 #include "ui/qbutton.h"
 #include "ui/qbutton_symbol.h"
-#include "ui/qslider.h"
 
 namespace {
 
 TEST(QButtonSymbolBox, HalfTheButtonCentredWithTheShiftAndNames) {
-  struct Row {
+  const struct {
     int x, y, wid, hgt, shift;
     QRect box;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {100, 50, 40, 20, 0, QRect(110, 55, 20, 10)},
       {0, 0, 41, 21, 0, QRect(10, 5, 20, 10)},  // halves round towards zero
       {0, 0, 41, 21, 2, QRect(9, 4, 20, 10)},
       {0, 0, 109, 25, 0, QRect(27, 6, 54, 12)},
   };
-  for (const Row &r : rows) {
+  for (const auto &r : rows) {
     QRect b = QButtonSymbolBox(r.x, r.y, r.wid, r.hgt, r.shift);
     EXPECT_TRUE(b.x == r.box.x && b.y == r.box.y && b.wid == r.box.wid && b.hgt == r.box.hgt)
         << r.wid << "x" << r.hgt << " shift " << r.shift << ": " << b.x << "," << b.y << " " << b.wid << "x" << b.hgt;
@@ -31,11 +29,6 @@ TEST(QButtonSymbolBox, HalfTheButtonCentredWithTheShiftAndNames) {
   EXPECT_EQ(QButtonSymbolFromText("$DOWN"), QButtonSymbol::Down);
   EXPECT_EQ(QButtonSymbolFromText("$play"), QButtonSymbol::None);
   EXPECT_EQ(QButtonSymbolFromText(nullptr), QButtonSymbol::None);
-  QButtonSymbolShape s = QButtonSymbolShapeIn(QButtonSymbol::Rewind, QRect(10, 5, 20, 10));
-  ASSERT_EQ(s.count, 2);
-  const QTri &t = s.tri[0];
-  EXPECT_EQ((std::vector<int>{t.x[0], t.y[0], t.x[1], t.y[1], t.x[2], t.y[2]}),
-            (std::vector<int>{20, 5, 20, 15, 10, 10}));
 }
 
 class QButtonPixels : public GLTest {
@@ -83,17 +76,6 @@ TEST_F(QButtonPixels, EverySymbolStaysInItsBoxAndPointsItsWay) {
     EXPECT_FALSE(Near(face, g, g, g, 60)) << "the symbol must stand out from the face";
     EXPECT_PIXEL(Pixel(52, 12), face.r, face.g, face.b, 3);  // above the slope
   }
-}
-
-TEST_F(QButtonPixels, SliderKnobSitsAtTheValue) {
-  QSlider s(QRect(50, 100, 201, 12), 0.0f, 100.0f, 25.0f);  // value pixel 100
-  QSliderDraw(cv, s, false);
-  Rgba knob = Pixel(100, 106), fill = Pixel(70, 106), groove = Pixel(200, 106);
-  EXPECT_FALSE(Near(knob, fill.r, fill.g, fill.b, 10));
-  EXPECT_FALSE(Near(fill, groove.r, groove.g, groove.b, 10));
-  EXPECT_PIXEL(Pixel(100, 99), knob.r, knob.g, knob.b, 1);  // the knob stands above the track
-  EXPECT_PIXEL(Pixel(200, 99), 0, 0, 0, 0);                 // the groove does not
-  EXPECT_EQ(QSliderKnob(s).x, 96);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // The controls as windows, driven through the headless backend and the
 // window manager: the control events user input posts, slider drag and
-// step keys, radio groups per parent and group number, the focus ring.
+// step keys, radio groups per parent and group number.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -131,26 +131,6 @@ TEST_F(Controls, RadioGroupsArePerParentAndNumber) {
   Drain();
   EXPECT_TRUE(r[1]->IsChecked());
   EXPECT_TRUE(s[0]->IsChecked());
-}
-
-// The frame of a focused control is drawn two pixels wide in the focus colour.
-TEST_F(Controls, FocusRingOnScreen) {
-  QButton *b = Make(new QButton(main, 20, 20, 100, 25, "OK"));
-  QProp *p = Make(new QProp(main, 20, 60, 150, 16));
-  QCanvas cv;
-  cv.SetTargetSize(W, H);
-  auto isFocus = [&](int x, int y) {
-    cv.Select();
-    cv.SetColor(QCANVAS_PX_WHITE);
-    cv.Clear();
-    wm->Paint(&cv);
-    Rgba px = GLTestPixel(x, y, H);
-    return QColor(px.r, px.g, px.b) == QColor(qlook::FOCUS.GetR(), qlook::FOCUS.GetG(), qlook::FOCUS.GetB());
-  };
-  b->Focus();
-  EXPECT_TRUE(isFocus(20, 30) && isFocus(21, 30) && !isFocus(20, 65));
-  p->Focus();
-  EXPECT_TRUE(!isFocus(20, 30) && isFocus(20, 65));
 }
 
 }  // namespace
