@@ -1,7 +1,6 @@
-// A QApp with a main window on the headless backend for the modal dialogs.
-// Steps handed to OnIdle run one each time the modal loop runs dry; when they
-// are used up the guard ends the dialog with 99, so a test that forgot to close
-// its dialog fails instead of hanging.
+// A QApp with a main window on the headless backend for the modal dialogs. OnIdle
+// steps run one each time the modal loop runs dry; then the guard ends the dialog
+// with 99, so a test that forgot to close its dialog fails instead of hanging.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,7 +12,7 @@
 #include <fstream>
 #include <functional>
 #include <map>
-#include <sstream>
+#include <iterator>
 #include <string>
 
 #include "platform/headless/qpscript.h"
@@ -26,12 +25,9 @@
 
 inline std::string ReadAll(const std::string &path) {
   std::ifstream f(path);
-  std::stringstream ss;
-  ss << f.rdbuf();
-  return ss.str();
+  return std::string(std::istreambuf_iterator<char>(f), {});
 }
 
-// An empty folder of its own for the running test.
 inline std::filesystem::path FreshDir(const std::string &tag) {
   std::filesystem::path d = std::filesystem::weakly_canonical(std::filesystem::temp_directory_path()) /
                             (tag + "_" + std::to_string(getpid()) + "_" +
@@ -41,8 +37,8 @@ inline std::filesystem::path FreshDir(const std::string &tag) {
   return d;
 }
 
-// Plays keys: control characters are keys (\n Enter, \x1b Escape, \b Backspace,
-// \t Tab, \x7f Delete, \x01 Home, \x05 End, \x02 Left, \x06 Right), the rest is typed.
+// Plays keys: the control characters below are keys (\x01 Home, \x05 End,
+// \x02 Left, \x06 Right), the rest is typed.
 inline void Keys(const char *s) {
   static const std::map<char, int> keys = {{'\n', QK_ENTER}, {'\x1b', QK_ESC},   {'\b', QK_BACKSPACE},
                                            {'\t', QK_TAB},   {'\x7f', QK_DELETE}, {'\x01', QK_HOME},
@@ -61,13 +57,10 @@ class DialogTest : public ::testing::Test {
     return app && app->GetFocusShell() ? dynamic_cast<QDialog *>(app->GetFocusShell()->GetModal()) : nullptr;
   }
   template <class T>
-  static T *ModalAs() {
-    return dynamic_cast<T *>(Modal());
-  }
+  static T *ModalAs() { return dynamic_cast<T *>(Modal()); }
 
  protected:
-  // Painting tests need a real GL window; the others use a placeholder.
-  virtual bool UsesGL() const { return false; }
+  virtual bool UsesGL() const { return false; }  // else a placeholder window
 
   void SetUp() override {
     steps.clear();
@@ -106,7 +99,6 @@ class DialogTest : public ::testing::Test {
     QRect r = w->GetAbsRect();
     qpsClick(r.x + r.wid / 2, r.y + r.hgt / 2, button);
   }
-  // A close request to the main window, with the program told not to end.
   void CloseRequest() {
     a->SetState(QApp::STATE_EXIT_RETURNS);
     qpsClose();
