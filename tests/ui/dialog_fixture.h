@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <fstream>
@@ -16,7 +15,6 @@
 #include <string>
 
 #include "platform/headless/qpscript.h"
-#include "tests/ui/gltest.h"
 #include "ui/qapp.h"
 #include "ui/qdialog.h"
 #include "ui/qplatform.h"
@@ -60,23 +58,13 @@ class DialogTest : public ::testing::Test {
   static T *ModalAs() { return dynamic_cast<T *>(Modal()); }
 
  protected:
-  virtual bool UsesGL() const { return false; }  // else a placeholder window
-
   void SetUp() override {
     steps.clear();
     guardFired = false;
     qpsClear();
     qpsSetMessageBoxAnswer(QPMB_IDOK);
     a = new QApp(0, nullptr, "dialogtest");
-    if (UsesGL()) {
-      setenv("LP_NUM_THREADS", "0", 0);
-      GLTEST_LSAN_DISABLE();
-      pw = qpCreateWindow("dialogs", 0, 0, MW, MH, 0);
-      ASSERT_NE(pw, nullptr) << qpLastError();
-      qpMakeCurrent(pw);
-    } else {
-      pw = reinterpret_cast<QPWindow *>(&placeholder);
-    }
+    pw = reinterpret_cast<QPWindow *>(&placeholder);  // no GL: a placeholder window
     mw = new QWindow(a->GetRoot(), 0, 0, MW, MH);
     mw->MakeRealX();
     mw->AdoptPlatformWindow(pw);
@@ -88,10 +76,8 @@ class DialogTest : public ::testing::Test {
     EXPECT_FALSE(guardFired) << "a dialog was still open when the script ran dry";
     EXPECT_TRUE(steps.empty()) << steps.size() << " idle steps never ran";
     delete mw;
-    if (UsesGL()) qpDestroyWindow(pw);  // before the display closes
     delete a;
     qpsClear();
-    if (UsesGL()) { GLTEST_LSAN_ENABLE(); }  // braces: the macro may be empty
   }
 
   static void OnIdle(std::function<void()> f) { steps.push_back(std::move(f)); }
