@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <vector>
 
 #include "tests/ui/gltest.h"
@@ -55,38 +54,6 @@ TEST_F(SdlEvents, KeyCodes) {
     for (size_t i = 0; i < ev.size(); i++)
       EXPECT_EQ(ev[i].type * 1000 + ev[i].n, (i ? QEVENT_KEYRELEASE : QEVENT_KEYPRESS) * 1000 + r[1]) << r[0];
   }
-}
-
-TEST_F(SdlEvents, TextMouseAndWheel) {
-  SDL_Event ev = {};
-  ev.type = SDL_TEXTINPUT;
-  strcpy(ev.text.text, "a\xC3\xA9\xE2\x82\xAC!");  // a, e-acute, euro sign (dropped), !
-  SDL_PushEvent(&ev);
-  ev = {};
-  ev.type = SDL_MOUSEMOTION;
-  ev.motion.x = 12;
-  ev.motion.y = 34;
-  SDL_PushEvent(&ev);
-  ev = {};
-  ev.type = SDL_MOUSEBUTTONDOWN;
-  ev.button.button = SDL_BUTTON_RIGHT;
-  ev.button.x = 13;
-  SDL_PushEvent(&ev);
-  ev = {};
-  ev.type = SDL_MOUSEWHEEL;
-  ev.wheel.y = -1;  // a wheel step is a press and a release
-  const int want[][3] = {{QEVENT_CHAR, 'a', -1},          {QEVENT_CHAR, 0xE9, -1},
-                         {QEVENT_CHAR, '!', -1},          {QEVENT_MOTIONNOTIFY, -1, 12},
-                         {QEVENT_BUTTONPRESS, QMB_RIGHT, 13}, {QEVENT_BUTTONPRESS, QMB_WHEELDOWN, -1},
-                         {QEVENT_BUTTONRELEASE, QMB_WHEELDOWN, -1}};  // -1: not checked
-  std::vector<QEvent> got = Drain(&ev);
-  ASSERT_EQ(got.size(), 7u);
-  for (int i = 0; i < 7; i++) {
-    EXPECT_EQ(got[i].type, want[i][0]) << i;
-    EXPECT_TRUE(want[i][1] < 0 || got[i].n == want[i][1]) << i << ": " << got[i].n;
-    EXPECT_TRUE(want[i][2] < 0 || got[i].x == want[i][2]) << i << ": " << got[i].x;
-  }
-  EXPECT_EQ(got[3].y, 34);
 }
 
 TEST_F(SdlEvents, WindowEventsAndQuit) {

@@ -1,5 +1,5 @@
 // Loading a tyre from a configuration tree: the key rules per model, the
-// lxal/lyka warnings, negate_camber, the camber check and import_file.
+// lxal/lyka warnings, the camber check and import_file.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -51,16 +51,6 @@ TEST_F(LoadTest, LxalLykaWarnings) {
     EXPECT_TRUE(t.lxal == r.lxal && t.lyka == r.lyka) << r.keys;
     EXPECT_EQ(cap.warnings, r.warnings);
   }
-}
-
-TEST_F(LoadTest, LoadResetsFirstAndSetsNegateCamber) {
-  KPacejka t;
-  t.pdx1 = 1.2f;  // a previous tyre's value
-  t.Load(Car("    model=1\n    pcx1=1.7\n    negate_camber=1\n").get(), "wheel0.pacejka");
-  EXPECT_TRUE(t.pdx1 == 0.0f && t.pcx1 == 1.7f && t.flags == KPacejka::NEGATE_CAMBER);
-  EXPECT_FLOAT_EQ(t.camber, -2.0f);  // left at the check's second point
-  t.Load(Car("    model=0\n", "other.ini").get(), "wheel0.pacejka");
-  EXPECT_EQ(t.flags, 0u);
 }
 
 TEST_F(LoadTest, CamberCheckWarnsWhenFyRisesNeverAboutMz) {

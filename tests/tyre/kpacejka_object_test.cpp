@@ -1,4 +1,4 @@
-// KPacejka as an object: the setters' clamps and conversions, model names, CreateSystem.
+// KPacejka as an object: the setters' clamps and conversions, CreateSystem.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -36,21 +36,6 @@ TEST(KPacejkaObject, SettersConvertAndClamp) {
   t.SetCamber(NAN);  // reported, stored anyway
   EXPECT_TRUE(std::isnan(t.camber));
   EXPECT_EQ(cap.errors, "Trying to set not a NaN to camber\n");
-}
-
-TEST(KPacejkaObject, ModelNamesAndFriction) {
-  struct Row { int model; const char *name; float lat, lon; };
-  const Row rows[] = {{0, "Pacejka89/96", 1.45f, 1.8f}, {1, "Magic Formula 5.2", 1.1f, 1.2f},
-                      {2, "Pacejka2006", 1.45f, 1.8f},  {3, "Magic Formula 6.1", 1.1f, 1.2f},
-                      {7, "<PacejkaModel?\?>", 1.45f, 1.8f}, {-1, "<PacejkaModel?\?>", 1.45f, 1.8f}};
-  KPacejka t;
-  SetMembers(t, {{"a2", 1450}, {"b2", 1800}, {"pdy1", 1.1}, {"pdx1", 1.2}});
-  for (const Row &r : rows) {
-    t.model = r.model;
-    EXPECT_STREQ(t.GetModelName(), r.name);
-    EXPECT_FLOAT_EQ(t.GetLateralFriction(), r.lat) << r.model;
-    EXPECT_FLOAT_EQ(t.GetLongitudinalFriction(), r.lon) << r.model;
-  }
 }
 
 TEST(CreateSystem, RegistersBoundParametersAndSignals) {
