@@ -35,9 +35,3 @@ TEST(CoeffTable, LookupGivesTextsRangesAndFields) {
   for (auto [list, index] : {std::pair{COEFF_LIST_B, 13}, {COEFF_LIST_A, 15}, {COEFF_LIST_C, 18}})
     EXPECT_EQ(CoeffLookup(list, index).field, COEFF_FIELD_NONE) << index;
 }
-
-TEST(CoeffTable, FieldKeysCoverTheRun) {
-  const char *keys[][2] = {{"11", "a111"}, {"15", "b0"}, {"45", "c17"}, {"46", "lfz0"}, {"73", "lres"}};
-  for (auto &k : keys) EXPECT_STREQ(CoeffFieldKey(atoi(k[0])), k[1]);
-  EXPECT_TRUE(CoeffFieldKey(74) == nullptr && CoeffFieldKey(-1) == nullptr);
-}

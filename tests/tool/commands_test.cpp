@@ -54,15 +54,6 @@ TEST_F(CommandsTest, ExportAsciiThroughItsDialogsWritesTheGoldenTable) {
   EXPECT_FALSE(stuck);
 }
 
-TEST_F(CommandsTest, ExportCarIniUsesThePeaksOfTheLastFrame) {
-  for (Graph *g : session.graphs) g->Sample();
-  std::string path = dir.root + "/carini.txt";
-  ScriptEntry(path.c_str());
-  qpsKeyTap(QK_ENTER);
-  ASSERT_TRUE(CommandExportCarIni());
-  ExpectGolden("touring_carini.txt", ReadFileBytes(path));
-}
-
 // The report replaces a longer older one in the working folder, the same 40
 // bytes each time, with or without the viewer.
 TEST_F(CommandsTest, AnalyseWritesTheReportInTheWorkingFolder) {

@@ -1,4 +1,4 @@
-// Curve sampling: ranges, sample positions, normalisation and peaks.
+// Curve sampling: normalisation, peaks and texts.
 #include "tool/curves.h"
 
 #include <gtest/gtest.h>
@@ -19,24 +19,6 @@ void LoadTouring(KPacejka *tyre) {
 }
 
 }  // namespace
-
-TEST(Curves, RangesAtCreationAndByZoom) {
-  struct Case { CurveKind k; bool zoom; float xMax, yMax; } cases[] = {
-      {CURVE_FX, true, 2, 2}, {CURVE_FX, false, 10, 2}, {CURVE_FY, true, 20, 2},
-      {CURVE_FY, false, 180, 2}, {CURVE_MZ, true, 20, 200}, {CURVE_MZ, false, 180, 200},
-  };
-  for (const Case &c : cases) {
-    CurveRange r = CurveInitialRange(c.k);
-    CurveApplyZoom(c.k, c.zoom, &r);
-    EXPECT_TRUE(r.xMin == -c.xMax && r.xMax == c.xMax && r.yMin == -c.yMax && r.yMax == c.yMax) << c.k << c.zoom;
-  }
-  // The last sample stops one step short of the range's end.
-  CurveRange r = CurveInitialRange(CURVE_FX);
-  CurveApplyZoom(CURVE_FX, true, &r);
-  EXPECT_EQ(CurveSampleX(r, 0), -2.0f);
-  EXPECT_FLOAT_EQ(CurveSampleX(r, 145), 0.0f);
-  EXPECT_FLOAT_EQ(CurveSampleX(r, CURVE_SAMPLES - 1), 2.0f - 4.0f / 290.0f);
-}
 
 TEST(Curves, SamplesAreTheModelNormalisedByLoadAndPeakIsTheFirstHighest) {
   KPacejka tyre, check;
