@@ -11,15 +11,12 @@ class DbgSetup : public InfoTest {
  protected:
   void SetUp() override {
     InfoTest::SetUp();
-    QNetSetPortOffset(0);
-    QNetSetFakePacketDrops(0);
     qSetDevFlags(0);
   }
   void TearDown() override {
     qlog_last_close();
     qdbgChannelClose();
     qSetDevFlags(0);
-    QSetMainInfo(nullptr);
     InfoTest::TearDown();
   }
   static std::string Dev(const std::string &keys) { return "dev\n{\n" + keys + "}\n"; }
@@ -38,9 +35,7 @@ TEST_F(DbgSetup, SwitchesInTheirOrder) {
   const SetupCase rows[] = {
       {"", "", 0, false},
       {"opengl_checks=1\nargument_tracing=1\n", both.c_str(), QDEV_OPENGL_CHECKS | QDEV_ARGUMENT_TRACING, false},
-      {"opengl_checks=0\n", "", 0, false},  // the flags are cleared before the keys are read
       {"strict=1\n", "", 0, true},
-      {"udp_out=127.0.0.1:4000\n", "", 0, false},
       // A channel setting that fails stops the setup before the later switches.
       {"udp_out=localhost\nlog_last=1\nopengl_checks=1\n",
        "W: qdbg_setup: need host:port in dev_udpout (now 'localhost')", 0, false},
@@ -60,24 +55,6 @@ TEST_F(DbgSetup, SwitchesInTheirOrder) {
     std::filesystem::remove("QLOG_LAST.txt");
     qdbgChannelClose();
   }
-}
-
-TEST_F(DbgSetup, RunFirstNetworkSettingsAndMainSettingsFallback) {
-  auto info = ReadText(Dev("run_first=echo ran > ran.txt\nport_offset=3\nfake_packet_drops=2\n"));
-  qdbg_setup(info.get());
-  EXPECT_EQ(ReadFile("ran.txt"), "ran\n");  // the command has ended by then
-  EXPECT_EQ(QNetPortOffset(), 3);
-  EXPECT_EQ(QNetFakePacketDrops(), 2);
-  auto off = ReadText(Dev("port_offset=0\nfake_packet_drops=-1\n"), 0, "off.ini");
-  qdbg_setup(off.get());
-  EXPECT_EQ(QNetPortOffset(), 3);  // kept: only values of 1 or more are stored
-  EXPECT_EQ(QNetFakePacketDrops(), 2);
-  WriteFile("main.ini", Dev("udp_out=from-main\n"));  // the channel falls back to the main settings
-  QInfo main("main.ini");
-  QSetMainInfo(&main);
-  ReportCapture cap;
-  qdbg_setup(off.get());
-  EXPECT_EQ(cap.joined, "W: qdbg_setup: need host:port in dev_udpout (now 'from-main')");
 }
 
 }  // namespace

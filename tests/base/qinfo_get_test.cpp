@@ -1,5 +1,5 @@
 // Queries on a tree: the typed getters with their number checks, the lookup
-// (references, fallback) and node access.
+// (references, fallback).
 #include "base/qstring.h"
 #include "tests/base/qinfo_test_util.h"
 
@@ -66,8 +66,8 @@ TEST_F(InfoTest, StringsDefaultsAndOddValues) {
             "W: a0 value '1.5\xFF' (in t.ini) is not a valid float: character '\xFF' is not allowed");
 }
 
-TEST_F(InfoTest, BoolsListsVectorsAndHosts) {
-  auto info = ReadText("on=1\nexpr=2-2\nf=1.5, 2.5 ,,3.5\ni=1 2,$10 4 5\nplain=example.org\nslash=/3+7\n"
+TEST_F(InfoTest, BoolsFloatListsAndHosts) {
+  auto info = ReadText("on=1\nexpr=2-2\nf=1.5, 2.5 ,,3.5\nplain=example.org\nslash=/3+7\n"
                        "bad=/37\nplus=+5\nplus2=+5+2\nplus3=+15+2\n");
   EXPECT_TRUE(info->GetBool("on", false));
   EXPECT_FALSE(info->GetBool("expr", true));
@@ -75,11 +75,6 @@ TEST_F(InfoTest, BoolsListsVectorsAndHosts) {
   const float defs[5] = {9, 9, 9, 8, 7};
   EXPECT_TRUE(info->GetFloats("f", 5, f, defs));
   EXPECT_EQ(std::vector<float>(f, f + 5), (std::vector<float>{1.5f, 2.5f, 3.5f, 8, 7}));
-  int v[6];
-  EXPECT_TRUE(info->GetInts("i", 6, v, -1));
-  EXPECT_EQ(std::vector<int>(v, v + 6), (std::vector<int>{1, 2, 16, 4, 5, -1}));
-  EXPECT_FALSE(info->GetInt4("none", v));
-  EXPECT_EQ(std::vector<int>(v, v + 4), (std::vector<int>{0, 0, 0, 0}));
   const char *hosts[][2] = {{"plain", "example.org"}, {"slash", "192.168.3.7"},  {"plus", "192.168.0.5"},
                             {"plus2", "192.168.0.7"}, {"plus3", "192.168.0.15"}, {"bad", "127.0.0.1"}};
   ReportCapture cap;
@@ -112,24 +107,6 @@ TEST_F(InfoTest, FallbackAnswersWhatIsMissingAndRequiredKeysWarn) {
   EXPECT_NE(err.find("QInfo: 'only_fb' only found in fallback file."), std::string::npos) << err;
   EXPECT_EQ(err.find("'shared' only found"), std::string::npos) << err;
   EXPECT_EQ(cap.joined, "W: QInfo: 'b' not found in info or fallback - required");
-}
-
-TEST_F(InfoTest, FindNodeCountChildrenAndFullPath) {
-  auto info = ReadText("g\n{\n;c\na=1\nsub\n{\nx=1\n}\n}\nk=2\nref~g\n");
-  EXPECT_EQ(info->FindNode(""), info->GetRoot());
-  ASSERT_NE(info->FindNode("g.sub"), nullptr);
-  EXPECT_EQ(info->FindNode("g.sub")->kind, unsigned(NODE_TREE));
-  EXPECT_EQ(info->FindNode("ref.a"), info->FindNode("g.a"));
-  EXPECT_EQ(info->FindNode("k.x"), nullptr);
-  EXPECT_EQ(info->FindNode("g..a"), info->FindNode("g.a"));  // empty parts are skipped
-  EXPECT_EQ(info->CountChildren(""), 3);
-  info->Delete("g.a");
-  EXPECT_EQ(info->CountChildren("g"), 1);
-  ASSERT_TRUE(info->SetString("a.b.c.d.e.f.g.h.i.j.k.l", "1"));
-  qstring p;  // the full path holds at most ten names
-  QInfo::GetFullPath(info->FindNode("a.b.c.d.e.f.g.h.i.j.k.l"), p);
-  EXPECT_STREQ(p.c_str(), "c.d.e.f.g.h.i.j.k.l");
-  info->SetFlags(0);
 }
 
 }  // namespace

@@ -14,12 +14,11 @@ namespace qinfotest {
 
 using InfoTest = ScratchTest;
 
-// "name=value", ";comment", "name~ref=value{children}", "!" before deleted nodes, blank-separated.
+// "name=value", ";comment", "name~ref=value{children}", blank-separated.
 inline std::string Dump(const QInfoNode *first) {
   std::string out;
   for (const QInfoNode *n = first; n; n = n->next) {
     if (!out.empty()) out += " ";
-    if (n->flags & NODEF_DELETED) out += "!";
     if (n->kind == NODE_COMMENT) {
       out += std::string(";") + (n->value ? n->value : "");
       continue;

@@ -16,19 +16,6 @@ TEST(Qstring, GrowsTakesPiecesOfItselfAndEdits) {
   s = s.c_str() + 90;
   s += s.c_str();
   EXPECT_EQ(S(s), std::string(20, 'x'));
-  const char *rows[][4] = {
-      // text, CutPath, CutExtension, CutFile
-      {"c:\\t\\shot.tga", "shot.tga", "c:\\t\\shot", "c:\\t\\"},
-      {"noext", "noext", "noext", ""},
-      {"dir.v2/file", "file", "dir.v2/file", "dir.v2/"},
-  };
-  for (auto &r : rows) {
-    qstring a(r[0]), b(r[0]), c(r[0]);
-    a.CutPath();
-    b.CutExtension();
-    c.CutFile();
-    EXPECT_EQ(S(a) + "|" + S(b) + "|" + S(c), std::string(r[1]) + "|" + r[2] + "|" + r[3]);
-  }
   qstring t("wheel0.pacejka.a0 \t ");
   t.CutTrailingSpaces();
   EXPECT_EQ(t.Find('.', 7), 14);

@@ -1,5 +1,4 @@
-// Argument tracing, the trace file, QOLOF, and the reporters that end the
-// process.
+// Argument tracing, QOLOF and the reporters that end the process.
 #include <unistd.h>
 
 #include <thread>
@@ -58,37 +57,6 @@ TEST_F(ArgTest, ThirdThreadSharesSlotZero) {
   EXPECT_EQ(second, 1);
   EXPECT_EQ(third, 0);
   EXPECT_NE(cap_.errors.find("No space for qarg thread "), std::string::npos) << cap_.errors;
-}
-
-TEST_F(ArgTest, PrintShowsStacksTopDown) {
-  qargPush("kpacejka", "KPacejka::Load", 10, "tyre %s", "front");
-  qargPush("qinfo", "QInfo::Read", 20, "file %s", "car.ini");
-  qargPrint("why", false);
-  EXPECT_EQ(cap_.debug, "Argument stack(s) [why]:\n  Stack for threadID 0 [" + std::to_string(gettid()) +
-                            "]:\nstack[1]=file car.ini\n  (set at qinfo line 20 in QInfo::Read()\n"
-                            "stack[0]=tyre front\n  (set at kpacejka line 10 in KPacejka::Load()\n"
-                            "  Stack for threadID 1 [0]:\n<empty stack> (is dev.argument_tracing set to 1?)\n");
-}
-
-TEST_F(ScratchTest, TraceFileMaskSelectsLinesAndNewlinesCollapse) {
-  ASSERT_TRUE(qtraceOpen("trace.txt", QTRACE_ERR));
-  qtraceLine(QTRACE_ERR, "error one\n\n\n");
-  qtraceLine(QTRACE_WARN, "not selected\n");
-  int obj = 0;
-  qtraceEnter("QInfo", "Read");
-  EXPECT_EQ(qtraceDepth(), 1);
-  qtraceEnter("QInfo", "Write", &obj);
-  qtraceLeave("QInfo", "Write", &obj);
-  qtraceLeave("QInfo", "Read");
-  EXPECT_EQ(qtraceDepth(), 0);
-  qtraceSetLevel(2);
-  qtraceLeveled(3, "too deep");
-  qtraceLeveled(2, "level two");
-  qtraceClose();
-  char ptr[64];
-  snprintf(ptr, sizeof ptr, "0x%p", static_cast<void *>(&obj));
-  EXPECT_EQ(ReadFile("trace.txt"), std::string("error one\n>QInfo::Read\n>QInfo::Write (this=") + ptr +
-                                       ")\n<QInfo::Write (this=" + ptr + ")\n<QInfo::Read\nlevel two\n");
 }
 
 TEST_F(ScratchTest, QolofPrintsLinesAroundWithMarkerAndAssertShowsSource) {
