@@ -90,12 +90,7 @@ class TextPixels : public GLTest {
 TEST_F(TextPixels, CommittedFontGlyphMatchesItsImage) {
   cv.Text("H", 10, 20);
   const DTexFont *tf = font.GetTexFont();
-  EXPECT_EQ(tf->GetMaxChar(), 255);
-  EXPECT_EQ(tf->GetHeight(), 15);
-  EXPECT_EQ(tf->FindGlyph(20), nullptr);
   const DTexFontGlyph *g = tf->FindGlyph('H');
-  EXPECT_FLOAT_EQ(g->u0, float(g->x) / 256.0f);
-  EXPECT_FLOAT_EQ(g->v1, float(g->y + g->hgt) / 256.0f);
   int left = 10 + int(g->bearingx);
   int worst = 0, lit = 0;
   for (int y = 0; y < g->hgt; y++) {

@@ -1,8 +1,7 @@
-// A real OpenGL window for pixel tests (SDL's offscreen driver through the
-// headless backend), and an application with a main window for the window layer.
-// The GL driver keeps allocations for the life of the process, so leak checking
-// is paused while a GL window exists; llvmpipe renders on the calling thread
-// (LP_NUM_THREADS=0) so that the pause covers all its work.
+// A real OpenGL window for pixel tests (SDL's offscreen driver through the headless backend), and an application
+// with a main window for the window layer. The GL driver keeps allocations for the life of the process, so leak
+// checking is paused while a GL window exists; llvmpipe renders on the calling thread (LP_NUM_THREADS=0) so that
+// the pause covers all its work.
 #pragma once
 
 #include <GL/gl.h>

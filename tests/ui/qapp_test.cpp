@@ -1,5 +1,5 @@
-// QApp: dispatch order of Run1, the procedure tables, input state, close
-// requests and screenshots, driven through the headless backend's script.
+// QApp: dispatch order of Run1, the procedure tables and screenshots, driven
+// through the headless backend's script.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -100,15 +100,6 @@ TEST_F(QAppTest, Run1DispatchOrder) {
     EXPECT_EQ(a->Run1(), r.result) << r.type << "/" << r.consumer;
     EXPECT_EQ(trace, r.expect) << r.type << "/" << r.consumer;
   }
-  // RunPending hands the flag and the modal window to the shell and drains the queue.
-  QWindow *modal = reinterpret_cast<QWindow *>(0x4000);
-  qpsKeyTap('X');
-  qpsClick(5, 6);
-  a->RunPending(modal, 7);
-  EXPECT_EQ(a->GetFocusShell()->GetFlag(), 7);
-  EXPECT_EQ(a->GetFocusShell()->GetModal(), modal);
-  EXPECT_EQ(qpsPendingCount(), 0);
-  EXPECT_EQ(a->GetMouseX(), 5);
 }
 
 TEST_F(QAppTest, TableLimitsAndTheirReports) {
@@ -162,27 +153,6 @@ TEST_F(QAppTest, CleanupTableRunsInOrderAfterTheExitProcAndRefusesThe101st) {
   ASSERT_EQ(rc.debug.size(), 200u);
   EXPECT_EQ(rc.debug[0], "QApp: calling cleanup proc 0...\n");
   EXPECT_EQ(rc.debug[199], "  cleanup 99 returned.\n");
-}
-
-TEST_F(QAppTest, CloseRequestExitsForTheMainWindowOrWithoutAnyUnlessConsumed) {
-  a->SetExitProc(Rec<1>);
-  a->SetState(QApp::STATE_EXIT_RETURNS);
-  Feed(QEVENT_CLOSE, 0);  // no window at all
-  QPWindow *mainPW = reinterpret_cast<QPWindow *>(0x1000);
-  a->SetMainWindow(nullptr, mainPW);
-  QEvent e;
-  e.type = QEVENT_CLOSE;
-  e.pwin = reinterpret_cast<QPWindow *>(0x2000);  // another window: nothing happens
-  qpsPushEvent(e);
-  e.pwin = mainPW;
-  qpsPushEvent(e);
-  a->SetState(QApp::STATE_EXIT_RETURNS);
-  while (a->Run1() != 2) {
-  }
-  a->SetEventProc([](QEvent *) { return true; });  // a consumed request does not exit
-  qpsPushEvent(e);
-  a->Run1();
-  EXPECT_EQ(calls, (std::vector<int>{1, 1}));
 }
 
 TEST_F(QAppTest, ScreenshotsGetNumberedFilesInTheTemporaryFolder) {

@@ -9,25 +9,20 @@
 
 namespace {
 
-struct PaletteRow {
-  unsigned code;
-  int alpha;
-  int r, g, b, a;
-  int blend;  // blend mode afterwards (starting from off)
-};
-
-const PaletteRow PALETTE_ROWS[] = {
-    {0, -1, 255, 255, 255, 255, 0},  {1, -1, 0, 0, 0, 255, 0},       {2, -1, 224, 224, 224, 255, 0},
-    {3, -1, 212, 208, 200, 255, 0},  {4, -1, 128, 128, 128, 255, 0}, {5, -1, 255, 0, 0, 255, 0},
-    {5, 10, 255, 0, 0, 255, 0},      // alpha ignored
-    {6, -1, 39, 73, 78, 255, 0},     {6, 40, 39, 73, 78, 40, 0},     {7, -1, 68, 126, 142, 128, 1},
-    {7, 255, 68, 126, 142, 255, 1},  {8, -1, 83, 153, 165, 255, 0},  {9, -1, 110, 208, 221, 255, 0},
-    {10, -1, 139, 201, 219, 255, 0}, {11, -1, 255, 255, 255, 255, 1}, {11, 64, 255, 255, 255, 64, 1},
-    {12, -1, 0, 255, 0, 255, 0},     {99, 7, 0, 255, 0, 255, 0},     // unknown: visible green
-};
-
 TEST(QCanvasState, PaletteCodesAndPackedColour) {
-  for (const PaletteRow &r : PALETTE_ROWS) {
+  const struct {
+    unsigned code;
+    int alpha, r, g, b, a, blend;  // blend: the mode afterwards, starting from off
+  } rows[] = {
+      {0, -1, 255, 255, 255, 255, 0},  {1, -1, 0, 0, 0, 255, 0},        {2, -1, 224, 224, 224, 255, 0},
+      {3, -1, 212, 208, 200, 255, 0},  {4, -1, 128, 128, 128, 255, 0},  {5, -1, 255, 0, 0, 255, 0},
+      {5, 10, 255, 0, 0, 255, 0},  // alpha ignored
+      {6, -1, 39, 73, 78, 255, 0},     {6, 40, 39, 73, 78, 40, 0},      {7, -1, 68, 126, 142, 128, 1},
+      {7, 255, 68, 126, 142, 255, 1},  {8, -1, 83, 153, 165, 255, 0},   {9, -1, 110, 208, 221, 255, 0},
+      {10, -1, 139, 201, 219, 255, 0}, {11, -1, 255, 255, 255, 255, 1}, {11, 64, 255, 255, 255, 64, 1},
+      {12, -1, 0, 255, 0, 255, 0},     {99, 7, 0, 255, 0, 255, 0},  // unknown: visible green
+  };
+  for (const auto &r : rows) {
     QCanvas c;
     c.SetColor(r.code, r.alpha);
     EXPECT_EQ(c.GetColor(), QColor(r.r, r.g, r.b, r.a)) << "code " << r.code << " alpha " << r.alpha;
@@ -60,21 +55,6 @@ TEST(QCanvasState, ReportsOfUnknownCodesAndUnsupportedCalls) {
 
 using QCanvasPixels = GLTest;
 
-TEST_F(QCanvasPixels, PaletteColoursGreenFallbackAndTranslucentTeal) {
-  for (unsigned code = 0; code <= 12; code++) {
-    cv.SetColor(code, 255);
-    cv.SetBlending(QCANVAS_BLEND_OFF);
-    cv.Rectfill(int(code) * 20, 0, 20, 20);
-    const PaletteRow *row = nullptr;
-    for (const PaletteRow &r : PALETTE_ROWS)
-      if (r.code == code && (r.alpha == -1 || r.alpha == 255)) row = &r;
-    EXPECT_PIXEL(Pixel(int(code) * 20 + 10, 10), row->r, row->g, row->b, 1);
-  }
-  cv.SetColor(QCANVAS_PX_TEAL_ALPHA);  // alpha 128, blending on, over black
-  cv.Rectfill(0, 30, 10, 10);
-  EXPECT_PIXEL(Pixel(5, 35), 68 * 128 / 255, 126 * 128 / 255, 142 * 128 / 255, 2);
-}
-
 TEST_F(QCanvasPixels, YAxisPointsDownAndPrimitivesCoverExactlyTheirPixels) {
   cv.SetColor(QCANVAS_PX_WHITE);
   cv.Point(0, 0);
@@ -103,19 +83,9 @@ TEST_F(QCanvasPixels, YAxisPointsDownAndPrimitivesCoverExactlyTheirPixels) {
   EXPECT_PIXEL(Pixel(100, 10), 128, 0, 128, 4);
   EXPECT_PIXEL(Pixel(200, 10), 0, 0, 255, 3);  // the last pixel is drawn too
   EXPECT_PIXEL(Pixel(100, 11), 0, 0, 0, 0);
-}
-
-TEST(QGLNames, CallbackNameTables) {
-  const char *sources[] = {"Window System", "Shader Compiler", "Third Party", "Application", "Other"};
-  const char *types[] = {"Error", "Deprecated Behavior", "Undefined Behavior", "Portability", "Performance"};
-  for (unsigned i = 0; i < 5; i++) {
-    EXPECT_STREQ(QGLSourceName(0x8247 + i), sources[i]);
-    EXPECT_STREQ(QGLTypeName(0x824C + i), types[i]);
-  }
-  EXPECT_STREQ(QGLSourceName(0x824C), "Unknown");
-  EXPECT_STREQ(QGLTypeName(0x824B), "Other");
-  EXPECT_STREQ(QGLSeverityName(0x9146), "High");
-  EXPECT_STREQ(QGLSeverityName(0x826B), "Notification");
+  cv.SetColor(QCANVAS_PX_TEAL_ALPHA);  // alpha 128, blending on, over black
+  cv.Rectfill(0, 30, 10, 10);
+  EXPECT_PIXEL(Pixel(5, 35), 68 * 128 / 255, 126 * 128 / 255, 142 * 128 / 255, 2);
 }
 
 TEST_F(QCanvasPixels, OpenGLErrorsAreReportedAndCleared) {
