@@ -19,6 +19,49 @@ class FileTest : public ScratchTest {
   int open_ = 0;
 };
 
+TEST_F(FileTest, StreamAndPreloadReadAlike) {
+  WriteFile("a.ini", "ab\xff\n");
+  for (int mode : {int(QFile::READ_BINARY), QFile::READ_BINARY | QFile::MEMORY}) {
+    QFile f("a.ini", mode);
+    ASSERT_TRUE(f.IsOpen());
+    EXPECT_EQ(f.IsMemory(), mode != QFile::READ_BINARY);
+    std::string s;
+    for (int c = f.GetByte(); !f.AtEnd(); c = f.GetByte()) s += char(c);
+    EXPECT_EQ(s, "ab\xff\n") << mode;
+    EXPECT_EQ(f.GetByte(), mode == QFile::READ_BINARY ? EOF : 0xFF);
+    EXPECT_TRUE(f.AtEnd()) << mode;
+    f.UnGetByte('y');
+    EXPECT_FALSE(f.AtEnd()) << mode;
+    EXPECT_EQ(f.GetByte(), 'y');
+    EXPECT_TRUE(f.AtEnd()) << mode;
+  }
+  WriteFile("empty.ini", "");
+  QFile empty("empty.ini", QFile::READ_BINARY | QFile::MEMORY);
+  EXPECT_TRUE(empty.IsOpen());
+  EXPECT_FALSE(empty.IsMemory());  // an empty file stays a stream
+}
+
+
+TEST_F(FileTest, ModesOpenAsTheCRuntimeDoes) {
+  {
+    QFile w("m.txt", QFile::WRITE_TEXT);
+    EXPECT_TRUE(w.Write("one\n", 4));
+    qfFailNextWrites(1);
+    EXPECT_FALSE(w.Write("x", 1));
+  }
+  {
+    QFile a("m.txt", QFile::APPEND_BINARY);
+    EXPECT_TRUE(a.PutChar('2'));
+  }
+  EXPECT_EQ(ReadFile("m.txt"), "one\n2");
+  QFile none("m.txt", 42);
+  EXPECT_FALSE(none.IsOpen());
+  EXPECT_EQ(none.GetByte(), 0);
+  EXPECT_TRUE(none.AtEnd());
+  EXPECT_FALSE(QFile("nope", QFile::READ_BINARY).IsOpen());
+}
+
+
 TEST_F(FileTest, MemoryFlagMessages) {
   WriteFile("c.ini", "abc");
   ReportCapture cap;
