@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "base/qinfo.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 #define QSETUP "qdebug", "qdbg_setup", __LINE__
 

@@ -17,7 +17,7 @@
 
 #include <cstdint>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 namespace {
 

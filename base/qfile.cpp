@@ -7,7 +7,7 @@
 #include <string>
 
 #include "base/qstring.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 // ---- open/close wrappers -------------------------------------------------
 

@@ -5,7 +5,7 @@
 
 #include "base/qinfoimpl.h"
 #include "base/qinfonode.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 // ---- Nodes -------------------------------------------------------------------
 

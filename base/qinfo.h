@@ -11,7 +11,7 @@
 // Getters never fail: a missing key gives the default silently (unless
 // QINFO_REQUIRED is set). Setters fail (false) only for an empty key or a
 // path that runs through a key or ends on a group. All problems are reported
-// through the reporters of ui/diag/qdebug.h.
+// through the reporters of diag/qdebug.h.
 //
 // One thread only: the tree holds no lock and Eval (used by GetInt/GetBool)
 // keeps process-wide state.

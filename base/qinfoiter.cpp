@@ -7,7 +7,7 @@
 #include "base/qinfo.h"
 #include "base/qinfoimpl.h"
 #include "base/qstring.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 // ---- Iterator ----------------------------------------------------------------------------
 

@@ -18,7 +18,7 @@
 #include "base/qfile.h"
 #include "base/qinfo.h"
 #include "base/qinfoimpl.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 #define QFN QINFO_SRC, "QInfo::Read", __LINE__
 

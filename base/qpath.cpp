@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "base/qfile.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 bool QPath::Add(const char *dir) {
   if (count_ >= MAX_PATHS) {

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "base/qfile.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 static char g_empty[1] = {0};
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/qinfo.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 namespace {
 

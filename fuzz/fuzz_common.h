@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 inline int FuzzQuietHook(const char *, const char *) { return 0; }
 

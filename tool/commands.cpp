@@ -11,7 +11,7 @@
 #include "tool/mrun.h"
 #include "tool/panel.h"
 #include "tool/session.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qdlgfile.h"
 #include "ui/qmsgbox.h"
 #include "ui/qstringdialog.h"

@@ -7,7 +7,7 @@
 #include "tool/coeftable.h"
 #include "tool/curves.h"
 #include "tyre/kpacejka.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 namespace {
 

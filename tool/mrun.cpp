@@ -18,7 +18,7 @@
 #include "tool/panel.h"
 #include "tool/session.h"
 #include "tool/settings.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qfont.h"

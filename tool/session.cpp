@@ -2,7 +2,7 @@
 #include "tool/session.h"
 
 #include "tool/graph.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 Session session;
 

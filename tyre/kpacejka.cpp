@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "tyre/psystem.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 static constexpr float RAD_TO_DEG = 57.29578f;
 static constexpr float DEG_TO_RAD = 0.017453292f;

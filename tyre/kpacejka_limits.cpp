@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "tyre/kpacejka.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 // Process-wide once-flags of the NaN reports (Fx, Fy, Mz), shared by every
 // tyre: a bad coefficient set would otherwise flood the log once per sample.

@@ -6,7 +6,7 @@
 #include "base/qinfo.h"
 #include "base/qstring.h"
 #include "tyre/kpacejka.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 // ---- Key lists (names resolved through the member-name table) -----------------
 

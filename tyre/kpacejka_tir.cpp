@@ -4,7 +4,7 @@
 
 #include "tyre/kpacejka.h"
 #include "tyre/ptirfile.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 // The coefficients each section provides, under the member names they are
 // stored in (the TIR key is the same name, except lkzc, which feeds lt).

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 PSystemParameter::PSystemParameter(PSystem *system, const char *name, const char *unit,
                                    float *value) {

@@ -8,7 +8,7 @@
 
 #include "base/qfile.h"
 #include "base/qstring.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 static char *Copy(const char *s) {
   const size_t n = strlen(s) + 1;

@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 // ---- [lifetime] -----------------------------------------------------------------
 

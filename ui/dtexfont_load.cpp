@@ -2,7 +2,7 @@
 #include <cstdio>
 
 #include "base/qinfo.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/dtexfont.h"
 
 // Reads one glyph's keys under `path` ("chars.char%d").

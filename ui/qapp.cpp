@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qdialog.h"
 #include "ui/qerror.h"
 #include "ui/qplatform.h"

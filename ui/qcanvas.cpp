@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/dtexfont.h"
 #include "ui/qerror.h"
 #include "ui/qfont.h"

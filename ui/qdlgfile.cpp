@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qdlgowner.h"
 #include "ui/qfiledialog.h"

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qplatform.h"
 
 // ---- Pending errors ------------------------------------------------------------------

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qfiledlg.h"
 
 namespace fs = std::filesystem;

@@ -2,7 +2,7 @@
 
 #include "base/qinfo.h"
 #include "base/qstring.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 namespace {
 std::string Key(const char *name, const char *what) { return std::string("qfiledlg.") + name + "." + what; }

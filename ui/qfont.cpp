@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/dtexfont.h"
 
 QFont::QFont(const char *name_, int size_, unsigned style_) : size(size_), style(style_) {

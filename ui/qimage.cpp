@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 // ---- [image] ------------------------------------------------------------------------
 

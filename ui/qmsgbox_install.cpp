@@ -1,6 +1,6 @@
 // Connects the log to the user interface: the application name of every log
 // line, and the modal box of QLOG_MSGBOX reports.
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qdlgowner.h"
 #include "ui/qerror.h"

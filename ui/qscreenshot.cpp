@@ -10,7 +10,7 @@
 #include <cstring>
 
 #include "base/qfile.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qimage.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qbutton.h"
 #include "ui/qdlgowner.h"
 #include "ui/qentryfield.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qbutton.h"
 #include "ui/qdlgowner.h"
 #include "ui/qlabel.h"

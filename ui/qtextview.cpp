@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qbutton.h"
 #include "ui/qcanvas.h"

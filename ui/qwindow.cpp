@@ -4,7 +4,7 @@
 
 #include <GL/gl.h>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qimage.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qwindow.h"
 
 int QFocusNext(const std::vector<bool> &can_focus, int current, int step) {

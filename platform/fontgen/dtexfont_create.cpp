@@ -12,7 +12,7 @@
 #include <cstring>
 #include <string>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/dtexfont.h"
 
 namespace {

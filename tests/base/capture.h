@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 struct ReportCapture {
   std::string errors, warnings, debug, joined;

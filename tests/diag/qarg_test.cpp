@@ -5,7 +5,7 @@
 
 #include "tests/base/capture.h"
 #include "tests/base/scratch.h"
-#include "ui/diag/qdiag_internal.h"
+#include "diag/qdiag_internal.h"
 
 namespace fs = std::filesystem;
 

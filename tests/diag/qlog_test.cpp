@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "tests/base/scratch.h"
-#include "ui/diag/qdebug.h"
-#include "ui/diag/qdiag_internal.h"
+#include "diag/qdebug.h"
+#include "diag/qdiag_internal.h"
 
 namespace fs = std::filesystem;
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 class ReportCapture {
  public:

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/ui/dialog_fixture.h"
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 #include "ui/qbutton.h"
 #include "ui/qlabel.h"
 #include "ui/qmsgbox.h"

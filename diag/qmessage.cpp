@@ -8,7 +8,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 namespace {
 

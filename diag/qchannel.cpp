@@ -9,7 +9,7 @@
 
 #include <cstring>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 namespace {
 int g_state;  // 0 none yet, 1 open, -1 unavailable

@@ -16,8 +16,8 @@
 #include <cstring>
 #include <ctime>
 
-#include "ui/diag/qdebug.h"
-#include "ui/diag/qdiag_internal.h"
+#include "diag/qdebug.h"
+#include "diag/qdiag_internal.h"
 
 namespace {
 

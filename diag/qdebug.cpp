@@ -1,12 +1,12 @@
 // The reporters: qerr, qwarn, qdbg, qnote, qdbgplain, qfatal, qexitmsg, the
 // crash and assertion helpers, the output hooks, the log mask and dev flags.
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
-#include "ui/diag/qdiag_internal.h"
+#include "diag/qdiag_internal.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "ui/diag/qdebug.h"
+#include "diag/qdebug.h"
 
 namespace {
 FILE *g_trace;

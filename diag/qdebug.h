@@ -34,6 +34,38 @@ void qdbgplain(const char *fmt, ...) QFMT(1, 2);
 void qasserterr(const char *file, int line);
 void QOLOF(const char *file, int line, int indent);
 
+// ---- Reporting from here ----
+// QERR/QWARN/QNOTE/QDBG ("fmt", ...) fill in the source tag, the function and
+// the line of the call site:
+//   - the tag is QDIAG_TAG, by default the file's base name up to its first
+//     '_' or '.' ("tyre/kpacejka_load.cpp" -> "kpacejka"); a file whose
+//     reports carry another tag redefines QDIAG_TAG after its includes;
+//   - the function is "Class::Method" (or the free function's name) taken
+//     from the compiler's signature of the enclosing function; a lambda
+//     reports as the function around it.
+// QERR_IN (func, "fmt", ...) and friends name the function explicitly, for
+// helpers that report on behalf of a public entry point.
+struct QDiagTag {
+  char name[64];
+  explicit QDiagTag(const char *file);
+};
+struct QDiagFunc {
+  char name[128];
+  explicit QDiagFunc(const char *signature);
+};
+
+#define QDIAG_TAG QDiagTag(__FILE__).name
+#define QDIAG_HERE(func) QDIAG_TAG, func, __LINE__
+#define QDIAG_FUNC QDiagFunc(__PRETTY_FUNCTION__).name
+#define QERR(...) qerr(QDIAG_HERE(QDIAG_FUNC), __VA_ARGS__)
+#define QWARN(...) qwarn(QDIAG_HERE(QDIAG_FUNC), __VA_ARGS__)
+#define QNOTE(...) qnote(QDIAG_HERE(QDIAG_FUNC), __VA_ARGS__)
+#define QDBG(...) qdbg(QDIAG_HERE(QDIAG_FUNC), __VA_ARGS__)
+#define QERR_IN(func, ...) qerr(QDIAG_HERE(func), __VA_ARGS__)
+#define QWARN_IN(func, ...) qwarn(QDIAG_HERE(func), __VA_ARGS__)
+#define QNOTE_IN(func, ...) qnote(QDIAG_HERE(func), __VA_ARGS__)
+#define QDBG_IN(func, ...) qdbg(QDIAG_HERE(func), __VA_ARGS__)
+
 // The central writer. `source` may be null.
 void qlogf(unsigned flags, const char *source, const char *fmt, ...) QFMT(3, 4);
 // Writes a pending "[%dx repeat] %s" line; called at exit.
