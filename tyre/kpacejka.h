@@ -175,9 +175,31 @@ class KPacejka {
 // go through it.
 struct KPacejkaMember {
   enum Kind : uint8_t { FLOAT, INT, FLAGS };
+  // The models that read the member.
+  enum Family : uint8_t { ANY, PAC96_FAMILY, MAGIC_FAMILY, PAC2006_ONLY };
+  // What the member shapes; the fitter fits one group per stage.
+  enum Group : uint8_t {
+    OTHER,        // flags, model
+    PURE_FX,      // longitudinal force, pure slip
+    PURE_FY,      // lateral force, pure slip (camber included)
+    PURE_MZ,      // aligning moment, pure slip
+    COMBINED_FX,  // longitudinal force under side slip
+    COMBINED_FY,  // lateral force under longitudinal slip
+    COMBINED_MZ,  // aligning moment under combined slip
+    RELAXATION,   // transient (relaxation length) terms
+    TURN_SLIP,    // zeta0 ... zeta8
+    SCALING,      // lfz0 ... lres, lmp, lkyc, lt
+    DIMENSIONS,   // r0, fz0, longv, mbelt, fyShiftScale
+    RANGES,       // slipangle_min ... fz_max
+  };
   const char *name;
   Kind kind;
   uint32_t offset;  // byte offset in KPacejka
+  Family family = ANY;
+  Group group = OTHER;
+  const char *tirSection = nullptr;  // TIR section and key it is read from and
+  const char *tirKey = nullptr;      // written to; null when no TIR key has it
+  float fitMin = 0, fitMax = 0;      // bounds when fitted; equal: never fitted
 };
 
 extern const KPacejkaMember kpacejkaMembers[];
