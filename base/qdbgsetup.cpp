@@ -8,7 +8,9 @@
 #include "base/qinfo.h"
 #include "diag/qdebug.h"
 
-#define QSETUP "qdebug", "qdbg_setup", __LINE__
+#undef QDIAG_TAG
+#define QDIAG_TAG "qdebug"
+
 
 static int portOffset, fakePacketDrops;
 int QNetPortOffset() { return portOffset; }
@@ -24,13 +26,13 @@ static bool SetupChannel(QInfo *info) {
   if (!dest[0]) return true;
   char *colon = strchr(dest, ':');
   if (!colon) {
-    qwarn(QSETUP, "qdbg_setup: need host:port in dev_udpout (now '%s')", dest);
+    QWARN_IN("qdbg_setup", "qdbg_setup: need host:port in dev_udpout (now '%s')", dest);
     return false;
   }
   *colon = 0;
   int port = atoi(colon + 1);
   if (!qdbgChannelOpen(dest, port)) {
-    qwarn(QSETUP, "qdbg_setup: can't open %s:%d", dest, port);
+    QWARN_IN("qdbg_setup", "qdbg_setup: can't open %s:%d", dest, port);
     return false;
   }
   return true;
@@ -65,11 +67,11 @@ void qdbg_setup(QInfo *info) {
   qSetDevFlags(0);
   if (info->GetBool("dev.opengl_checks", false)) {
     dev |= QDEV_OPENGL_CHECKS;
-    qwarn(QSETUP, "dev.opengl_checks is 1; may slow the program down - only use when tracking down a bug");
+    QWARN("dev.opengl_checks is 1; may slow the program down - only use when tracking down a bug");
   }
   if (info->GetBool("dev.argument_tracing", false)) {
     dev |= QDEV_ARGUMENT_TRACING;
-    qwarn(QSETUP, "dev.argument_tracing is 1; may slow the program down - only use when tracking down a bug");
+    QWARN("dev.argument_tracing is 1; may slow the program down - only use when tracking down a bug");
   }
   qSetDevFlags(dev);
 }

@@ -184,7 +184,7 @@ int32_t Run() {
 
 int Eval(const char *text) {
   if (!text) {
-    qwarn("qeval", "Eval", __LINE__, "Eval() is passed 0-pointer\n");
+    QWARN("Eval() is passed 0-pointer\n");
     return 0;
   }
   g_text = text;

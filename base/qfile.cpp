@@ -77,7 +77,7 @@ void QFile::Open(const char *name, int mode) {
   mode_ = mode & 0xFF;
   bool memory = (mode & MEMORY) != 0;
   if (memory && mode_ == READ_TEXT) {
-    qerr("qfile", "QFile::QFile", __LINE__,
+    QERR_IN("QFile::QFile", 
          "QFile ctor: READ_TEXT and MEMORY flags are incompatible (buggy); turning off MEMORY\n");
     memory = false;
   }
@@ -87,7 +87,7 @@ void QFile::Open(const char *name, int mode) {
   fp_ = qfopen(QMapPath(name_, mapped, sizeof mapped), cm);
   if (!fp_ || !memory) return;
   if (mode_ != READ_BINARY) {
-    qwarn("qfile", "QFile::QFile", __LINE__, "QFile:ctor MEMORY req'd for '%s' but incompatible mode given\n",
+    QWARN_IN("QFile::QFile", "QFile:ctor MEMORY req'd for '%s' but incompatible mode given\n",
           name_);
     return;
   }
@@ -103,7 +103,7 @@ void QFile::Preload() {
   }
   char *buf = static_cast<char *>(malloc(size_t(size)));
   if (!buf) {
-    qwarn("qfile", "QFile::QFile", __LINE__, "QFile:ctor; not enough memory to preload file '%s'\n", name_);
+    QWARN_IN("QFile::QFile", "QFile:ctor; not enough memory to preload file '%s'\n", name_);
     size_ = 0;
     fseek(fp_, 0, SEEK_SET);
     return;
@@ -120,7 +120,7 @@ void QFile::Preload() {
 QFile::QFile(const char *name, FILE *fp, int mode) {
   name_ = strdup(name ? name : "");
   if (mode & MEMORY) {
-    qwarn("qfile", "QFile::QFile", __LINE__, "QFile: can't use memory mapping with 'fp' takeover\n");
+    QWARN_IN("QFile::QFile", "QFile: can't use memory mapping with 'fp' takeover\n");
     mode &= ~MEMORY;
   }
   mode_ = mode & 0xFF;
@@ -177,7 +177,7 @@ bool QFile::AtEnd() const {
 
 bool QFile::PutChar(int c) {
   if (buffer_) {
-    qerr("qfile", "QFile::PutChar", __LINE__, "QFile:PutChar() not supported for memory files\n");
+    QERR("QFile:PutChar() not supported for memory files\n");
     return false;
   }
   if (!fp_ || WriteFails()) return false;
@@ -186,7 +186,7 @@ bool QFile::PutChar(int c) {
 
 bool QFile::Write(const void *p, size_t n) {
   if (buffer_) {
-    qerr("qfile", "QFile::PutChar", __LINE__, "QFile:PutChar() not supported for memory files\n");
+    QERR_IN("QFile::PutChar", "QFile:PutChar() not supported for memory files\n");
     return false;
   }
   if (!fp_ || WriteFails()) return false;
@@ -214,7 +214,7 @@ bool QFile::Read(qstring &out) {
     while ((n = fread(chunk, 1, sizeof chunk, fp_)) > 0) all.append(chunk, n);
   }
   if (!out.Reserve(int(all.size()))) {
-    qerr("qfile", "QFile::Read", __LINE__, "QFile:Read(s); out of memory\n");
+    QERR("QFile:Read(s); out of memory\n");
     return false;
   }
   out.Set(all.data(), int(all.size()));

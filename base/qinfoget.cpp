@@ -11,6 +11,9 @@
 #include "base/qstring.h"
 #include "diag/qdebug.h"
 
+#undef QDIAG_TAG
+#define QDIAG_TAG "qinfo"
+
 // ---- Node search ---------------------------------------------------------------------
 
 QInfoNode *QInfoImpl::FindChild(QInfoNode *tree, const char *part, int len, bool followRefs) {
@@ -76,11 +79,11 @@ const char *QInfoImpl::Lookup(QInfo &in, const char *key) {
   if (in.fallback) {
     const char *v = Lookup(*in.fallback, key);
     if (v && (in.flags & QINFO_WARN_FALLBACK))
-      qnote(QINFO_SRC, "QInfo::GetString", __LINE__, "QInfo: '%s' only found in fallback file.", key);
+      QNOTE_IN("QInfo::GetString", "QInfo: '%s' only found in fallback file.", key);
     return v;
   }
   if (in.flags & QINFO_REQUIRED)
-    qwarn(QINFO_SRC, "QInfo::GetString", __LINE__, "QInfo: '%s' not found in info or fallback - required", key);
+    QWARN_IN("QInfo::GetString", "QInfo: '%s' not found in info or fallback - required", key);
   return nullptr;
 }
 
@@ -116,7 +119,7 @@ int QInfo::GetInt(const char *key, int def) {
   if (!v) return def;
   qstring text(v), reason;
   if (!text.ValidateInt(&reason))
-    qwarn(QINFO_SRC, "QInfo::GetInt", __LINE__, "%s value '%s' (in %s) is not a valid integer: %s", key, v,
+    QWARN("%s value '%s' (in %s) is not a valid integer: %s", key, v,
           fileName, reason.c_str());
   return Eval(v);
 }
@@ -128,7 +131,7 @@ float QInfo::GetFloat(const char *key, float def) {
   if (!v) return def;
   qstring text(v), reason;
   if (!text.ValidateFloat(&reason))
-    qwarn(QINFO_SRC, "QInfo::GetFloat", __LINE__, "%s value '%s' (in %s) is not a valid float: %s", key, v,
+    QWARN("%s value '%s' (in %s) is not a valid float: %s", key, v,
           fileName, reason.c_str());
   return float(atof(v));
 }
@@ -190,7 +193,7 @@ bool QInfo::GetHost(const char *key, char *out, int outSize) {
   if (v[0] == '/') {
     const char *plus = strchr(v, '+');
     if (!plus) {
-      qwarn(QINFO_SRC, "QInfo::GetHost", __LINE__, "QInfo:GetHost(); bad format of host IP (%s) for key '%s'", v,
+      QWARN("QInfo:GetHost(); bad format of host IP (%s) for key '%s'", v,
             key);
       CopyCut(out, outSize, "127.0.0.1");
     } else {

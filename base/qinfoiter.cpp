@@ -9,6 +9,9 @@
 #include "base/qstring.h"
 #include "diag/qdebug.h"
 
+#undef QDIAG_TAG
+#define QDIAG_TAG "qinfo"
+
 // ---- Iterator ----------------------------------------------------------------------------
 
 QInfoIterator::QInfoIterator(QInfo *info, const char *path)
@@ -24,7 +27,7 @@ QInfoNode *QInfoIterator::GetNextAny() {
     if (nestLevel < QInfo::MAX_LEVEL)
       stack[nestLevel++] = cur;
     else
-      qerr(QINFO_SRC, "QInfoIterator::GetNextAny", __LINE__, "nestLevel>%d (QInfo::MAX_LEVEL) in QInfoIterator",
+      QERR("nestLevel>%d (QInfo::MAX_LEVEL) in QInfoIterator",
            QInfo::MAX_LEVEL);
     return cur = cur->firstChild;
   }
@@ -47,12 +50,11 @@ QInfoNode *QInfoIterator::GetNext(qstring *fullPath, qstring *name) {
 
 // ---- Sorting -----------------------------------------------------------------------------
 
-#define QSORT QINFO_SRC, "QInfo::SortLevel", __LINE__
 
 // Sorts one group's children by name with repeated adjacent-exchange passes
 // over the non-comment nodes; comments keep their places in the list.
 static void SortChildren(QInfoNode *tree) {
-  qdbg(QSORT, "Sort level (%s)\n", tree->Name());
+  QDBG_IN("QInfo::SortLevel", "Sort level (%s)\n", tree->Name());
   std::vector<QInfoNode *> all, keys;
   for (QInfoNode *c = tree->firstChild; c; c = c->next) {
     all.push_back(c);
@@ -61,15 +63,15 @@ static void SortChildren(QInfoNode *tree) {
   for (bool swapped = true; swapped;) {
     swapped = false;
     for (size_t i = 0; i + 1 < keys.size(); i++) {
-      qdbg(QSORT, "Cmp %s - %s [%p - %p]\n", keys[i]->Name(), keys[i + 1]->Name(), (void *)keys[i],
+      QDBG_IN("QInfo::SortLevel", "Cmp %s - %s [%p - %p]\n", keys[i]->Name(), keys[i + 1]->Name(), (void *)keys[i],
            (void *)keys[i + 1]);
       if (strcmp(keys[i]->Name(), keys[i + 1]->Name()) <= 0) continue;
-      qdbg(QSORT, "Swap!\n");
+      QDBG_IN("QInfo::SortLevel", "Swap!\n");
       std::swap(keys[i], keys[i + 1]);
       swapped = true;
-      if (i == 0 && all[0]->kind != NODE_COMMENT) qdbg(QSORT, "New root child %p\n", (void *)keys[0]);
+      if (i == 0 && all[0]->kind != NODE_COMMENT) QDBG_IN("QInfo::SortLevel", "New root child %p\n", (void *)keys[0]);
     }
-    if (swapped) qdbg(QSORT, "Run again\n");
+    if (swapped) QDBG_IN("QInfo::SortLevel", "Run again\n");
   }
   // Relink: the sorted keys go into the slots that held keys.
   size_t k = 0;
@@ -93,17 +95,16 @@ void QInfo::SortLevel() {
 
 // ---- Debug dumps ---------------------------------------------------------------------------
 
-#define QDBGP QINFO_SRC, "QInfo::DbgPrint", __LINE__
 
 // Lists the keys no getter has read: what a file holds but no code uses.
 static void PrintUnused(QInfo &info, const char *title) {
-  qnote(QDBGP, "QInfo(%s) [%s] - UNUSED KEYS ONLY\n", info.GetFileName(), title);
+  QNOTE_IN("QInfo::DbgPrint", "QInfo(%s) [%s] - UNUSED KEYS ONLY\n", info.GetFileName(), title);
   QInfoIterator it(&info);
   qstring path;
   while (QInfoNode *n = it.GetNextAny()) {
     if (n->kind != NODE_KEY || (n->flags & NODEF_USED)) continue;
     QInfo::GetFullPath(n, path);
-    qwarn(QDBGP, "- %s (=%s)\n", path.c_str(), n->value ? n->value : "");
+    QWARN_IN("QInfo::DbgPrint", "- %s (=%s)\n", path.c_str(), n->value ? n->value : "");
   }
 }
 
@@ -115,13 +116,13 @@ static int Depth(const QInfoNode *n) {
 
 // Every node as "name=value", groups followed by their children in braces.
 static void PrintAll(QInfo &info, const char *title) {
-  qdbg(QDBGP, "QInfo(%s) [%s]\n", info.GetFileName(), title);
+  QDBG_IN("QInfo::DbgPrint", "QInfo(%s) [%s]\n", info.GetFileName(), title);
   std::vector<const QInfoNode *> open;  // groups whose "}" is still due
   auto closeUntil = [&](const QInfoNode *parent) {
     while (!open.empty() && open.back() != parent) {
       qstring ind;
       for (int i = Depth(open.back()); i > 0; i--) ind += "  ";
-      qdbg(QDBGP, "%s}\n", ind.c_str());
+      QDBG_IN("QInfo::DbgPrint", "%s}\n", ind.c_str());
       open.pop_back();
     }
   };
@@ -130,9 +131,9 @@ static void PrintAll(QInfo &info, const char *title) {
     closeUntil(n->parent);
     qstring ind;
     for (int i = Depth(n); i > 0; i--) ind += "  ";
-    qdbg(QDBGP, "%s%s=%s\n", ind.c_str(), n->Name(), n->value ? n->value : "");
+    QDBG_IN("QInfo::DbgPrint", "%s%s=%s\n", ind.c_str(), n->Name(), n->value ? n->value : "");
     if (n->kind == NODE_TREE) {
-      qdbg(QDBGP, "%s{\n", ind.c_str());
+      QDBG_IN("QInfo::DbgPrint", "%s{\n", ind.c_str());
       open.push_back(n);
     }
   }

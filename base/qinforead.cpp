@@ -20,7 +20,9 @@
 #include "base/qinfoimpl.h"
 #include "diag/qdebug.h"
 
-#define QFN QINFO_SRC, "QInfo::Read", __LINE__
+#undef QDIAG_TAG
+#define QDIAG_TAG "qinfo"
+
 
 class QInfoReader {
  public:
@@ -125,7 +127,7 @@ void QInfoReader::Append(QInfoNode *node) {
 
 void QInfoReader::OnName() {
   if (strchr(tok, '.')) {
-    qwarn(QFN, "QInfo(%s): key with '.' found (%s) - won't work; use { } to define subtrees (line %d)",
+    QWARN_IN("QInfo::Read", "QInfo(%s): key with '.' found (%s) - won't work; use { } to define subtrees (line %d)",
           in.fileName, tok, in.line);
     return;  // the `=` that follows lands on the previous node
   }
@@ -137,7 +139,7 @@ void QInfoReader::OnName() {
 void QInfoReader::OnAssign() {
   ReadRestOfLine();
   if (!current) {
-    qwarn(QFN, "QInfo: assign without symbol in line %d", in.line);
+    QWARN_IN("QInfo::Read", "QInfo: assign without symbol in line %d", in.line);
     return;
   }
   current->SetValue(tok);
@@ -154,12 +156,12 @@ void QInfoReader::OnComment() {
 
 void QInfoReader::OnOpen() {
   if (!lastNamed) {
-    qwarn(QFN, "QInfo: { without groupname");
+    QWARN_IN("QInfo::Read", "QInfo: { without groupname");
     return;
   }
   lastNamed->kind = NODE_TREE;
   if (level + 1 >= QInfo::MAX_LEVEL) {
-    qwarn(QFN, "QInfo: '%s' nests too deep (max %d levels)", in.fileName, QInfo::MAX_LEVEL);
+    QWARN_IN("QInfo::Read", "QInfo: '%s' nests too deep (max %d levels)", in.fileName, QInfo::MAX_LEVEL);
   } else {
     level++;
   }
@@ -169,7 +171,7 @@ void QInfoReader::OnOpen() {
 
 bool QInfoReader::OnClose() {
   if (level == 0)
-    qerr(QFN, "QInfo(%s); more '}' brackets than '{' near line %d", in.fileName, in.line);
+    QERR_IN("QInfo::Read", "QInfo(%s); more '}' brackets than '{' near line %d", in.fileName, in.line);
   else
     level--;
   return !(in.flags & QINFO_STOP_AT_CLOSE);
@@ -178,14 +180,14 @@ bool QInfoReader::OnClose() {
 void QInfoReader::OnReference() {
   ReadRestOfLine();
   if (!current) {
-    qwarn(QFN, "QInfo: reference without symbol in line %d", in.line);
+    QWARN_IN("QInfo::Read", "QInfo: reference without symbol in line %d", in.line);
     return;
   }
   QInfoNode *target = QInfoImpl::Walk(in, tok, QInfoImpl::KEY_COPY);
   if (!target) {
-    qwarn(QFN, "QInfo(%s): reference (~) to unknown tree '%s' in line %d", in.fileName, tok, in.line);
+    QWARN_IN("QInfo::Read", "QInfo(%s): reference (~) to unknown tree '%s' in line %d", in.fileName, tok, in.line);
   } else if (!target->firstChild) {
-    qwarn(QFN, "QInfo(%s): ref to tree '%s' without child in line %d", in.fileName, tok, in.line);
+    QWARN_IN("QInfo::Read", "QInfo(%s): ref to tree '%s' without child in line %d", in.fileName, tok, in.line);
   } else {
     // The target was created before the current node, so references always
     // point backwards and can never form a cycle.
@@ -212,7 +214,7 @@ void QInfoReader::Run() {
     if (!Act()) break;
   }
   if (level > 0)
-    qerr(QFN, "QInfo(%s); brackets don't match; still %d closing bracket(s) expected at end of file.",
+    QERR_IN("QInfo::Read", "QInfo(%s); brackets don't match; still %d closing bracket(s) expected at end of file.",
          in.fileName, level);
 }
 
@@ -233,7 +235,7 @@ bool QInfo::Read() {
     if (!(flags & QINFO_SILENT)) {
       char cwd[PATH_MAX];
       if (!getcwd(cwd, sizeof cwd)) strcpy(cwd, "?");
-      qwarn(QFN, "QInfo: can't open '%s', current directory is '%s'", fileName, cwd);
+      QWARN("QInfo: can't open '%s', current directory is '%s'", fileName, cwd);
     }
     return true;
   }

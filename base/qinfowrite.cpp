@@ -11,6 +11,9 @@
 #include "base/qstring.h"
 #include "diag/qdebug.h"
 
+#undef QDIAG_TAG
+#define QDIAG_TAG "qinfo"
+
 static QInfoQuestion overwriteQuestion;
 
 QInfoQuestion QInfo::SetOverwriteQuestion(QInfoQuestion question) {
@@ -64,7 +67,7 @@ static bool WriteNode(std::string &out, const QInfoNode *n, int level) {
       if (!IsRootNamed(n)) TreeHeader(out, n, level);
       return true;
     default:
-      qerr(QINFO_SRC, "QInfo::WriteNode", __LINE__, "QInfo:Write() internal error; unknown node type");
+      QERR_IN("QInfo::WriteNode", "QInfo:Write() internal error; unknown node type");
       return false;
   }
 }
@@ -128,7 +131,7 @@ bool QInfo::Write(const char *name, bool ask) {
   bool written = file.IsOpen() && file.Write(text.data(), text.size());
   file.Close();
   if (!written) {
-    qwarn(QINFO_SRC, "QInfo::Write", __LINE__, "QInfo:Write(); file (%s) can't be written", name);
+    QWARN("QInfo:Write(); file (%s) can't be written", name);
     return false;
   }
   // 4. Remember the new last-write time for the next check.

@@ -10,7 +10,7 @@
 
 bool QPath::Add(const char *dir) {
   if (count_ >= MAX_PATHS) {
-    qwarn("qpath", "QPath::Add", __LINE__, "QPath:Add(); maximum (%d) reached\n", MAX_PATHS);
+    QWARN("QPath:Add(); maximum (%d) reached\n", MAX_PATHS);
     return false;
   }
   paths_[count_++] = strdup(dir ? dir : "");
@@ -24,7 +24,7 @@ void QPath::Clear() {
 
 const char *QPath::GetPath(int index) const {
   if (index < 0 || index >= count_) {
-    qwarn("qpath", "QPath::GetPath", __LINE__, "QPath:GetPath(%d) out of range\n", index);
+    QWARN_IN("QPath::GetPath", "QPath:GetPath(%d) out of range\n", index);
     return nullptr;
   }
   return paths_[index];

@@ -107,7 +107,7 @@ bool qstring::operator==(const char *s) const { return strcmp(c_str(), s ? s : "
 
 char qstring::operator[](int index) const {
   if (index < 0 || index >= len_) {
-    qerr("qstring", "qstring::operator[]", __LINE__, "qstring(%s): ([]) index %d out of range (0..%d)\n",
+    QERR_IN("qstring::operator[]", "qstring(%s): ([]) index %d out of range (0..%d)\n",
          c_str(), index, len_ - 1);
     return 0;
   }
@@ -282,7 +282,7 @@ bool qstring::ValidateFloat(qstring *reason) const {
 bool qstring::FromFile(const char *name) {
   QFile f(name, QFile::READ_BINARY);
   if (!f.IsOpen()) {
-    qerr("qstring", "qstring::FromFile", __LINE__, "qstring:FromFile(%s); file not found\n", name);
+    QERR("qstring:FromFile(%s); file not found\n", name);
     return false;
   }
   return f.Read(*this);
@@ -291,7 +291,7 @@ bool qstring::FromFile(const char *name) {
 bool qstring::ToFile(const char *name) const {
   QFile f(name, QFile::WRITE_BINARY);
   if (!f.IsOpen()) {
-    qerr("qstring", "qstring::ToFile", __LINE__, "qstring:ToFile(%s); can't open file for writing\n", name);
+    QERR("qstring:ToFile(%s); can't open file for writing\n", name);
     return false;
   }
   return f.Write(c_str(), size_t(len_));

@@ -165,8 +165,8 @@ void QOLOF(const char *file, int line, int indent) {
   for (int n = 1; n <= line + 1 && fgets(text, sizeof text, fp); n++) {
     if (n < line - 1) continue;
     char mark = n == line ? '*' : ' ';
-    if (indent > 0) qdbg("qdebug", "QOLOF", __LINE__, "%c%*s%s%4d: %s", mark, indent, "", "", n, text);
-    else qdbg("qdebug", "QOLOF", __LINE__, "%c%s%4d: %s", mark, "", n, text);
+    if (indent > 0) QDBG("%c%*s%s%4d: %s", mark, indent, "", "", n, text);
+    else QDBG("%c%s%4d: %s", mark, "", n, text);
   }
   fclose(fp);
 }

@@ -47,7 +47,7 @@ int qargFindThreadID() {
       return i;
     }
   }
-  qerr("qmessage", "qargFindThreadID", __LINE__, "No space for qarg thread %d\n", me);
+  QERR("No space for qarg thread %d\n", me);
   return 0;
 }
 
@@ -69,7 +69,7 @@ void qargPush(const char *file, const char *func, int line, const char *fmt, ...
   s.depth++;
   if (!s.overflowReported) {
     s.overflowReported = true;
-    qerr("qmessage", "qargPushBase", __LINE__, "qargPush overflow; verify your qargPush/qargPop calls");
+    QERR_IN("qargPushBase", "qargPush overflow; verify your qargPush/qargPop calls");
     qargPrint("qargPush overflow state", true);
   }
 }
@@ -83,15 +83,15 @@ void qargPop() {
   }
   if (!s.underflowReported) {
     s.underflowReported = true;
-    qerr("qmessage", "qargPopBase", __LINE__, "qargPop underflow; verify your qargPush/qargPop calls");
+    QERR_IN("qargPopBase", "qargPop underflow; verify your qargPush/qargPop calls");
   }
 }
 
 void qargPrint(const char *title, bool asNote) {
 #define QARG_OUT(...)                                         \
   do {                                                        \
-    if (asNote) qnote("qmessage", "qargPrint", __LINE__, __VA_ARGS__); \
-    else qdbg("qmessage", "qargPrint", __LINE__, __VA_ARGS__); \
+    if (asNote) QNOTE(__VA_ARGS__); \
+    else QDBG(__VA_ARGS__); \
   } while (0)
   QARG_OUT("Argument stack(s) [%s]:\n", title);
   for (int i = 0; i < SLOTS; i++) {

@@ -30,7 +30,7 @@ PSystem::~PSystem() {
 
 bool PSystem::AddChild(PSystem *child) {
   if (childCount >= MAX_CHILDREN) {
-    qerr("psystem", "PSystem::AddChild", __LINE__, "PSystem(%s): too many children; '%s' not added",
+    QERR("PSystem(%s): too many children; '%s' not added",
          name, child->name);
     return false;
   }
@@ -50,7 +50,7 @@ void PSystem::RemoveChild(PSystem *child) {
 static bool AddEntry(PSystemEntry *table, int &count, const char *system, const char *kind,
                      const char *name, const char *unit, float *value) {
   if (count >= PSystem::MAX_ENTRIES) {
-    qerr("psystem", "PSystem::Add", __LINE__, "PSystem(%s): too many %ss; '%s' not added", system,
+    QERR_IN("PSystem::Add", "PSystem(%s): too many %ss; '%s' not added", system,
          kind, name);
     return false;
   }

@@ -10,6 +10,9 @@
 #include "base/qstring.h"
 #include "diag/qdebug.h"
 
+#undef QDIAG_TAG
+#define QDIAG_TAG "tir"
+
 static char *Copy(const char *s) {
   const size_t n = strlen(s) + 1;
   char *p = static_cast<char *>(malloc(n));
@@ -54,7 +57,7 @@ bool PTirFile::Load() {
   // 1.
   FILE *fp = qfopen(fileName, "rb");
   if (!fp) {
-    qwarn("tir", "PTirFile::Load", __LINE__, "PTirFile:Load(%s); can't open file", fileName);
+    QWARN("PTirFile:Load(%s); can't open file", fileName);
     return false;
   }
   // 2.
@@ -82,7 +85,7 @@ bool PTirFile::Load() {
 void PTirFile::AddProperty(const char *section, const char *text) {
   // 5.1 a fixed table: report what does not fit rather than grow it
   if (count >= MAX_PROPERTIES) {
-    qerr("tir", "PTirFile::Load", __LINE__, "PTirFile:Load(); too many properties - skipping");
+    QERR_IN("PTirFile::Load", "PTirFile:Load(); too many properties - skipping");
     return;
   }
   // 5.2-5.3
@@ -106,7 +109,7 @@ void PTirFile::AddProperty(const char *section, const char *text) {
   if (!names[count] || !values[count]) {
     free(names[count]);
     free(values[count]);
-    qerr("tir", "PTirFile::Load", __LINE__, "PTirFile:Load(%s); out of memory", fileName);
+    QERR_IN("PTirFile::Load", "PTirFile:Load(%s); out of memory", fileName);
     return;
   }
   count++;

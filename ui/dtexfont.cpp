@@ -137,7 +137,7 @@ void DTexFont::Paint(const char *text, float x, float y, int len) {
     int code = (unsigned char)text[i];
     const DTexFontGlyph *g = FindGlyph(code);
     if (!g) {
-      qwarn("dtexfont", "DTexFont::Paint", __LINE__, "DTexFont: can't find char 0x%x", code);
+      QWARN("DTexFont: can't find char 0x%x", code);
       continue;
     }
     float left = std::floor(pen + g->bearingx + 0.5f), right = left + float(g->wid);

@@ -39,7 +39,7 @@ bool DTexFont::Load(const char *fontName) {
   snprintf(path, sizeof(path), "%s.dtf", fontName);
   FILE *probe = fopen(path, "rb");
   if (!probe) {
-    qwarn("dtexfont", "DTexFont::Load", __LINE__, "DTexFont:Load(%s) failed", fontName);
+    QWARN("DTexFont:Load(%s) failed", fontName);
     return false;
   }
   fclose(probe);
@@ -60,7 +60,7 @@ bool DTexFont::Load(const char *fontName) {
     DTexFontGlyph g = ReadGlyph(*info, gpath, version, outline);
     g.code = code;
     if (g.x == -1) {
-      qwarn("dtexfont", "DTexFont::Load", __LINE__, "No X defined for texfont %s, entry %d\n", fontName,
+      QWARN("No X defined for texfont %s, entry %d\n", fontName,
             code - minChar);
       continue;
     }
@@ -72,13 +72,13 @@ bool DTexFont::Load(const char *fontName) {
   // Step 5: the images.
   snprintf(path, sizeof(path), "%s.tga", fontName);
   if (!QTgaRead(path, image)) {
-    qwarn("dtexfont", "DTexFont::Load", __LINE__, "DTexFont:Load(%s) failed", fontName);
+    QWARN("DTexFont:Load(%s) failed", fontName);
     return false;
   }
   if (outline) {
     snprintf(path, sizeof(path), "%s_outline.tga", fontName);
     if (!QTgaRead(path, outlineImage)) {
-      qwarn("dtexfont", "DTexFont::Load", __LINE__, "DTexFont:Load(%s) failed", fontName);
+      QWARN("DTexFont:Load(%s) failed", fontName);
       return false;
     }
   }

@@ -38,7 +38,7 @@ QApp::QApp(int argc_, char **argv_, const char *appName) : argc(argc_), argv(arg
   shell = new QDialogShell();
   display = new QDisplay();
   if (!display->Open()) {
-    qerr("qapp", "QApp::QApp", __LINE__, "Can't open X11 display (%s)", name);
+    QERR_IN("QApp::QApp", "Can't open X11 display (%s)", name);
     QExit(0);
   }
   qpGetDisplaySize(&desktopWid, &desktopHgt);
@@ -78,7 +78,7 @@ void QApp::SetFocusShell(QFocusShell *s) {
 
 void QApp::SetInfo(QInfo *i) {
   if (info) {
-    qerr("qapp", "QApp::SetInfo", __LINE__, "QApp::SetInfo(); info is already open; call CloseInfo() first");
+    QERR("QApp::SetInfo(); info is already open; call CloseInfo() first");
     return;
   }
   info = i;
@@ -89,7 +89,7 @@ void QApp::SetInfo(QInfo *i) {
 
 bool QApp::AddCleanupProc(QAppProc proc) {
   if (cleanupCount >= MAX_CLEANUP_PROCS) {
-    qerr("qapp", "QApp::AddCleanupProc", __LINE__,
+    QERR(
          "QApp::AddCleanupProc(); out of space - memory leaks WILL occur!");
     return false;
   }
@@ -99,11 +99,11 @@ bool QApp::AddCleanupProc(QAppProc proc) {
 
 bool QApp::AddCrashProc(QAppProc proc) {
   if (crashCount >= MAX_CRASH_PROCS) {
-    qerr("qapp", "QApp::AddCrashProc", __LINE__, "QApp::AddCrashProc(); out of space");
+    QERR("QApp::AddCrashProc(); out of space");
     return false;
   }
   if (!proc) {
-    qerr("qapp", "QApp::AddCrashProc", __LINE__, "QApp:AddCrashProc(); func=0");
+    QERR("QApp:AddCrashProc(); func=0");
     return false;
   }
   crashProcs[crashCount++] = proc;
@@ -121,7 +121,7 @@ bool QApp::AddKeyboardHandler(QEventProc handler) {
       return true;
     }
   }
-  qwarn("qapp", "QApp::AddKeyboardHandler", __LINE__, "QApp::AddKeyboardHandler(); out of handlers");
+  QWARN("QApp::AddKeyboardHandler(); out of handlers");
   return false;
 }
 
@@ -132,23 +132,23 @@ bool QApp::RemoveKeyboardHandler(QEventProc handler) {
       return true;
     }
   }
-  qerr("qapp", "QApp::RemoveKeyboardHandler", __LINE__,
+  QERR(
        "QApp::RemoveKeyboardHandler(); can't find handler (%p)", reinterpret_cast<void *>(handler));
   return false;
 }
 
 int QApp::AddTimer(int, QAppProc) {
-  qerr("qapp", "QApp::AddTimer", __LINE__, "QApp:AddTimer() not supported on Win32/Linux");
+  QERR("QApp:AddTimer() not supported on Win32/Linux");
   return 0;
 }
 
 int QApp::GetEventFD() {
-  qerr("qapp", "QApp::GetEventFD", __LINE__, "QApp:GetEventFD() not supported on this platform.");
+  QERR("QApp:GetEventFD() not supported on this platform.");
   return 0;
 }
 
 int QApp::GetVTraceCount() {
-  qerr("qapp", "QApp::GetVTraceCount", __LINE__, "QApp:GetVTraceCount() no longer supported");
+  QERR("QApp:GetVTraceCount() no longer supported");
   return 0;
 }
 
@@ -261,9 +261,9 @@ void QApp::RunPending(QWindow *modalWindow, int flag) {
 void QApp::Exit(int code) {
   if (exitProc) exitProc();
   for (int i = 0; i < cleanupCount; i++) {
-    qdbg("qapp", "QApp::Exit", __LINE__, "QApp: calling cleanup proc %d...\n", i);
+    QDBG("QApp: calling cleanup proc %d...\n", i);
     cleanupProcs[i]();
-    qdbg("qapp", "QApp::Exit", __LINE__, "  cleanup %d returned.\n", i);
+    QDBG("  cleanup %d returned.\n", i);
   }
   if (state & STATE_EXIT_RETURNS) {
     state &= ~STATE_EXIT_RETURNS;

@@ -44,7 +44,7 @@ bool QDlgFile(QInfo *settings, const char *name, const char *initialDir, char *p
   // 2. What this dialog remembers.
   QDlgFileMemory mem = QDlgFileRecall(settings, name, initialDir);
   if (settings == nullptr || name == nullptr)
-    qnote("qdlgfile", "QDlgFile", __LINE__, "initialDir: '%s'\n", initialDir ? initialDir : "");
+    QNOTE("initialDir: '%s'\n", initialDir ? initialDir : "");
   if (mem.dir.empty() && initialDir) mem.dir = initialDir;
   std::error_code ec;
   if (mem.dir.empty() || !fs::is_directory(mem.dir, ec)) mem.dir = cwd;
@@ -56,7 +56,7 @@ bool QDlgFile(QInfo *settings, const char *name, const char *initialDir, char *p
   std::string chosenPath, chosenDir, chosenName;
   std::vector<std::string> names;
   if (owner == nullptr) {
-    qwarn("qdlgfile", "QDlgFile", __LINE__, "QDlgFile(%s); no window to show the file dialog in", title ? title : "");
+    QWARN("QDlgFile(%s); no window to show the file dialog in", title ? title : "");
   } else {
     // 5. The filter choices: the given filter, else the stored one.
     std::vector<QFileFilter> filters = QDlgFileFilters(filter && *filter ? filter : mem.filter);
@@ -83,7 +83,7 @@ bool QDlgFile(QInfo *settings, const char *name, const char *initialDir, char *p
   }
   if (chosen) {
     // 8. The answer.
-    qdbg("qdlgfile", "QDlgFile", __LINE__, "You chose: '%s'\n", chosenPath.c_str());
+    QDBG("You chose: '%s'\n", chosenPath.c_str());
     Copy(path, QDLGFILE_PATH_MAX, chosenPath);
     Copy(fileName, QDLGFILE_NAME_MAX, chosenName);
     if (list) {
@@ -93,7 +93,7 @@ bool QDlgFile(QInfo *settings, const char *name, const char *initialDir, char *p
     // 9. Remember the folder chosen in and the file name.
     if (path && settings && name) QDlgFileRemember(settings, name, chosenDir, chosenName);
   }
-  if (cwd[0] && chdir(cwd) != 0) qwarn("qdlgfile", "QDlgFile", __LINE__, "Can't return to folder '%s'", cwd);
+  if (cwd[0] && chdir(cwd) != 0) QWARN("Can't return to folder '%s'", cwd);
   // 10. The key releases of Shift, Control and Alt may have gone to the dialog.
   if (app) app->ResetModifiers();
   return chosen;

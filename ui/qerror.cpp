@@ -17,7 +17,7 @@ int QShowGLErrors(const char *where) {
   // A context without a current drawable keeps returning an error; 32 ends that.
   for (GLenum e = glGetError(); e != GL_NO_ERROR && count < 32; e = glGetError(), count++) {
     const GLubyte *text = gluErrorString(e);
-    qerr("qerror", "QShowGLErrors", __LINE__, "%s: OpenGL error (%d): %s", where, int(e),
+    QERR("%s: OpenGL error (%d): %s", where, int(e),
          text ? reinterpret_cast<const char *>(text) : "?");
   }
   return count;
@@ -25,7 +25,7 @@ int QShowGLErrors(const char *where) {
 
 void QWindowsError(const char *where) {
   int e = errno;
-  qerr("qerror", "QWindowsError", __LINE__, "Windows error [%s / 0x%x]: %s\n", where, unsigned(e), strerror(e));
+  QERR("Windows error [%s / 0x%x]: %s\n", where, unsigned(e), strerror(e));
 }
 
 // ---- Live debug messages -------------------------------------------------------------
@@ -87,11 +87,11 @@ static bool ignoredSeen = false;
 void QGLErrorCallback(unsigned source, unsigned type, unsigned id, unsigned severity, int,
                       const char *message, const void *) {
   if (id == IGNORED_ID) {
-    if (!ignoredSeen) qdbg("qerror", "QGLErrorCallback", __LINE__, "OpenGL message 131218 seen - ignored\n");
+    if (!ignoredSeen) QDBG("OpenGL message 131218 seen - ignored\n");
     ignoredSeen = true;
     return;
   }
-  qdbg("qerror", "QGLErrorCallback", __LINE__, "OpenGL message: %s, [source %s, type %s, severity %s]\n",
+  QDBG("OpenGL message: %s, [source %s, type %s, severity %s]\n",
        message ? message : "", QGLSourceName(source), QGLTypeName(type), QGLSeverityName(severity));
 }
 
@@ -101,7 +101,7 @@ typedef void (*GLDebugCallbackSetter)(GLDebugProc, const void *);
 bool QCatchGLErrors() {
   auto setter = reinterpret_cast<GLDebugCallbackSetter>(qpGetProcAddress("glDebugMessageCallbackARB"));
   if (!setter) {
-    qwarn("qerror", "QCatchGLErrors", __LINE__, "No glDebugMessageCallbackARB function found for live error reporting");
+    QWARN("No glDebugMessageCallbackARB function found for live error reporting");
     return false;
   }
   // Synchronous, so a message arrives inside the call that caused it; some

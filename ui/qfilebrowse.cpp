@@ -25,7 +25,7 @@ std::vector<QBrowseEntry> QBrowseList(const std::string &dir, const std::string 
   bool root = !ec && at.has_root_path() && at == at.root_path();
   fs::directory_iterator it(dir, ec);
   if (ec) {
-    qwarn("qfilebrowse", "QBrowseList", __LINE__, "Can't list folder '%s': %s", dir.c_str(), ec.message().c_str());
+    QWARN("Can't list folder '%s': %s", dir.c_str(), ec.message().c_str());
   } else {
     for (; it != fs::directory_iterator(); it.increment(ec)) {
       if (ec) break;

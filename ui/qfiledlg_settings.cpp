@@ -18,7 +18,7 @@ QDlgFileMemory QDlgFileRecall(QInfo *info, const char *name, const char *initial
   if (info == nullptr || name == nullptr) return m;
   m.x = info->GetInt(Key(name, "x").c_str(), 0);
   m.y = info->GetInt(Key(name, "y").c_str(), 0);
-  qnote("qfiledlg", "QDlgFile", __LINE__, "initialDir: '%s'\n", initial_dir ? initial_dir : "");
+  QNOTE_IN("QDlgFile", "initialDir: '%s'\n", initial_dir ? initial_dir : "");
   m.dir = (initial_dir && *initial_dir) ? std::string(initial_dir) : Get(info, Key(name, "dir"));
   m.file = Get(info, Key(name, "file"));
   m.filter = Get(info, Key(name, "filter"));
@@ -30,7 +30,7 @@ bool QDlgFileRemember(QInfo *info, const char *name, const std::string &dir, con
   info->SetString(Key(name, "dir").c_str(), dir.substr(0, 1024).c_str());
   info->SetString(Key(name, "file").c_str(), file.c_str());
   if (!info->Write()) {
-    qwarn("qfiledlg", "QDlgFile", __LINE__, "Can't save dialog settings for '%s'", name);
+    QWARN_IN("QDlgFile", "Can't save dialog settings for '%s'", name);
     return false;
   }
   return true;

@@ -13,7 +13,7 @@ QFont::QFont(const char *name_, int size_, unsigned style_) : size(size_), style
 
 bool QFont::Create() {
   if (texFont) {
-    qerr("qfont", "QFont::Create", __LINE__, "QFont::Create(); font '%s' already created", name);
+    QERR("QFont::Create(); font '%s' already created", name);
     return false;
   }
   DTexFont *tf = new DTexFont();
@@ -27,7 +27,7 @@ bool QFont::Create() {
 
 bool QFont::CreateFixed(int charWid, int lineHgt) {
   if (texFont) {
-    qerr("qfont", "QFont::CreateFixed", __LINE__, "QFont::Create(); font '%s' already created", name);
+    QERR("QFont::Create(); font '%s' already created", name);
     return false;
   }
   texFont = new DTexFont();

@@ -47,7 +47,7 @@ struct TgaInfo {
 
 static bool ParseHeader(const uint8_t *d, size_t size, const char *name, TgaInfo &t) {
   if (size < TGA_HEADER) {
-    qwarn("qimage", "QTgaDecode", __LINE__, "TGA '%s': file too short for a header (%zu bytes)", name, size);
+    QWARN_IN("QTgaDecode", "TGA '%s': file too short for a header (%zu bytes)", name, size);
     return false;
   }
   t.type = d[2];
@@ -59,12 +59,12 @@ static bool ParseHeader(const uint8_t *d, size_t size, const char *name, TgaInfo
   int base = t.type & ~TGA_RLE;
   bool okType = (base == TGA_TRUECOLOR && (t.bpp == 24 || t.bpp == 32)) || (base == TGA_GREY && t.bpp == 8);
   if (!okType || d[1] != 0) {
-    qwarn("qimage", "QTgaDecode", __LINE__, "TGA '%s': unsupported image type %d with %d bits", name,
+    QWARN_IN("QTgaDecode", "TGA '%s': unsupported image type %d with %d bits", name,
           t.type, t.bpp);
     return false;
   }
   if (t.wid <= 0 || t.hgt <= 0) {
-    qwarn("qimage", "QTgaDecode", __LINE__, "TGA '%s': empty image (%dx%d)", name, t.wid, t.hgt);
+    QWARN_IN("QTgaDecode", "TGA '%s': empty image (%dx%d)", name, t.wid, t.hgt);
     return false;
   }
   return true;
@@ -120,7 +120,7 @@ bool QTgaDecode(const uint8_t *data, size_t size, const char *name, QImage &img)
   if (!ParseHeader(data, size, name, t)) return false;
   img.Create(t.wid, t.hgt);
   if (!DecodePixels(data, size, t.dataOffset, t, img.GetPixels(), size_t(t.wid) * size_t(t.hgt))) {
-    qwarn("qimage", "QTgaDecode", __LINE__, "TGA '%s': pixel data is truncated or corrupt", name);
+    QWARN("TGA '%s': pixel data is truncated or corrupt", name);
     img.Create(0, 0);
     return false;
   }
@@ -133,7 +133,7 @@ bool QTgaDecode(const uint8_t *data, size_t size, const char *name, QImage &img)
 bool QTgaRead(const char *path, QImage &img) {
   FILE *f = fopen(path, "rb");
   if (!f) {
-    qwarn("qimage", "QTgaRead", __LINE__, "QTgaRead(%s); file not found", path);
+    QWARN("QTgaRead(%s); file not found", path);
     return false;
   }
   std::vector<uint8_t> buf;
@@ -186,7 +186,7 @@ bool QTgaWrite(const char *path, const QImage &img, int format, bool rle) {
   int bytes = FormatBytes(format);
   int wid = img.GetWidth(), hgt = img.GetHeight();
   if (img.IsEmpty() || wid > 65535 || hgt > 65535) {
-    qwarn("qimage", "QTgaWrite", __LINE__, "QTgaWrite(%s); image size %dx%d can't be stored", path, wid, hgt);
+    QWARN("QTgaWrite(%s); image size %dx%d can't be stored", path, wid, hgt);
     return false;
   }
   uint8_t h[TGA_HEADER] = {};
@@ -206,12 +206,12 @@ bool QTgaWrite(const char *path, const QImage &img, int format, bool rle) {
   }
   FILE *f = fopen(path, "wb");
   if (!f) {
-    qwarn("qimage", "QTgaWrite", __LINE__, "QTgaWrite(%s); can't open file for writing", path);
+    QWARN("QTgaWrite(%s); can't open file for writing", path);
     return false;
   }
   bool ok = fwrite(out.data(), 1, out.size(), f) == out.size();
   ok = (fclose(f) == 0) && ok;
-  if (!ok) qwarn("qimage", "QTgaWrite", __LINE__, "QTgaWrite(%s); write failed", path);
+  if (!ok) QWARN("QTgaWrite(%s); write failed", path);
   return ok;
 }
 

@@ -16,6 +16,9 @@
 #include "ui/qimage.h"
 #include "ui/qplatform.h"
 
+#undef QDIAG_TAG
+#define QDIAG_TAG "qapp"
+
 static const int MAX_SHOT_NUMBER = 99999;
 
 const char *QApp::GetScreenshotDir() {
@@ -56,12 +59,12 @@ bool QApp::SaveScreenshot(bool ui) {
   const char *label = ui ? "UI" : "BC";
   bool present = ui ? (mainWindow != nullptr || mainPW != nullptr) : (backCanvas != nullptr);
   if (!present) {
-    qdbg("qapp", "QApp::SaveScreenshot", __LINE__, "> No %s present.\n", label);
+    QDBG("> No %s present.\n", label);
     return false;
   }
   char path[600];
   if (!MakeScreenshotName(ui ? "ui" : "bc", path, sizeof(path))) return false;
-  qdbg("qapp", "QApp::SaveScreenshot", __LINE__, "> Saving screenshot of %s in '%s'\n", label, path);
+  QDBG("> Saving screenshot of %s in '%s'\n", label, path);
   int wid = 0, hgt = 0;
   if (ui) {
     qpGetWindowSize(mainPW ? mainPW : qpGetMainWindow(), &wid, &hgt);

@@ -45,7 +45,7 @@ bool QStringDialog::Create() {
 bool QStringDialogRun(const char *title, const char *prompt, std::string *text, int limit) {
   QWindow *owner = QDialogOwner();
   if (owner == nullptr) {
-    qwarn("qstringdialog", "QStringDialogRun", __LINE__, "QStringDialogRun(%s); no window to ask in", title ? title : "");
+    QWARN("QStringDialogRun(%s); no window to ask in", title ? title : "");
     return false;
   }
   // The text dialog's place and size, taller when the prompt has several lines.

@@ -103,7 +103,7 @@ QTextView::~QTextView() {
 bool QTextView::Load(const char *file) {
   std::ifstream in(file ? file : "", std::ios::binary);
   if (!in) {
-    qwarn("qtextview", "QTextView::Load", __LINE__, "Can't read '%s'", file ? file : "");
+    QWARN("Can't read '%s'", file ? file : "");
     pane->SetLines({std::string("Can't read '") + (file ? file : "") + "'"});
     return false;
   }
@@ -140,7 +140,7 @@ void QTextView::Filter(QEvent *ev) {
 void QTextViewRun(const char *file, const char *caption, const char *title) {
   QWindow *owner = QDialogOwner();
   if (owner == nullptr) {
-    qwarn("qtextview", "QTextViewRun", __LINE__, "QTextViewRun(%s); no window to show it in", file ? file : "");
+    QWARN("QTextViewRun(%s); no window to show it in", file ? file : "");
     return;
   }
   QRect at = QDialogCentred(app->GetMainWindow()->GetWidth() - 80, app->GetMainWindow()->GetHeight() - 80);

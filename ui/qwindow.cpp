@@ -75,7 +75,7 @@ bool QWindow::Create() {
       if (flags & QWF_HIDDEN) pf |= QPW_HIDDEN;
       pwin = qpCreateWindow(name.empty() ? "Tessel" : name.c_str(), rect.x, rect.y, rect.wid, rect.hgt, pf);
       if (!pwin) {
-        qerr("qwindow", "QWindow::Create", __LINE__, "QWindow::Create(); can't open the window (%s)", qpLastError());
+        QERR("QWindow::Create(); can't open the window (%s)", qpLastError());
         return false;
       }
       ownsPlatformWindow = true;
@@ -84,7 +84,7 @@ bool QWindow::Create() {
     return true;
   }
   if (!parent || !parent->GetPlatformWindow()) {
-    qerr("qwindow", "QWindow::Create", __LINE__, "QWindow::Create() without a parent real X window");
+    QERR("QWindow::Create() without a parent real X window");
     return false;
   }
   flags |= QWF_CREATED;
@@ -147,7 +147,7 @@ void QWindow::Show() {
 
 bool QWindow::Hide() {
   if (IsReal() && pwin && !qpShowWindow(pwin, false)) {
-    qwarn("qwindow", "QWindow::Hide", __LINE__, "Can't hide X QWindow");
+    QWARN("Can't hide X QWindow");
     return false;
   }
   flags |= QWF_HIDDEN;
@@ -202,11 +202,11 @@ static void TexturedQuad(const QCanvas *cv, unsigned tex, const QRect &r, float 
 
 void QWindow::PaintTexture(QCanvas *cv) {
   if (!texId) {
-    qwarn("qwindow", "QWindow::PaintTexture", __LINE__, "QWindow:PaintTexture(); no texture");
+    QWARN("QWindow:PaintTexture(); no texture");
     return;
   }
   if (tileWid == 0) {
-    qwarn("qwindow", "QWindow::PaintTexture", __LINE__, "QWindow:PaintTexture(); texGrid.wid=0");
+    QWARN("QWindow:PaintTexture(); texGrid.wid=0");
     return;
   }
   int th = tileHgt > 0 ? tileHgt : texHgt;
@@ -216,7 +216,7 @@ void QWindow::PaintTexture(QCanvas *cv) {
 
 void QWindow::PaintTextureStretched(QCanvas *cv) {
   if (!texId) {
-    qwarn("qwindow", "QWindow::PaintTextureStretched", __LINE__, "QWindow:PaintTexture(); no texture");
+    QWARN("QWindow:PaintTexture(); no texture");
     return;
   }
   TexturedQuad(cv, texId, GetAbsRect(), 1.0f, 1.0f);

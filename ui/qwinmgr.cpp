@@ -34,7 +34,7 @@ bool QWindowManager::AddWindow(QWindow *w) {
   // refused; outside the active group it takes no input anyway.
   windows.push_back(w);
   if (!InActiveGroup(w)) {
-    qwarn("qwinmgr", "QWindowManager::AddWindow", __LINE__,
+    QWARN(
           "QWindowManager:AddWindow(); not part of activegroup, refusing to add window");
     return false;
   }

@@ -72,7 +72,7 @@ struct CreatedGlyph {
 bool WriteDescription(const char *path, int minChar, int maxChar, const std::vector<CreatedGlyph> &gl) {
   FILE *f = fopen(path, "wb");
   if (!f) {
-    qerr("dtexfont", "DTexFont::Create", __LINE__, "DTexFont:Create(); can't write '%s'", path);
+    QERR_IN("DTexFont::Create", "DTexFont:Create(); can't write '%s'", path);
     return false;
   }
   fprintf(f, "; Texture font description\ngeneral\n{\n  minchar=%d\n  maxchar=%d\n  version=2\n  outline=0\n}\n",
@@ -93,12 +93,12 @@ bool DTexFont::Create(const char *face, int size, int minChar, int maxChar, cons
   std::string file = FontFileFor(face ? face : "Arial");
   FT_Library lib;
   if (FT_Init_FreeType(&lib)) {
-    qerr("dtexfont", "DTexFont::Create", __LINE__, "DTexFont:Create(); FreeType can't start");
+    QERR("DTexFont:Create(); FreeType can't start");
     return false;
   }
   FT_Face ftFace;
   if (FT_New_Face(lib, file.c_str(), 0, &ftFace) || FT_Set_Pixel_Sizes(ftFace, 0, FT_UInt(size))) {
-    qerr("dtexfont", "DTexFont::Create", __LINE__, "DTexFont:Create(); can't load font '%s' (%s) at size %d",
+    QERR("DTexFont:Create(); can't load font '%s' (%s) at size %d",
          face, file.c_str(), size);
     FT_Done_FreeType(lib);
     return false;
@@ -120,7 +120,7 @@ bool DTexFont::Create(const char *face, int size, int minChar, int maxChar, cons
     CreatedGlyph g{code, 0, 0, has ? int(s->bitmap.width) : 0, pk.lineHgt, has ? float(s->advance.x) / 64.0f : 0.0f,
                    has ? float(s->bitmap_left) : 0.0f};
     if (!pk.Place(g.wid, &g.x, &g.y)) {
-      qerr("dtexfont", "DTexFont::Create", __LINE__, "DTexFont:Create(); texture Y overflow");
+      QERR("DTexFont:Create(); texture Y overflow");
       ok = false;
       break;
     }
