@@ -10,9 +10,11 @@
 // and the moment in N·m.
 //
 // Every data member is public: the application, the editor and the exports
-// read and write coefficients directly. The members keep their declaration
-// order (the Pacejka89/96 run is addressed by position from a0, see Pac96());
-// kpacejkaMembers below names each of them for loading, dumping and editing.
+// read and write coefficients directly. kpacejkaMembers below describes each
+// of them (name, offset, model family, group, TIR key, fit bounds) for
+// loading, dumping, editing, writing and fitting; the runs that code walks by
+// position (a0 ... c17, lfz0 ... lres, pcx1 ... pty2, qbz1 ... ssz4,
+// zeta0 ... zeta8) are checked at compile time in kpacejka_names.cpp.
 //
 // The implementation is split by concept:
 //   kpacejka.cpp         construction, reset, setters, accessors, CreateSystem
@@ -22,7 +24,7 @@
 //   kpacejka_pac2006.cpp model 2
 //   kpacejka_limits.cpp  dispatch, friction limits and the NaN guard
 //   kpacejka_tir.cpp     LoadFromTirFile
-//   kpacejka_names.cpp   the member-name table
+//   kpacejka_names.cpp   the member table
 #pragma once
 
 #include <cstdint>
@@ -77,7 +79,8 @@ class KPacejka {
   float GetLongitudinalFriction() const;
   const char *GetModelName() const;
   static const char *GetModelName(int model);
-  // The Pacejka89/96 coefficient at position i (0 = a0 ... 45 = c17).
+  // The Pacejka89/96 coefficient at position i (0 = a0 ... 45 = c17), through
+  // the member table.
   float &Pac96(int i);
   // Registers the live parameters and signals under `parent` (once).
   void CreateSystem(PSystem *parent);
@@ -246,5 +249,7 @@ int KPacejkaFittedMembers(int model, KPacejkaMember::Group group, const KPacejka
 const char *KPacejkaGroupName(KPacejkaMember::Group group);
 // The entry the TIR key `section`.`key` (lower case) is read into, or null.
 const KPacejkaMember *KPacejkaFindTirMember(const char *section, const char *key);
+// The entry of Pacejka89/96 coefficient i (0 = a0 ... 45 = c17), or null.
+const KPacejkaMember *KPacejkaPac96Member(int i);
 // The entry with car.ini scaling place `order` (0 ... KPACEJKA_INI_SCALING_COUNT-1), or null.
 const KPacejkaMember *KPacejkaIniScalingMember(int order);

@@ -301,6 +301,11 @@ const KPacejkaMember *KPacejkaFindTirMember(const char *section, const char *key
   return nullptr;
 }
 
+const KPacejkaMember *KPacejkaPac96Member(int i) {
+  static const int a0 = IndexOf("a0");
+  return i >= 0 && i < KPacejka::PAC96_COUNT ? &kpacejkaMembers[a0 + i] : nullptr;
+}
+
 const KPacejkaMember *KPacejkaIniScalingMember(int order) {
   if (order < 0 || order >= KPACEJKA_INI_SCALING_COUNT) return nullptr;
   for (const KPacejkaMember &m : kpacejkaMembers)
