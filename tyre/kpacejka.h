@@ -24,6 +24,7 @@
 //   kpacejka_pac2006.cpp model 2
 //   kpacejka_limits.cpp  dispatch, friction limits and the NaN guard
 //   kpacejka_tir.cpp     LoadFromTirFile
+//   kpacejka_tirwrite.cpp the TIR writer (kpacejka_tirwrite.h)
 //   kpacejka_names.cpp   the member table
 #pragma once
 
