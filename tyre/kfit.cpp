@@ -107,7 +107,8 @@ class ProgressRelay : public ceres::IterationCallback {
       : options_(o), stage_(s), index_(index), count_(count) {}
   ceres::CallbackReturnType operator()(const ceres::IterationSummary &summary) override {
     if (options_.progress)
-      options_.progress(options_.user, {stage_.name, index_, count_, summary.iteration, summary.cost});
+      options_.progress(options_.user,
+                        {KPacejkaGroupName(stage_.group), index_, count_, summary.iteration, summary.cost});
     return ceres::SOLVER_CONTINUE;
   }
 
@@ -186,7 +187,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   // 5. the tyre keeps the best parameters the solver found
   for (size_t j = 0; j < members.size(); j++) *members[j] = float(x[j] * scale[j]);
   if (!summary.IsSolutionUsable())
-    QWARN("stage %s: the solver stopped: %s", s.name, summary.message.c_str());
+    QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
   return int(summary.iterations.size());
 }
 
@@ -221,6 +222,22 @@ double MeanLoad(const KMeasuredData &data) {
   double sum = 0;
   for (const KMeasuredPoint &p : data.points) sum += p.fz;
   return data.points.empty() ? 0 : sum / double(data.points.size());
+}
+
+// The points the figures are taken over: all of them, except that a model
+// without combined-slip terms is not held to the combined points.
+KMeasuredData FiguresData(const KMeasuredData &data, int model, int *leftOut) {
+  *leftOut = 0;
+  using G = KPacejkaMember;
+  for (G::Group g : {G::COMBINED_FX, G::COMBINED_FY, G::COMBINED_MZ})
+    if (KPacejkaFittedMembers(model, g, nullptr, 0) > 0) return data;
+  KMeasuredData pure;
+  std::copy(std::begin(data.has), std::end(data.has), std::begin(pure.has));
+  for (const KMeasuredPoint &p : data.points) {
+    if (p.kappa != 0 && p.alpha != 0) ++*leftOut;
+    else pure.points.push_back(p);
+  }
+  return pure;
 }
 
 }  // namespace
@@ -316,7 +333,7 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   // 5. back to the data's signs, the data's ranges, and how well it fits
   KFitMirror(*out, result->mirrored[KCH_FY], result->mirrored[KCH_MZ]);
   RangesFromData(data, out);
-  KFitEvaluate(*out, data, result->channel);
+  KFitEvaluate(*out, FiguresData(data, o.model, &result->combinedLeftOut), result->channel);
   result->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
   return true;
 }

@@ -24,8 +24,7 @@
 
 // One stage of the fit.
 struct KFitStage {
-  const char *name;             // "pure Fx", ...
-  KPacejkaMember::Group group;  // the coefficients it varies
+  KPacejkaMember::Group group;  // the coefficients it varies (named by KPacejkaGroupName)
   int channel;                  // the channel it fits (KCH_FX ...)
   bool combined;                // fits the points with both slips non-zero
 };
@@ -69,6 +68,7 @@ struct KFitResult {
   int iterations = 0;                       // solver iterations, all stages
   double seconds = 0;                       // wall time of the fit
   bool mirrored[KCH_COUNT] = {false, false, false};  // Fy / Mz fitted mirrored
+  int combinedLeftOut = 0;  // points with both slips a model without combined-slip terms skips
   std::string error;
 };
 
