@@ -155,9 +155,9 @@ void FitCliPrint(const FitCliOptions &o, const KFitResult &r) {
            s.rmsPercent, s.r2);
   }
   printf("iterations %d, %.3f s\n", r.iterations, r.seconds);
-  if (r.combinedLeftOut)
-    printf("%s has no combined-slip terms: %d points with both slips are left out of the fit and the figures\n",
-           KFitModelKey(o.model), r.combinedLeftOut);
+  if (r.pureOnly)
+    printf("%s has no combined slip: Fx is compared where the slip angle is 0, Fy and Mz where the slip ratio is 0\n",
+           KFitModelKey(o.model));
   for (int ch = 0; ch < KCH_COUNT; ch++)
     if (r.mirrored[ch])
       printf("%s is mirrored against the usual Pacejka89/96 sign (%s); fitted mirrored, written as it was\n",
@@ -208,7 +208,7 @@ bool FitCliWriteReport(const char *cmd, const FitCliOptions &o, const KFitResult
     sep = ",\n";
   }
   j += "\n  },\n";
-  j += "  \"combined_left_out\": " + std::to_string(r.combinedLeftOut) + ",\n";
+  j += std::string("  \"pure_only\": ") + (r.pureOnly ? "true" : "false") + ",\n";
   j += "  \"iterations\": " + std::to_string(r.iterations) + ",\n";
   j += "  \"seconds\": " + Number(r.seconds) + "\n}\n";
   FILE *f = fopen(o.report.c_str(), "wb");

@@ -136,6 +136,56 @@ std::vector<const KMeasuredPoint *> StagePoints(const KMeasuredData &data, const
   return out;
 }
 
+// The shape factor C and curvature E of each pure-slip curve. The fit of a
+// curve has local minima in these two (a low C with a strongly negative E
+// looks like a high C with a positive one over part of the range), so each
+// pure stage first tries a grid of them and starts from the best.
+struct ShapeMembers {
+  bool pac96;
+  KPacejkaMember::Group group;
+  const char *C, *E;
+};
+const ShapeMembers kShapeMembers[] = {
+    {true, KPacejkaMember::PURE_FX, "b0", "b8"},      {true, KPacejkaMember::PURE_FY, "a0", "a7"},
+    {true, KPacejkaMember::PURE_MZ, "c0", "c9"},      {false, KPacejkaMember::PURE_FX, "pcx1", "pex1"},
+    {false, KPacejkaMember::PURE_FY, "pcy1", "pey1"}, {false, KPacejkaMember::PURE_MZ, "qcz1", "qez1"},
+};
+const float kGridC[] = {1.1f, 1.3f, 1.5f, 1.7f, 1.9f, 2.2f, 2.6f};
+const float kGridE[] = {-2.0f, -1.0f, -0.5f, 0.0f, 0.3f, 0.6f, 0.9f};
+
+double SumOfSquares(KPacejka &tyre, const std::vector<const KMeasuredPoint *> &points, int channel) {
+  double sum = 0;
+  for (const KMeasuredPoint *p : points) {
+    EvaluateAt(tyre, *p);
+    const double e = Output(tyre, channel) - p->force[channel];
+    sum += e * e;
+  }
+  return std::isfinite(sum) ? sum : HUGE_VAL;
+}
+
+// Sets the stage's C and E to the best pair of the grid (the current pair
+// counts too), within their bounds.
+void SearchShape(KPacejka *tyre, const KFitStage &s, const std::vector<const KMeasuredPoint *> &points) {
+  for (const ShapeMembers &sm : kShapeMembers) {
+    if (sm.group != s.group || sm.pac96 != (tyre->model == KPacejka::PAC96)) continue;
+    const KPacejkaMember *mc = KPacejkaFindMember(sm.C), *me = KPacejkaFindMember(sm.E);
+    float *C = mc ? KPacejkaFloat(*tyre, *mc) : nullptr, *E = me ? KPacejkaFloat(*tyre, *me) : nullptr;
+    if (!C || !E) return;
+    float bestC = *C, bestE = *E;
+    double best = SumOfSquares(*tyre, points, s.channel);
+    for (float c : kGridC) {
+      for (float e : kGridE) {
+        *C = std::clamp(c, mc->fitMin, mc->fitMax);
+        *E = std::clamp(e, me->fitMin, me->fitMax);
+        const double sum = SumOfSquares(*tyre, points, s.channel);
+        if (sum < best) best = sum, bestC = *C, bestE = *E;
+      }
+    }
+    *C = bestC, *E = bestE;
+    if (getenv("FITDBG")) fprintf(stderr, "grid %s: C %g E %g sse %g\n", KPacejkaGroupName(s.group), bestC, bestE, best);
+  }
+}
+
 // Fits the members stage `s` varies; returns the solver's iteration count.
 int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
              KPacejka *tyre) {
@@ -144,6 +194,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   double peak = 0;
   for (const KMeasuredPoint *p : points) peak = std::max(peak, std::fabs(p->force[s.channel]));
   if (points.empty() || peak == 0) return 0;
+  if (!s.combined) SearchShape(tyre, s, points);
   // 2. the members, each scaled by its start magnitude (or a hundredth of
   //    its range when it starts at or near zero) and kept within its bounds
   std::vector<float *> members;
@@ -186,6 +237,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   ceres::Solve(so, &problem, &summary);
   // 5. the tyre keeps the best parameters the solver found
   for (size_t j = 0; j < members.size(); j++) *members[j] = float(x[j] * scale[j]);
+  if (getenv("FITDBG")) fprintf(stderr, "%s: %s\n", KPacejkaGroupName(s.group), summary.BriefReport().c_str());
   if (!summary.IsSolutionUsable())
     QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
   return int(summary.iterations.size());
@@ -224,22 +276,6 @@ double MeanLoad(const KMeasuredData &data) {
   return data.points.empty() ? 0 : sum / double(data.points.size());
 }
 
-// The points the figures are taken over: all of them, except that a model
-// without combined-slip terms is not held to the combined points.
-KMeasuredData FiguresData(const KMeasuredData &data, int model, int *leftOut) {
-  *leftOut = 0;
-  using G = KPacejkaMember;
-  for (G::Group g : {G::COMBINED_FX, G::COMBINED_FY, G::COMBINED_MZ})
-    if (KPacejkaFittedMembers(model, g, nullptr, 0) > 0) return data;
-  KMeasuredData pure;
-  std::copy(std::begin(data.has), std::end(data.has), std::begin(pure.has));
-  for (const KMeasuredPoint &p : data.points) {
-    if (p.kappa != 0 && p.alpha != 0) ++*leftOut;
-    else pure.points.push_back(p);
-  }
-  return pure;
-}
-
 }  // namespace
 
 // ---- public -----------------------------------------------------------------------------
@@ -261,25 +297,36 @@ void KFitCopy(const KPacejka &from, KPacejka *to) {
     KPacejkaSetMember(*to, kpacejkaMembers[i], KPacejkaGetMember(from, kpacejkaMembers[i]));
 }
 
-void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT]) {
+bool KFitHasCombined(int model) {
+  using G = KPacejkaMember;
+  for (G::Group g : {G::COMBINED_FX, G::COMBINED_FY, G::COMBINED_MZ})
+    if (KPacejkaFittedMembers(model, g, nullptr, 0) > 0) return true;
+  return false;
+}
+
+void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT], bool pureOnly) {
   for (int ch = 0; ch < KCH_COUNT; ch++) {
     KFitChannelStats &s = stats[ch];
     s = KFitChannelStats();
-    if (!data.has[ch] || data.points.empty()) continue;
+    if (!data.has[ch]) continue;
+    auto counted = [&](const KMeasuredPoint &p) { return !pureOnly || (ch == KCH_FX ? p.alpha : p.kappa) == 0; };
     double mean = 0;
     for (const KMeasuredPoint &p : data.points) {
+      if (!counted(p)) continue;
       mean += p.force[ch];
       s.peak = std::max(s.peak, std::fabs(p.force[ch]));
+      s.points++;
     }
-    mean /= double(data.points.size());
+    if (!s.points) continue;
+    mean /= double(s.points);
     double ssRes = 0, ssTot = 0;
     for (const KMeasuredPoint &p : data.points) {
+      if (!counted(p)) continue;
       EvaluateAt(tyre, p);
       const double e = Output(tyre, ch) - p.force[ch];
       ssRes += e * e;
       ssTot += (p.force[ch] - mean) * (p.force[ch] - mean);
     }
-    s.points = int(data.points.size());
     s.rms = std::sqrt(ssRes / double(s.points));
     s.rmsPercent = s.peak > 0 ? 100.0 * s.rms / s.peak : 0;
     s.r2 = ssTot > 0 ? 1.0 - ssRes / ssTot : (ssRes == 0 ? 1.0 : 0.0);
@@ -333,7 +380,8 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   // 5. back to the data's signs, the data's ranges, and how well it fits
   KFitMirror(*out, result->mirrored[KCH_FY], result->mirrored[KCH_MZ]);
   RangesFromData(data, out);
-  KFitEvaluate(*out, FiguresData(data, o.model, &result->combinedLeftOut), result->channel);
+  result->pureOnly = !KFitHasCombined(o.model);
+  KFitEvaluate(*out, data, result->channel, result->pureOnly);
   result->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
   return true;
 }

@@ -68,7 +68,10 @@ struct KFitResult {
   int iterations = 0;                       // solver iterations, all stages
   double seconds = 0;                       // wall time of the fit
   bool mirrored[KCH_COUNT] = {false, false, false};  // Fy / Mz fitted mirrored
-  int combinedLeftOut = 0;  // points with both slips a model without combined-slip terms skips
+  // The model has no combined-slip terms (Pacejka89/96: Fx ignores the slip
+  // angle, Fy and Mz the slip ratio), so each channel's figures cover only
+  // the points where its other slip is zero.
+  bool pureOnly = false;
   std::string error;
 };
 
@@ -85,8 +88,13 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &options, KPacejka *o
 // from the data.
 void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out);
 
-// Evaluates `tyre` at every point of `data` (as eval does) and compares.
-void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT]);
+// Evaluates `tyre` at every point of `data` (as eval does) and compares;
+// with `pureOnly`, Fx only where the slip angle is 0 and Fy, Mz only where
+// the slip ratio is 0.
+void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT],
+                  bool pureOnly = false);
+// Whether `model` has combined-slip terms to fit.
+bool KFitHasCombined(int model);
 
 // Every named member of `from` into `to`, through the member table.
 void KFitCopy(const KPacejka &from, KPacejka *to);

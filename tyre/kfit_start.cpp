@@ -34,6 +34,11 @@ struct Shape {
   double C, E;
 };
 
+// Friction and slip stiffness over the load (see EstimateLoadTrend).
+struct LoadTrend {
+  double mu0, mu1, k0, k1;
+};
+
 // What the start takes from the data; each has a generic fallback.
 struct DataFeatures {
   double meanFz = 4000, maxFz = 6000;  // N
@@ -44,6 +49,8 @@ struct DataFeatures {
   double mzPerFz = 0.02;               // peak |Mz| / Fz, m
   bool combined = false;               // points with both slips non-zero
   Shape shape[KCH_COUNT] = {{1.65, 0}, {1.3, 0}, {2.3, 0}};  // C, E of each curve
+  LoadTrend trend[KCH_COUNT] = {};  // of Fx and Fy, where the data allows
+  bool hasTrend[KCH_COUNT] = {false, false, false};
 };
 
 // Slopes are read within this slip of zero: the linear part of the curves.
@@ -109,6 +116,51 @@ bool EstimateShape(const KMeasuredData &d, int ch, int usualSign, double meanFz,
   return true;
 }
 
+// Friction (peak |force| / load) and slip stiffness (slope / load) of one
+// channel as straight lines over the load: a + b·(Fz − Fz̄)/Fz̄ from the pure
+// sweeps of each load (loads within 2 % of each other form one group).
+
+bool EstimateLoadTrend(const KMeasuredData &d, int ch, int usualSign, double meanFz, LoadTrend *out) {
+  const bool lon = ch == KCH_FX;
+  std::vector<const KMeasuredPoint *> pts;
+  for (const KMeasuredPoint &p : d.points)
+    if ((lon ? p.alpha == 0 : p.kappa == 0) && p.fz > 0) pts.push_back(&p);
+  std::sort(pts.begin(), pts.end(), [](auto *a, auto *b) { return a->fz < b->fz; });
+  SlopeFit mu, k;
+  const double small = lon ? SMALL_KAPPA : SMALL_ALPHA;
+  for (size_t i = 0; i < pts.size();) {
+    // 1. one load group
+    size_t j = i;
+    while (j < pts.size() && pts[j]->fz <= pts[i]->fz * 1.02) j++;
+    double peak = 0, fz = 0, smallest = HUGE_VAL;
+    for (size_t n = i; n < j; n++) {
+      const double x = lon ? pts[n]->kappa : pts[n]->alpha;
+      peak = std::max(peak, std::fabs(pts[n]->force[ch]) / pts[n]->fz);
+      fz += pts[n]->fz / double(j - i);
+      if (x != 0) smallest = std::min(smallest, std::fabs(x));
+    }
+    // 2. its slope at small slip, then one point of each trend
+    SlopeFit s;
+    for (size_t n = i; n < j; n++) {
+      const double x = lon ? pts[n]->kappa : pts[n]->alpha;
+      if (std::fabs(x) <= std::max(small, 1.5 * smallest)) s.Add(x, usualSign * pts[n]->force[ch] / pts[n]->fz);
+    }
+    double slope;
+    const double dfz = (fz - meanFz) / meanFz;
+    if (peak > 0) mu.Add(dfz, peak);
+    if (s.Get(&slope) && slope > 0) k.Add(dfz, slope);
+    i = j;
+  }
+  // 3. the lines (a single load: flat)
+  auto line = [](const SlopeFit &f, double *a, double *b) {
+    if (f.n == 0) return false;
+    if (!f.Get(b)) *b = 0;
+    *a = (f.sy - *b * f.sx) / f.n;
+    return true;
+  };
+  return line(mu, &out->mu0, &out->mu1) && line(k, &out->k0, &out->k1);
+}
+
 DataFeatures Features(const KMeasuredData &d) {
   DataFeatures f;
   if (d.points.empty()) return f;
@@ -131,6 +183,11 @@ DataFeatures Features(const KMeasuredData &d) {
     Shape sh;
     if (d.has[ch] && EstimateShape(d, ch, KFitUsualSign(ch), f.meanFz, &sh)) f.shape[ch] = sh;
   }
+  for (int ch : {KCH_FX, KCH_FY}) {
+    LoadTrend t;
+    if (d.has[ch] && EstimateLoadTrend(d, ch, KFitUsualSign(ch), f.meanFz, &t) && t.mu0 > 0.05 && t.k0 > 1)
+      f.trend[ch] = t, f.hasTrend[ch] = true;
+  }
   double mz, fy;
   if (d.has[KCH_MZ] && d.has[KCH_FY] && SmallSlipSlope(d, KCH_MZ, false, &mz) &&
       SmallSlipSlope(d, KCH_FY, false, &fy) && fy > 0 && -mz / fy > 0.002)
@@ -149,9 +206,18 @@ void StartPac96(const DataFeatures &f, KPacejka *t) {
   t->b8 = float(f.shape[KCH_FX].E);
   t->b2 = float(1000 * f.muX);
   t->b4 = float(10 * f.kx);  // kx·Fz·1000 N per unit slip = 10·kx·Fz per percent
+  if (f.hasTrend[KCH_FX]) {  // D/Fz = b1·Fz + b2, BCD/Fz = b3·Fz + b4 (per percent)
+    const LoadTrend &l = f.trend[KCH_FX];
+    t->b1 = float(1000 * l.mu1 / fz), t->b2 = float(1000 * (l.mu0 - l.mu1));
+    t->b3 = float(10 * l.k1 / fz), t->b4 = float(10 * (l.k0 - l.k1));
+  }
   t->a0 = float(f.shape[KCH_FY].C);
   t->a7 = float(f.shape[KCH_FY].E);
   t->a2 = float(1000 * f.muY);
+  if (f.hasTrend[KCH_FY]) {
+    const LoadTrend &l = f.trend[KCH_FY];
+    t->a1 = float(1000 * l.mu1 / fz), t->a2 = float(1000 * (l.mu0 - l.mu1));
+  }
   t->a4 = float(std::max(1.5 * fzMax, 1.0));
   t->a3 = float(csDeg / std::sin(2 * std::atan(fz / double(t->a4))));
   t->c0 = float(f.shape[KCH_MZ].C);
@@ -169,12 +235,17 @@ void StartMagic(const DataFeatures &f, KPacejka *t) {
   t->pex1 = float(f.shape[KCH_FX].E);
   t->pdx1 = float(f.muX);
   t->pkx1 = float(f.kx);
+  if (f.hasTrend[KCH_FX]) {  // the nominal load is the mean: dfz is the trends' variable
+    const LoadTrend &l = f.trend[KCH_FX];
+    t->pdx1 = float(l.mu0), t->pdx2 = float(l.mu1), t->pkx1 = float(l.k0), t->pkx2 = float(l.k1);
+  }
   // lateral: Ky(Fz0) = pky1·Fz0·sin(2·atan(1/pky2)); negative for the usual sign
   t->pcy1 = float(f.shape[KCH_FY].C);
   t->pey1 = float(f.shape[KCH_FY].E);
   t->pdy1 = float(f.muY);
   t->pky2 = 2.0f;
   t->pky1 = float(-f.ky / std::sin(2 * std::atan(0.5)));
+  if (f.hasTrend[KCH_FY]) t->pdy1 = float(f.trend[KCH_FY].mu0), t->pdy2 = float(f.trend[KCH_FY].mu1);
   // aligning: trail Dt = qdz1·r0 at the nominal load; the residual torque starts at 0
   t->qbz1 = 10.0f;
   t->qcz1 = 1.2f;
