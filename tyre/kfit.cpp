@@ -182,7 +182,6 @@ void SearchShape(KPacejka *tyre, const KFitStage &s, const std::vector<const KMe
       }
     }
     *C = bestC, *E = bestE;
-    if (getenv("FITDBG")) fprintf(stderr, "grid %s: C %g E %g sse %g\n", KPacejkaGroupName(s.group), bestC, bestE, best);
   }
 }
 
@@ -237,7 +236,6 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   ceres::Solve(so, &problem, &summary);
   // 5. the tyre keeps the best parameters the solver found
   for (size_t j = 0; j < members.size(); j++) *members[j] = float(x[j] * scale[j]);
-  if (getenv("FITDBG")) fprintf(stderr, "%s: %s\n", KPacejkaGroupName(s.group), summary.BriefReport().c_str());
   if (!summary.IsSolutionUsable())
     QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
   return int(summary.iterations.size());
