@@ -1,10 +1,11 @@
 // KFitTyre: the staged fit, one bounded least-squares problem per stage,
 // solved by Ceres (Levenberg-Marquardt with bounds).
 //
-//   [1] model names, copying, evaluation against data
-//   [2] the stage problem: residuals and their central differences
-//   [3] one stage through the solver
-//   [4] KFitTyre: signs, start, stages, ranges, statistics
+//   [1] model names, evaluation at a data point
+//   [2] the stage problem: residuals and their forward differences
+//   [3] one stage: its points, a grid of shape factors, the solver
+//   [4] ranges
+//   public: names, copying, figures, KFitTyre (signs, start, stages, ranges)
 #include "tyre/kfit.h"
 
 #include <ceres/ceres.h>
@@ -20,7 +21,7 @@
 
 namespace {
 
-// ---- [1] model names, copying, evaluation ----------------------------------------
+// ---- [1] model names, evaluation at a point ------------------------------------
 
 struct ModelKey {
   const char *key;
@@ -241,7 +242,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   return int(summary.iterations.size());
 }
 
-// ---- [4] ranges and signs ------------------------------------------------------------
+// ---- [4] ranges --------------------------------------------------------
 
 // The ranges a fit works in: wide open, so no setter clamps a trial point.
 void OpenRanges(KPacejka *t) {
@@ -359,6 +360,7 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   if (o.start) {
     KFitCopy(*o.start, out);
     out->model = o.model;
+    out->flags = 0;  // the data's cambers are as eval takes them, not mirrored per wheel
     const double fz = MeanLoad(data);
     OpenRanges(out);
     const bool fy = KFitTyreSlopeSign(*out, fz, KCH_FY) == -KFitUsualSign(KCH_FY);
