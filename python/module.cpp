@@ -1,0 +1,318 @@
+// tyrograph._tyrograph: the tyre library for Python. Every function here
+// calls what tyrograph-cli calls (cli/tyreopts.h, tool/curves.h,
+// tool/export.h, tyre/kpacejka_batch.h); nothing of the models is redone.
+//
+//   [1] Tyre: a loaded tyre, its edits and its members
+//   [2] eval: the batch over broadcast NumPy arrays
+//   [3] curves and exports: the CLI's graph state
+//   [4] the module
+#include <pybind11/numpy.h>
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <cmath>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/tyreopts.h"
+#include "python/reports.h"
+#include "tool/carload.h"
+#include "tool/curves.h"
+#include "tool/export.h"
+#include "tyre/kpacejka.h"
+#include "tyre/kpacejka_batch.h"
+
+namespace py = pybind11;
+using namespace pybind11::literals;
+
+namespace {
+
+// ==== [1] Tyre ====================================================================
+
+struct PyTyre {
+  std::string source;
+  int wheel = 0;
+  std::vector<std::pair<std::string, float>> sets;  // edits in order, replayed by curves and exports
+  std::unique_ptr<KPacejka> tyre = std::make_unique<KPacejka>();
+};
+
+PyTyre Load(const std::string &path, int wheel) {
+  PyTyre t;
+  t.source = path;
+  t.wheel = wheel;
+  std::string error;
+  bool ok;
+  {
+    PyReports reports;
+    ok = CarLoadTyreSource(path.c_str(), wheel, t.tyre.get(), &error);
+    if (!ok) reports.errors.insert(reports.errors.begin(), error);
+    reports.Deliver();
+  }
+  return t;
+}
+
+const KPacejkaMember &FindMember(const std::string &name) {
+  const KPacejkaMember *m = KPacejkaFindMember(name.c_str());
+  if (!m) {
+    PyErr_SetString(PyExc_KeyError, ("unknown tyre member '" + name + "'").c_str());
+    throw py::error_already_set();
+  }
+  return *m;
+}
+
+py::object GetMember(const PyTyre &t, const std::string &name) {
+  const KPacejkaMember &m = FindMember(name);
+  const double v = KPacejkaGetMember(*t.tyre, m);
+  if (m.kind == KPacejkaMember::FLOAT) return py::float_(v);
+  return py::int_(static_cast<long long>(v));
+}
+
+// The checks of --set: a member of the table and a finite number, stored
+// as the single-precision value the option parses to.
+void SetMember(PyTyre &t, const std::string &name, double value) {
+  const KPacejkaMember &m = FindMember(name);
+  if (!std::isfinite(value) || !std::isfinite(float(value))) {
+    PyErr_SetString(PyExc_ValueError, (name + ": '" + py::str(py::float_(value)).cast<std::string>() +
+                                       "' is not a number").c_str());
+    throw py::error_already_set();
+  }
+  const float v = float(value);
+  KPacejkaSetMember(*t.tyre, m, v);
+  t.sets.emplace_back(name, v);
+}
+
+std::vector<std::string> MemberNames() {
+  std::vector<std::string> names;
+  for (int i = 0; i < kpacejkaMemberCount; i++) names.push_back(kpacejkaMembers[i].name);
+  return names;
+}
+
+// ==== [2] eval ====================================================================
+
+py::object namedForces, namedCurve;  // namedtuple types, made at import
+
+// One input as float32, C-contiguous, broadcast to `shape`. Integers and
+// booleans pass through float64 first, as a number the CLI reads does.
+py::array_t<float> Input(const py::object &broadcast) {
+  return py::array_t<float, py::array::c_style | py::array::forcecast>::ensure(broadcast);
+}
+
+py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, const py::object &alpha,
+                const py::object &gamma, bool exact, const py::object &dtype) {
+  py::module_ np = py::module_::import("numpy");
+  const py::dtype outType = py::dtype::from_args(dtype);
+  if (!outType.is(py::dtype::of<float>()) && !outType.is(py::dtype::of<double>()) &&
+      !(outType.kind() == 'f' && (outType.itemsize() == 4 || outType.itemsize() == 8))) {
+    PyErr_SetString(PyExc_ValueError, "dtype: results come as float32 or float64");
+    throw py::error_already_set();
+  }
+  // 1. each input as a float array, then all to one shape (NumPy's rules;
+  //    shapes that do not broadcast raise its ValueError)
+  py::list arrays;
+  for (const py::object *in : {&fz, &kappa, &alpha, &gamma}) {
+    py::array a = np.attr("asarray")(*in);
+    const char kind = a.dtype().kind();
+    if (kind != 'f' && kind != 'i' && kind != 'u' && kind != 'b') {
+      PyErr_SetString(PyExc_TypeError, "eval: inputs must be real numbers (float64 is the native input)");
+      throw py::error_already_set();
+    }
+    if (kind != 'f') a = np.attr("asarray")(a, "float64");
+    arrays.append(a);
+  }
+  py::tuple b = np.attr("broadcast_arrays")(*arrays);
+  py::array_t<float> in[4] = {Input(b[0]), Input(b[1]), Input(b[2]), Input(b[3])};
+  for (const py::array_t<float> &a : in)
+    if (!a) throw py::error_already_set();
+  const std::vector<py::ssize_t> shape(in[0].shape(), in[0].shape() + in[0].ndim());
+  const size_t n = size_t(in[0].size());
+  py::array_t<float> out[3] = {py::array_t<float>(shape), py::array_t<float>(shape), py::array_t<float>(shape)};
+  // 2. the batch, without the GIL
+  {
+    PyReports reports;
+    {
+      py::gil_scoped_release free;
+      KPacejkaEvaluateBatch(*t.tyre, n, in[0].data(), in[1].data(), in[2].data(), in[3].data(),
+                            out[0].mutable_data(), out[1].mutable_data(), out[2].mutable_data(),
+                            exact ? KBATCH_EXACT : KBATCH_FAST);
+    }
+    // A non-finite input is a defined result (the NaN guard's 0): warn.
+    reports.Deliver(false);
+  }
+  if (outType.itemsize() == 4) return namedForces(out[0], out[1], out[2]);
+  return namedForces(out[0].attr("astype")("float64"), out[1].attr("astype")("float64"),
+                     out[2].attr("astype")("float64"));
+}
+
+// ==== [3] curves and exports ========================================================
+
+// The state the CLI's curve and export subcommands build from their options.
+std::unique_ptr<CliTyreState> GraphState(const PyTyre &t, float load, float slipRatio, float slipAngle,
+                                         float camber, bool zoom) {
+  auto st = std::make_unique<CliTyreState>();
+  st->source = t.source;
+  st->wheel = t.wheel;
+  st->point.load = load;
+  st->point.slipRatio = slipRatio;
+  st->point.slipAngle = slipAngle;
+  st->point.camber = camber;
+  st->zoom = zoom;
+  st->sets = t.sets;
+  std::string error;
+  PyReports reports;
+  if (!CliLoadTyreState(st.get(), &error)) reports.errors.insert(reports.errors.begin(), error);
+  reports.Deliver();
+  return st;
+}
+
+py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber, bool zoom) {
+  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, zoom);
+  CurveRange ranges[CURVE_COUNT];
+  Curve curves[CURVE_COUNT];
+  {
+    PyReports reports;
+    CliSampleCurves(st.get(), ranges, curves);
+    reports.Deliver(false);
+  }
+  static const char *const names[CURVE_COUNT] = {"Fx", "Fy", "Mz"};
+  py::dict out;
+  for (int g = 0; g < CURVE_COUNT; g++) {
+    py::array_t<float> x(CURVE_SAMPLES), y(CURVE_SAMPLES);
+    for (int i = 0; i < CURVE_SAMPLES; i++) {
+      x.mutable_data()[i] = CurveSampleX(ranges[g], i);
+      y.mutable_data()[i] = curves[g].samples[i];
+    }
+    out[names[g]] = namedCurve(x, y, double(curves[g].peakX), double(curves[g].peakValue));
+  }
+  return out;
+}
+
+// The export's text (bytes as latin-1, so every byte maps to one character),
+// or None after writing it to `path` as the CLI's -o does.
+py::object Emit(const std::string &text, const py::object &path) {
+  if (path.is_none()) return py::reinterpret_steal<py::object>(PyUnicode_DecodeLatin1(text.data(), py::ssize_t(text.size()), nullptr));
+  const std::string file = py::str(path);
+  if (!ExportWriteFile(file.c_str(), text)) PyRaiseError(file + ": can't open output file for writing");
+  return py::none();
+}
+
+py::object ExportAscii(const PyTyre &t, int steps, float maximum, const py::object &path, float load, float slipRatio,
+                       float slipAngle, float camber) {
+  if (!CliAsciiArgsValid(steps, maximum)) {
+    PyErr_SetString(PyExc_ValueError, "export_ascii: needs steps >= 0 and maximum > 0");
+    throw py::error_already_set();
+  }
+  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, true);
+  std::string text;
+  {
+    PyReports reports;
+    text = ExportAsciiText(&st->tyres[CURVE_FX], &st->tyres[CURVE_FY], steps, maximum);
+    reports.Deliver(false);
+  }
+  return Emit(text, path);
+}
+
+py::object ExportCarIni(const PyTyre &t, const py::object &path, float load, float slipRatio, float slipAngle,
+                        float camber, bool zoom) {
+  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, zoom);
+  std::string text;
+  {
+    PyReports reports;
+    // The statistics are the peaks of the curves the window last drew.
+    CurveRange ranges[CURVE_COUNT];
+    Curve curves[CURVE_COUNT];
+    CliSampleCurves(st.get(), ranges, curves);
+    text = ExportCarIniText(st->tyres[CURVE_FX], curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
+    reports.Deliver(false);
+  }
+  return Emit(text, path);
+}
+
+}  // namespace
+
+// ==== [4] the module =================================================================
+
+PYBIND11_MODULE(_tyrograph, m) {
+  m.doc() = "Tyrograph's tyre models: load a tyre, evaluate it over NumPy arrays, sample its curves, export it.";
+  PyReportsRegister(m);
+  py::module_ collections = py::module_::import("collections");
+  namedForces = collections.attr("namedtuple")("Forces", "fx fy mz");
+  namedForces.attr("__module__") = "tyrograph";
+  namedCurve = collections.attr("namedtuple")("Curve", "x y peak_x peak_y");
+  namedCurve.attr("__module__") = "tyrograph";
+  m.attr("Forces") = namedForces;
+  m.attr("Curve") = namedCurve;
+  // The namedtuple types outlive the module's globals at shutdown.
+  namedForces.inc_ref();
+  namedCurve.inc_ref();
+
+  m.def("load", &Load, "path"_a, "wheel"_a = 0, R"(Loads one tyre as tyrograph-cli reads its TYRE argument.
+
+path: a .tir file (any case), a car.ini-style file or a car folder holding car.ini.
+wheel: the car's wheel 0..3 (FL, FR, RL, RR); a TIR file gives the same tyre for each.
+Raises tyrograph.Error with the library's message (file and problem); the
+library's warnings come as tyrograph.TyreWarning.)");
+
+  m.def("is_vector", &KPacejkaBatchIsVector,
+        "True when Tyre.eval runs eight points at a time on this processor (exact=False).");
+  m.attr("CURVE_SAMPLES") = CURVE_SAMPLES;
+
+  py::class_<PyTyre>(m, "Tyre", "One tyre: its model, its members by name, evaluation, curves and exports.")
+      .def_property_readonly("model", [](const PyTyre &t) { return t.tyre->model; },
+                             "Model number: 0 Pacejka89/96, 1 Magic Formula 5.2, 2 Pacejka2006, 3 Magic Formula 6.1.")
+      .def_property_readonly("model_name", [](const PyTyre &t) { return std::string(t.tyre->GetModelName()); })
+      .def_property_readonly("source", [](const PyTyre &t) { return t.source; })
+      .def_property_readonly("wheel", [](const PyTyre &t) { return t.wheel; })
+      .def("members", [](const PyTyre &) { return MemberNames(); },
+           "Every member name, in the table's order (flags, a0 ... c17, lfz0 ..., model, ranges).")
+      .def("__getitem__", &GetMember, "name"_a, "A member's value: float, or int for model and flags. KeyError for an unknown name.")
+      .def("__setitem__", &SetMember, "name"_a, "value"_a,
+           "Sets a member as tyrograph-cli --set does (stored in single precision). KeyError for an unknown\n"
+           "name, ValueError for a value that is not a finite number.")
+      .def("__contains__", [](const PyTyre &, const std::string &name) { return KPacejkaFindMember(name.c_str()) != nullptr; })
+      .def("__repr__", [](const PyTyre &t) {
+        return "<tyrograph.Tyre " + t.source + ", wheel " + std::to_string(t.wheel) + ": " + t.tyre->GetModelName() + ">";
+      })
+      .def("eval", &Eval, "fz"_a, "kappa"_a, "alpha"_a, "gamma"_a = 0.0, "exact"_a = false,
+           "dtype"_a = py::dtype::of<float>(), R"(Fx, Fy, Mz at operating points, as tyrograph-cli eval gives them.
+
+fz (N), kappa (slip ratio), alpha (slip angle, radians), gamma (camber,
+radians): scalars or arrays, broadcast against each other by NumPy's rules
+(shapes that do not broadcast raise ValueError). Inputs are taken as
+float64 and rounded to the model's single precision; integers are fine.
+Returns Forces(fx, fy, mz): three arrays of the broadcast shape (0-d for
+scalar inputs), N, N and N·m, as float32 by default or float64 with
+dtype=numpy.float64. Empty inputs give empty results.
+
+Each point is evaluated as the setters plus Calculate do it (same clamping
+into the tyre's ranges, guards, signs). exact=True gives Calculate's
+results bit for bit; the default runs eight points at a time where the
+processor can (see is_vector()), whose sin/cos/atan/exp may round
+differently in the last bits.
+
+NaN or infinite inputs are evaluated too: the model's NaN guard turns a
+non-finite force into 0 and its report comes as a tyrograph.TyreWarning
+(once per process and quantity, as in the tool). Releases the GIL.)")
+      .def("curves", &Curves, "load"_a = 2500.0f, "slip_ratio"_a = 0.0f, "slip_angle"_a = 0.0f, "camber"_a = 0.0f,
+           "zoom"_a = true, R"(The window's three graphs, as tyrograph-cli curves prints them.
+
+load (N), slip_ratio, slip_angle (degrees), camber (degrees), zoom: the
+window's operating point and "Zoom in horizontally" (the CLI's options).
+Returns {"Fx": Curve, "Fy": Curve, "Mz": Curve}; Curve(x, y, peak_x, peak_y)
+with x and y float32 arrays of 290 samples (x: slip ratio or degrees; y:
+Fx/Fz, Fy/Fz, Mz in N·m) and the peak as floats. Like the CLI, the tyre is
+loaded again from its source and the edits made through tyre[name] = value
+are replayed on it.)")
+      .def("export_ascii", &ExportAscii, "steps"_a = EXPORT_ASCII_DEFAULT_STEPS, "maximum"_a = EXPORT_ASCII_DEFAULT_MAX,
+           "path"_a = py::none(), "load"_a = 2500.0f, "slip_ratio"_a = 0.0f, "slip_angle"_a = 0.0f, "camber"_a = 0.0f,
+           R"(The "Export ASCII" file, the bytes of tyrograph-cli export-ascii.
+
+Returns the text (one character per byte), or writes it to `path` and
+returns None. ValueError unless steps >= 0 and maximum > 0.)")
+      .def("export_carini", &ExportCarIni, "path"_a = py::none(), "load"_a = 2500.0f, "slip_ratio"_a = 0.0f,
+           "slip_angle"_a = 0.0f, "camber"_a = 0.0f, "zoom"_a = true,
+           R"(The "Export for Car.Ini" block, the bytes of tyrograph-cli export-carini.
+
+Returns the text, or writes it to `path` and returns None.)");
+}
