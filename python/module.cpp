@@ -23,6 +23,8 @@
 #include "tool/export.h"
 #include "tyre/kpacejka.h"
 #include "tyre/kpacejka_batch.h"
+#include "tyre/kpacejka_tirwrite.h"
+#include "base/qfile.h"
 
 namespace py = pybind11;
 using namespace pybind11::literals;
@@ -229,6 +231,23 @@ py::object ExportCarIni(const PyTyre &t, const py::object &path, float load, flo
   return Emit(text, path);
 }
 
+// The tyre as tyrograph-cli export-tir writes it: text, or the file `path`
+// (kept when it exists, unless `force`).
+py::object WriteTir(const PyTyre &t, const py::object &path, bool force) {
+  std::string file;
+  if (!path.is_none()) file = py::str(path);
+  if (!file.empty() && !force && QFileExists(file.c_str(), false))
+    PyRaiseError(file + " exists; pass force=True to overwrite it");
+  std::unique_ptr<CliTyreState> st = GraphState(t, 2500.0f, 0.0f, 0.0f, 0.0f, true);
+  PyReports reports;
+  std::string text;
+  if (file.empty()) KPacejkaTirText(st->tyres[0], &text);
+  else KPacejkaWriteTirFile(file.c_str(), st->tyres[0]);
+  reports.Deliver();
+  if (file.empty()) return py::reinterpret_steal<py::object>(PyUnicode_DecodeLatin1(text.data(), py::ssize_t(text.size()), nullptr));
+  return py::none();
+}
+
 }  // namespace
 
 // ==== [4] the module =================================================================
@@ -314,5 +333,12 @@ returns None. ValueError unless steps >= 0 and maximum > 0.)")
            "slip_angle"_a = 0.0f, "camber"_a = 0.0f, "zoom"_a = true,
            R"(The "Export for Car.Ini" block, the bytes of tyrograph-cli export-carini.
 
-Returns the text, or writes it to `path` and returns None.)");
+Returns the text, or writes it to `path` and returns None.)")
+      .def("write_tir", &WriteTir, "path"_a = py::none(), "force"_a = false,
+           R"(The tyre as a TIR file, the bytes of tyrograph-cli export-tir.
+
+Only Magic Formula 5.2 and 6.1 tyres have a TIR form; others raise
+tyrograph.Error with the library's message. With `path`: writes the file
+(an existing one only with force=True) and returns None; without: returns
+the text.)");
 }
