@@ -40,18 +40,20 @@ struct PyTyre {
   std::unique_ptr<KPacejka> tyre = std::make_unique<KPacejka>();
 };
 
-PyTyre Load(const std::string &path, int wheel) {
+// A failed load raises; errors the loader recovered from (an unknown
+// FITTYP read as 5.2, say) raise only when `strict`, else they warn as the
+// CLI prints them and goes on.
+PyTyre Load(const std::string &path, int wheel, bool strict) {
   PyTyre t;
   t.source = path;
   t.wheel = wheel;
   std::string error;
-  bool ok;
-  {
-    PyReports reports;
-    ok = CarLoadTyreSource(path.c_str(), wheel, t.tyre.get(), &error);
-    if (!ok) reports.errors.insert(reports.errors.begin(), error);
-    reports.Deliver();
+  PyReports reports;
+  if (!CarLoadTyreSource(path.c_str(), wheel, t.tyre.get(), &error)) {
+    reports.errors.insert(reports.errors.begin(), error);
+    strict = true;
   }
+  reports.Deliver(strict);
   return t;
 }
 
@@ -161,10 +163,14 @@ std::unique_ptr<CliTyreState> GraphState(const PyTyre &t, float load, float slip
   st->point.camber = camber;
   st->zoom = zoom;
   st->sets = t.sets;
+  // The loader's own reports came with load(); only a failure (the file
+  // gone since, say) is news.
   std::string error;
   PyReports reports;
-  if (!CliLoadTyreState(st.get(), &error)) reports.errors.insert(reports.errors.begin(), error);
-  reports.Deliver();
+  if (!CliLoadTyreState(st.get(), &error)) {
+    reports.errors.insert(reports.errors.begin(), error);
+    reports.Deliver();
+  }
   return st;
 }
 
@@ -266,12 +272,15 @@ PYBIND11_MODULE(_tyrograph, m) {
   namedForces.inc_ref();
   namedCurve.inc_ref();
 
-  m.def("load", &Load, "path"_a, "wheel"_a = 0, R"(Loads one tyre as tyrograph-cli reads its TYRE argument.
+  m.def("load", &Load, "path"_a, "wheel"_a = 0, "strict"_a = false,
+        R"(Loads one tyre as tyrograph-cli reads its TYRE argument.
 
 path: a .tir file (any case), a car.ini-style file or a car folder holding car.ini.
 wheel: the car's wheel 0..3 (FL, FR, RL, RR); a TIR file gives the same tyre for each.
-Raises tyrograph.Error with the library's message (file and problem); the
-library's warnings come as tyrograph.TyreWarning.)");
+A tyre that cannot be loaded (no such file, no car.ini, a wheel out of
+range) raises tyrograph.Error with the library's message. Problems the
+loader reports and recovers from (the CLI prints them and goes on) come as
+tyrograph.TyreWarning, or raise tyrograph.Error with strict=True.)");
 
   m.def("is_vector", &KPacejkaBatchIsVector,
         "True when Tyre.eval runs eight points at a time on this processor (exact=False).");
