@@ -97,21 +97,57 @@ std::vector<std::string> MemberNames() {
 
 py::object namedForces, namedCurve;  // namedtuple types, made at import
 
-// One input as float32, C-contiguous, broadcast to `shape`. Integers and
-// booleans pass through float64 first, as a number the CLI reads does.
-py::array_t<float> Input(const py::object &broadcast) {
-  return py::array_t<float, py::array::c_style | py::array::forcecast>::ensure(broadcast);
-}
+// One broadcast input as the batch reads it: a float64 or float32 buffer
+// in C order, one value for every point (a scalar), or else a float32 copy
+// NumPy makes. float64 rounds to float32 once, as the CLI's numbers do.
+struct Input {
+  const double *f64 = nullptr;
+  const float *f32 = nullptr;
+  bool constant = false;
+  float value = 0.0f;
+  py::array keep;  // the array the pointers point into
+
+  explicit Input(const py::array &a) : keep(a) {
+    bool allZeroStrides = true;
+    for (py::ssize_t d = 0; d < a.ndim(); d++) allZeroStrides = allZeroStrides && (a.strides(d) == 0 || a.shape(d) == 1);
+    const bool contiguous = (a.flags() & py::array::c_style) != 0;
+    const bool isDouble = a.dtype().is(py::dtype::of<double>());
+    const bool isFloat = a.dtype().is(py::dtype::of<float>());
+    if (a.size() > 0 && allZeroStrides && (isDouble || isFloat)) {
+      constant = true;
+      value = isDouble ? float(*static_cast<const double *>(a.data())) : *static_cast<const float *>(a.data());
+    } else if (contiguous && isDouble) {
+      f64 = static_cast<const double *>(a.data());
+    } else if (contiguous && isFloat) {
+      f32 = static_cast<const float *>(a.data());
+    } else {
+      keep = py::array_t<float, py::array::c_style | py::array::forcecast>::ensure(a);
+      if (!keep) throw py::error_already_set();
+      f32 = static_cast<const float *>(keep.data());
+    }
+  }
+
+  // Points [at, at + m) as float32: straight from the buffer, or converted
+  // into `scratch`.
+  const float *Points(size_t at, size_t m, float *scratch) const {
+    if (f32) return f32 + at;
+    for (size_t i = 0; i < m; i++) scratch[i] = constant ? value : float(f64[at + i]);
+    return scratch;
+  }
+};
+
+// Points per step: the inputs, converted, and the results stay in cache.
+constexpr size_t EVAL_CHUNK = 2048;
 
 py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, const py::object &alpha,
                 const py::object &gamma, bool exact, const py::object &dtype) {
   py::module_ np = py::module_::import("numpy");
   const py::dtype outType = py::dtype::from_args(dtype);
-  if (!outType.is(py::dtype::of<float>()) && !outType.is(py::dtype::of<double>()) &&
-      !(outType.kind() == 'f' && (outType.itemsize() == 4 || outType.itemsize() == 8))) {
+  if (outType.kind() != 'f' || (outType.itemsize() != 4 && outType.itemsize() != 8)) {
     PyErr_SetString(PyExc_ValueError, "dtype: results come as float32 or float64");
     throw py::error_already_set();
   }
+  const bool out64 = outType.itemsize() == 8;
   // 1. each input as a float array, then all to one shape (NumPy's rules;
   //    shapes that do not broadcast raise its ValueError)
   py::list arrays;
@@ -122,31 +158,42 @@ py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, 
       PyErr_SetString(PyExc_TypeError, "eval: inputs must be real numbers (float64 is the native input)");
       throw py::error_already_set();
     }
-    if (kind != 'f') a = np.attr("asarray")(a, "float64");
+    if (kind != 'f' || a.dtype().itemsize() > 8) a = np.attr("asarray")(a, "float64");
     arrays.append(a);
   }
   py::tuple b = np.attr("broadcast_arrays")(*arrays);
-  py::array_t<float> in[4] = {Input(b[0]), Input(b[1]), Input(b[2]), Input(b[3])};
-  for (const py::array_t<float> &a : in)
-    if (!a) throw py::error_already_set();
-  const std::vector<py::ssize_t> shape(in[0].shape(), in[0].shape() + in[0].ndim());
-  const size_t n = size_t(in[0].size());
-  py::array_t<float> out[3] = {py::array_t<float>(shape), py::array_t<float>(shape), py::array_t<float>(shape)};
-  // 2. the batch, without the GIL
+  const Input in[4] = {Input(b[0]), Input(b[1]), Input(b[2]), Input(b[3])};
+  const py::array first = b[0];
+  const std::vector<py::ssize_t> shape(first.shape(), first.shape() + first.ndim());
+  const size_t n = size_t(first.size());
+  py::array out[3];
+  for (py::array &o : out) o = out64 ? py::array(py::array_t<double>(shape)) : py::array(py::array_t<float>(shape));
+  // 2. the batch a chunk at a time, without the GIL
   {
     PyReports reports;
     {
       py::gil_scoped_release free;
-      KPacejkaEvaluateBatch(*t.tyre, n, in[0].data(), in[1].data(), in[2].data(), in[3].data(),
-                            out[0].mutable_data(), out[1].mutable_data(), out[2].mutable_data(),
-                            exact ? KBATCH_EXACT : KBATCH_FAST);
+      std::vector<float> scratch(7 * EVAL_CHUNK);
+      for (size_t at = 0; at < n; at += EVAL_CHUNK) {
+        const size_t m = n - at < EVAL_CHUNK ? n - at : EVAL_CHUNK;
+        const float *p[4];
+        for (int k = 0; k < 4; k++) p[k] = in[k].Points(at, m, &scratch[size_t(k) * EVAL_CHUNK]);
+        float *r[3];
+        for (int q = 0; q < 3; q++)
+          r[q] = out64 ? &scratch[size_t(4 + q) * EVAL_CHUNK] : static_cast<float *>(out[q].mutable_data()) + at;
+        KPacejkaEvaluateBatch(*t.tyre, m, p[0], p[1], p[2], p[3], r[0], r[1], r[2],
+                              exact ? KBATCH_EXACT : KBATCH_FAST);
+        if (out64)
+          for (int q = 0; q < 3; q++) {
+            double *o = static_cast<double *>(out[q].mutable_data()) + at;
+            for (size_t i = 0; i < m; i++) o[i] = double(r[q][i]);
+          }
+      }
     }
     // A non-finite input is a defined result (the NaN guard's 0): warn.
     reports.Deliver(false);
   }
-  if (outType.itemsize() == 4) return namedForces(out[0], out[1], out[2]);
-  return namedForces(out[0].attr("astype")("float64"), out[1].attr("astype")("float64"),
-                     out[2].attr("astype")("float64"));
+  return namedForces(out[0], out[1], out[2]);
 }
 
 // ==== [3] curves and exports ========================================================

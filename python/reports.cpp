@@ -1,6 +1,7 @@
 // PyReports: the report hooks of diag/qdebug.h, routed per thread.
 #include "python/reports.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <mutex>
 
@@ -60,8 +61,12 @@ PyReports::~PyReports() {
 }
 
 void PyReports::Deliver(bool errorsRaise) {
-  std::vector<std::string> asWarnings = warnings;
-  if (!errorsRaise) asWarnings.insert(asWarnings.end(), errors.begin(), errors.end());
+  std::vector<std::string> asWarnings;
+  for (const std::vector<std::string> *from : {&warnings, errorsRaise ? nullptr : &errors})
+    for (size_t i = 0; from && i < from->size(); i++)
+      // the same text twice in one call says nothing new (a batch in steps)
+      if (std::find(asWarnings.begin(), asWarnings.end(), (*from)[i]) == asWarnings.end())
+        asWarnings.push_back((*from)[i]);
   for (const std::string &w : asWarnings)
     if (PyErr_WarnEx(warningType, w.c_str(), 2) < 0) throw py::error_already_set();
   if (!errorsRaise || errors.empty()) return;

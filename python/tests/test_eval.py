@@ -119,6 +119,14 @@ def test_inputs_round_from_float64_like_the_cli(touring):
         np.testing.assert_array_equal(got.fy, want.fy)
     ints = touring.eval(np.array([4000, 5000], dtype=np.int64), 0, 0, 0)
     np.testing.assert_array_equal(ints.fx, touring.eval([4000.0, 5000.0], 0.0, 0.0, 0.0).fx)
+    # a scalar of any float type stands for every point; strided views read right
+    for camber in (np.float16(0.02), np.float32(0.02), 0.02, np.full(3, 0.02)[::1]):
+        got = touring.eval(4000.0, 0.05, a64, camber)
+        same = np.full(3, float(np.asarray(camber).flat[0]))
+        np.testing.assert_array_equal(got.mz, touring.eval(4000.0, 0.05, a64, same).mz)
+    wide = np.array([[0.1, 9.0], [0.2, 9.0], [0.3, 9.0]])
+    np.testing.assert_array_equal(touring.eval(4000.0, 0.0, wide[:, 0], 0.0).fy,
+                                  touring.eval(4000.0, 0.0, [0.1, 0.2, 0.3], 0.0).fy)
 
 
 def test_empty_and_mismatched_shapes(touring):
@@ -164,3 +172,18 @@ def test_threads_evaluate_side_by_side(touring):
         t.join()
     for r in results:
         np.testing.assert_array_equal(r.fy, want.fy)
+
+
+@pytest.mark.parametrize("dtype", [np.float32, np.float64])
+def test_long_arrays_equal_their_slices(touring, dtype):
+    """Thousands of points (the call works in steps) of every input kind: float64, float32, strided, scalar."""
+    n = 5000
+    fz = np.linspace(500.0, 9000.0, n)
+    kappa = np.linspace(-0.3, 0.3, n).astype(np.float32)
+    alpha = np.linspace(-0.4, 0.4, 2 * n)[::2]
+    whole = touring.eval(fz, kappa, alpha, 0.01, dtype=dtype)
+    assert whole.fx.dtype == dtype
+    for at in range(0, n, 700):
+        part = touring.eval(fz[at:at + 700], kappa[at:at + 700], alpha[at:at + 700].copy(), 0.01, dtype=dtype)
+        for q in range(3):
+            np.testing.assert_array_equal(whole[q][at:at + 700], part[q])
