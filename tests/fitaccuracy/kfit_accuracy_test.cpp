@@ -1,0 +1,156 @@
+// How well the fitter recovers real tyres, on every bundled one:
+//   - synthetic data (3 loads × 3 cambers, pure and combined sweeps, 1 %
+//     Gaussian noise, fixed seed) fitted from the built-in start to the
+//     source's own model family, checked noise-free at the loads between the
+//     fitted ones: Fx, Fy within 2 % of peak, Mz within 5 %;
+//   - convert of every TIR file to pac96 and of every car to mf61, checked
+//     over the source's ranges at three loads between the sampled ones:
+//     Fx, Fy within 3 %, Mz within 8 %.
+// Each case prints its figures (RMS as % of peak per channel).
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "base/qinfo.h"
+#include "tests/base/capture.h"
+#include "tyre/kfit.h"
+#include "tyre/ksample.h"
+
+namespace {
+
+struct Source {
+  std::string path;
+  bool car;
+};
+
+std::vector<Source> BundledSources() {
+  std::vector<Source> out;
+  for (const auto &e : std::filesystem::directory_iterator(TYRO_SOURCE_DIR "/data/tyres"))
+    if (e.path().extension() == ".tir") out.push_back({e.path().string(), false});
+  for (const char *car : {"touring", "hmmwv", "wvp", "mf61"})
+    out.push_back({std::string(TYRO_SOURCE_DIR "/data/cars/") + car + "/car.ini", true});
+  std::sort(out.begin(), out.end(), [](const Source &a, const Source &b) { return a.path < b.path; });
+  return out;
+}
+
+void LoadSource(const Source &s, KPacejka *t) {
+  ReportCapture quiet;  // the TIR reader's notes on FITTYP
+  if (!s.car) {
+    t->LoadFromTirFile(s.path.c_str());
+    return;
+  }
+  QInfo *info = new QInfo(s.path.c_str());
+  t->Load(info, "wheel0.pacejka");
+  delete info;
+}
+
+std::string Name(const Source &s) {
+  return s.car ? std::filesystem::path(s.path).parent_path().filename().string()
+               : std::filesystem::path(s.path).filename().string();
+}
+
+// The loads halfway between consecutive loads of `fitted`.
+std::vector<double> Between(const std::vector<double> &fitted) {
+  std::vector<double> out;
+  for (size_t i = 0; i + 1 < fitted.size(); i++) out.push_back(0.5 * (fitted[i] + fitted[i + 1]));
+  return out;
+}
+
+void AddNoise(KMeasuredData *d, unsigned seed) {
+  std::mt19937 rng(seed);
+  std::normal_distribution<double> unit(0.0, 1.0);
+  for (int ch = 0; ch < KCH_COUNT; ch++) {
+    double peak = 0;
+    for (const KMeasuredPoint &p : d->points) peak = std::max(peak, std::fabs(p.force[ch]));
+    for (KMeasuredPoint &p : d->points) p.force[ch] += 0.01 * peak * unit(rng);
+  }
+}
+
+struct Limits {
+  double fx, fy, mz;
+};
+
+// Cases short of the general limits: the figure reached is pinned here, with
+// a little room, so it cannot get worse unnoticed. The Pacejka89/96 moment has
+// no camber term in its peak and fixed load laws, which the Magic Formula
+// moments of these files (strong camber and load terms, a residual torque)
+// do not follow; the truck-size Generic file's moment has a curvature that
+// turns with camber (QEZ5 = -645) that the fit does not find from the
+// built-in start.
+struct Known {
+  const char *what;
+  Limits limits;
+};
+const Known kShortOfTheLimits[] = {
+    {"fit Generic_Pac02Tire.tir -> mf52", {2, 2, 15}},
+    {"convert Generic_Pac02Tire.tir -> pac96", {4.2, 3, 15}},
+    {"convert MagicFormula52_Parameters.tir -> pac96", {4.2, 3, 25}},
+    {"convert MagicFormula61_Parameters.tir -> pac96", {3, 3, 23}},
+    {"convert MagicFormula62_Parameters.tir -> pac96", {3, 3, 23}},
+};
+
+void ExpectWithin(const std::string &what, const KFitChannelStats s[KCH_COUNT], Limits l, const KFitResult &r) {
+  for (const Known &k : kShortOfTheLimits)
+    if (what == k.what) l = k.limits;
+  printf("%-44s Fx %6.3f %%  Fy %6.3f %%  Mz %6.3f %%  (%d iterations, %.2f s%s%s)\n", what.c_str(),
+         s[KCH_FX].rmsPercent, s[KCH_FY].rmsPercent, s[KCH_MZ].rmsPercent, r.iterations, r.seconds,
+         r.mirrored[KCH_FY] ? ", Fy mirrored" : "", r.mirrored[KCH_MZ] ? ", Mz mirrored" : "");
+  EXPECT_LE(s[KCH_FX].rmsPercent, l.fx) << what << " Fx";
+  EXPECT_LE(s[KCH_FY].rmsPercent, l.fy) << what << " Fy";
+  EXPECT_LE(s[KCH_MZ].rmsPercent, l.mz) << what << " Mz";
+}
+
+}  // namespace
+
+TEST(FitAccuracy, SyntheticDataOfEveryBundledTyreFromTheBuiltinStart) {
+  for (const Source &src : BundledSources()) {
+    KPacejka *source = new KPacejka, *fitted = new KPacejka;
+    LoadSource(src, source);
+    // 1. 3 loads × 3 cambers, noisy
+    KSamplePlan plan = KSamplePlanFor(*source, 3);
+    KMeasuredData data, check;
+    KSampleTyre(*source, plan, &data);
+    AddNoise(&data, 20261123);
+    // 2. fit to the same family
+    KFitOptions o;
+    o.model = source->model;
+    KFitResult r;
+    ASSERT_TRUE(KFitTyre(data, o, fitted, &r)) << r.error;
+    // 3. noise-free points between the fitted loads
+    plan.loads = Between(plan.loads);
+    KSampleTyre(*source, plan, &check);
+    KFitChannelStats s[KCH_COUNT];
+    KFitEvaluate(*fitted, check, s, !KFitHasCombined(o.model));
+    ExpectWithin("fit " + Name(src) + " -> " + KFitModelKey(o.model), s, {2, 2, 5}, r);
+    delete source;
+    delete fitted;
+  }
+}
+
+TEST(FitAccuracy, ConvertEveryBundledTyre) {
+  for (const Source &src : BundledSources()) {
+    KPacejka *source = new KPacejka, *converted = new KPacejka;
+    LoadSource(src, source);
+    KFitOptions o;
+    o.model = src.car ? KPacejka::MF61 : KPacejka::PAC96;
+    KFitResult r;
+    ASSERT_TRUE(KFitConvert(*source, o, converted, &r)) << r.error;
+    // three loads between the sampled ones, over the source's ranges; a
+    // Pacejka89/96 target has no combined slip, so it is held to pure slip
+    KSamplePlan plan = KSamplePlanFor(*source, KFIT_CONVERT_LOADS);
+    plan.loads = Between(plan.loads);
+    plan.loads.erase(plan.loads.begin());
+    if (o.model == KPacejka::PAC96) plan.combined = false;
+    KMeasuredData check;
+    KSampleTyre(*source, plan, &check);
+    KFitChannelStats s[KCH_COUNT];
+    KFitEvaluate(*converted, check, s, !KFitHasCombined(o.model));
+    ExpectWithin("convert " + Name(src) + " -> " + KFitModelKey(o.model), s, {3, 3, 8}, r);
+    delete source;
+    delete converted;
+  }
+}
