@@ -5,7 +5,8 @@
 //   [1] Tyre: a loaded tyre, its edits and its members
 //   [2] eval: the batch over broadcast NumPy arrays
 //   [3] curves and exports: the CLI's graph state
-//   [4] the module
+//   [4] fit and convert: the fitting commands' steps
+//   [5] the module
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
@@ -16,6 +17,11 @@
 #include <utility>
 #include <vector>
 
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "cli/fitcli.h"
 #include "cli/tyreopts.h"
 #include "python/reports.h"
 #include "tool/carload.h"
@@ -301,9 +307,111 @@ py::object WriteTir(const PyTyre &t, const py::object &path, bool force) {
   return py::none();
 }
 
+// ==== [4] fit and convert ============================================================
+
+// Standard error, caught: the fitting commands' helpers print their
+// problems there ("tyrograph-cli fit: ..."), and the caller gets that text.
+class StderrCapture {
+ public:
+  StderrCapture() {
+    fflush(stderr);
+    file = tmpfile();
+    saved = file ? dup(2) : -1;
+    if (saved >= 0) dup2(fileno(file), 2);
+  }
+  ~StderrCapture() { Restore(); }
+  // Stops catching; the text caught, without its last line end.
+  std::string Restore() {
+    std::string text;
+    if (saved < 0) return text;
+    fflush(stderr);
+    dup2(saved, 2);
+    close(saved);
+    saved = -1;
+    rewind(file);
+    char buf[4096];
+    size_t got;
+    while ((got = fread(buf, 1, sizeof buf, file)) > 0) text.append(buf, got);
+    fclose(file);
+    file = nullptr;
+    while (!text.empty() && text.back() == '\n') text.pop_back();
+    return text;
+  }
+
+ private:
+  FILE *file = nullptr;
+  int saved = -1;
+};
+
+// What `tyrograph-cli fit|convert` does after parsing, on options built
+// from the keyword arguments; the figures as a dict, the tyre loaded back
+// from the file written.
+py::dict FitCommand(const char *cmd, const std::vector<std::string> &args) {
+  FitCliOptions o;
+  KPacejka *tyre = new KPacejka;
+  KFitResult r;
+  bool ok;
+  std::string caught;
+  {
+    StderrCapture capture;
+    const bool fit = std::string(cmd) == "fit";
+    ok = FitCliParse(cmd, args, fit, &o) && FitCliOutputsFree(cmd, o);
+    if (ok) {
+      FitCliQuiet quiet(cmd);
+      KFitOptions fo;
+      fo.model = o.model;
+      std::string error;
+      KPacejka *input = new KPacejka;
+      KMeasuredData data;
+      if (fit) {
+        // 1. the data, and the start tyre when given
+        ok = KMeasuredRead(o.input.c_str(), &data);
+        if (ok && !o.start.empty()) {
+          ok = CarLoadTyreSource(o.start.c_str(), o.wheel, input, &error);
+          if (!ok) fprintf(stderr, "tyrograph-cli %s: --start: %s\n", cmd, error.c_str());
+          fo.start = input;
+        }
+        ok = ok && KFitTyre(data, fo, tyre, &r);
+      } else {
+        // 1. the source, as eval reads it
+        ok = CarLoadTyreSource(o.input.c_str(), o.wheel, input, &error);
+        if (!ok) fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
+        ok = ok && KFitConvert(*input, fo, tyre, &r);
+      }
+      // 2. write the tyre and the report
+      ok = ok && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r);
+      delete input;
+    }
+    caught = capture.Restore();
+  }
+  delete tyre;
+  if (!ok && caught.empty()) caught = std::string("tyrograph-cli ") + cmd + ": " + (r.error.empty() ? "failed" : r.error);
+  if (!ok) PyRaiseError(caught);
+  py::dict channels;
+  for (int ch = 0; ch < KCH_COUNT; ch++) {
+    const KFitChannelStats &c = r.channel[ch];
+    if (!c.points) continue;
+    channels[KChannelName(ch)] = py::dict("points"_a = c.points, "rms"_a = c.rms, "rms_percent"_a = c.rmsPercent,
+                                          "peak"_a = c.peak, "r2"_a = c.r2, "mirrored"_a = r.mirrored[ch]);
+  }
+  return py::dict("tyre"_a = py::cast(Load(o.out, 0, false)), "model"_a = KFitModelKey(o.model),
+                  "output"_a = o.out, "channels"_a = channels, "pure_only"_a = r.pureOnly,
+                  "iterations"_a = r.iterations, "seconds"_a = r.seconds);
+}
+
+// The command line of the fitting commands from keyword arguments.
+std::vector<std::string> FitArgs(const std::string &input, const std::string &model, const py::object &out,
+                                 int wheel, const py::object &report, bool force) {
+  std::vector<std::string> a = {input, "--model", model, "--wheel", std::to_string(wheel)};
+  if (!out.is_none()) a.insert(a.end(), {"-o", py::str(out)});
+  if (!report.is_none()) a.insert(a.end(), {"--report", py::str(report)});
+  if (force) a.push_back("--force");
+  return a;
+}
+
 }  // namespace
 
-// ==== [4] the module =================================================================
+// ==== [5] the module =================================================================
 
 PYBIND11_MODULE(_tyrograph, m) {
   m.doc() = "Tyrograph's tyre models: load a tyre, evaluate it over NumPy arrays, sample its curves, export it.";
@@ -328,6 +436,41 @@ A tyre that cannot be loaded (no such file, no car.ini, a wheel out of
 range) raises tyrograph.Error with the library's message. Problems the
 loader reports and recovers from (the CLI prints them and goes on) come as
 tyrograph.TyreWarning, or raise tyrograph.Error with strict=True.)");
+
+  static const char *const fitFigures = R"(
+Returns a dict: "tyre" (the written file loaded back), "model", "output",
+"channels" ({"Fx": {"points", "rms", "rms_percent", "peak", "r2",
+"mirrored"}, ...} for each channel the data has), "pure_only",
+"iterations", "seconds": the figures the command prints and its --report
+holds. A problem raises tyrograph.Error with the command's own message
+("tyrograph-cli fit: ...", naming file, line and column for bad data).)";
+  m.def(
+      "fit",
+      [](const std::string &data, const std::string &model, const py::object &out, const py::object &start, int wheel,
+         const py::object &report, bool force) {
+        std::vector<std::string> args = FitArgs(data, model, out, wheel, report, force);
+        if (!start.is_none()) args.insert(args.end(), {"--start", py::str(start)});
+        return FitCommand("fit", args);
+      },
+      "data"_a, "model"_a, "out"_a, "start"_a = py::none(), "wheel"_a = 0, "report"_a = py::none(), "force"_a = false,
+      (std::string(R"(tyrograph-cli fit DATA --model MODEL -o OUT [--start TYRE] [--wheel N] [--report FILE] [--force].
+
+Fits model "pac96", "mf52" or "mf61" to the measured points of the CSV file
+`data` (columns fz, kappa, alpha, gamma, fx, fy, mz in eval's units) and
+writes it to `out`: a TIR file when the name ends in .tir, else a car.ini.
+An existing `out` or `report` stays unless force=True.)") + fitFigures).c_str());
+  m.def(
+      "convert",
+      [](const std::string &source, const std::string &model, const py::object &out, int wheel,
+         const py::object &report, bool force) {
+        return FitCommand("convert", FitArgs(source, model, out, wheel, report, force));
+      },
+      "source"_a, "model"_a, "out"_a, "wheel"_a = 0, "report"_a = py::none(), "force"_a = false,
+      (std::string(R"(tyrograph-cli convert SOURCE --model MODEL -o OUT [--wheel N] [--report FILE] [--force].
+
+Samples the tyre `source` (as load() reads it) over its own ranges and fits
+model "pac96", "mf52" or "mf61" to the samples; writes it to `out` as fit
+does.)") + fitFigures).c_str());
 
   m.def("is_vector", &KPacejkaBatchIsVector,
         "True when Tyre.eval runs eight points at a time on this processor (exact=False).");
