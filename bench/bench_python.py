@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Tyre.eval at 100,000 points per model, timed from Python (CPU time, one
-core), to set beside bench_pacejka's BM_Batch* figures: the difference is
-what the Python call adds (float64 in, broadcasting, float32 conversion,
-result arrays).
+core), beside the C++ batch alone on the same points in the same process
+(float32 arrays, no Python in between): the difference is what the Python
+call adds (float64 in, broadcasting, conversion, result arrays). Runs
+alternate and the best of each counts, so a busy machine hurts both alike.
 
     PYTHONPATH=build/python /usr/bin/python3 bench/bench_python.py
 """
@@ -13,6 +14,7 @@ import time
 import numpy as np
 
 import tyrograph
+from tyrograph import _tyrograph
 
 SOURCE = os.path.abspath(os.path.join(os.path.dirname(__file__), ".."))
 N = 100_000
@@ -28,13 +30,10 @@ def tyres():
         yield name, t
 
 
-def best_of(fn, repeat=15):
-    best = float("inf")
-    for _ in range(repeat):
-        t0 = time.process_time()
-        fn()
-        best = min(best, time.process_time() - t0)
-    return best
+def timed(fn):
+    t0 = time.thread_time()
+    fn()
+    return time.thread_time() - t0
 
 
 def main():
@@ -44,11 +43,17 @@ def main():
     kappa = rng.uniform(-0.2, 0.2, N)
     alpha = np.radians(rng.uniform(-12.0, 12.0, N))
     gamma = np.radians(rng.uniform(-3.0, 3.0, N))
-    print("Tyre.eval, %d points, %s" % (N, "8 lanes" if tyrograph.is_vector() else "one at a time"))
+    print("%d points, per point, %s" % (N, "8 lanes" if tyrograph.is_vector() else "one at a time"))
+    f32 = [v.astype(np.float32) for v in (fz, kappa, alpha, gamma)]
+    print("%-8s %12s %12s %8s %16s" % ("", "C++ batch", "Tyre.eval", "Python", "eval(exact=True)"))
     for name, tyre in tyres():
-        fast = best_of(lambda: tyre.eval(fz, kappa, alpha, gamma))
-        exact = best_of(lambda: tyre.eval(fz, kappa, alpha, gamma, exact=True), 5)
-        print("  %-8s %7.1f ns/point (exact=True: %6.1f ns/point)" % (name, fast / N * 1e9, exact / N * 1e9))
+        cxx, py = float("inf"), float("inf")
+        for _ in range(20):
+            cxx = min(cxx, _tyrograph._batch_seconds(tyre, *f32))
+            py = min(py, timed(lambda: tyre.eval(fz, kappa, alpha, gamma)))
+        exact = min(timed(lambda: tyre.eval(fz, kappa, alpha, gamma, exact=True)) for _ in range(3))
+        print("%-8s %9.1f ns %9.1f ns %+7.1f%% %13.1f ns" % (name, cxx / N * 1e9, py / N * 1e9,
+                                                           (py / cxx - 1) * 100, exact / N * 1e9))
     return 0
 
 

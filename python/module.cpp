@@ -11,6 +11,7 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -20,6 +21,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <ctime>
 
 #include "cli/fitcli.h"
 #include "cli/tyreopts.h"
@@ -137,7 +139,8 @@ struct Input {
   // into `scratch`.
   const float *Points(size_t at, size_t m, float *scratch) const {
     if (f32) return f32 + at;
-    for (size_t i = 0; i < m; i++) scratch[i] = constant ? value : float(f64[at + i]);
+    if (constant) std::fill(scratch, scratch + m, value);
+    else std::transform(f64 + at, f64 + at + m, scratch, [](double v) { return float(v); });
     return scratch;
   }
 };
@@ -409,6 +412,28 @@ std::vector<std::string> FitArgs(const std::string &input, const std::string &mo
   return a;
 }
 
+// CPU time of the batch alone on float32 arrays (results into a buffer of
+// its own): what bench/bench_python.py sets Tyre.eval's time beside.
+double BatchSeconds(const PyTyre &t, const py::array_t<float, py::array::c_style | py::array::forcecast> &fz,
+                    const py::array_t<float, py::array::c_style | py::array::forcecast> &kappa,
+                    const py::array_t<float, py::array::c_style | py::array::forcecast> &alpha,
+                    const py::array_t<float, py::array::c_style | py::array::forcecast> &gamma) {
+  const size_t n = size_t(fz.size());
+  if (kappa.size() != fz.size() || alpha.size() != fz.size() || gamma.size() != fz.size()) {
+    PyErr_SetString(PyExc_ValueError, "_batch_seconds: four arrays of one size");
+    throw py::error_already_set();
+  }
+  std::vector<float> out(3 * n);
+  timespec t0, t1;
+  PyReports reports;
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t0);
+  KPacejkaEvaluateBatch(*t.tyre, n, fz.data(), kappa.data(), alpha.data(), gamma.data(), out.data(),
+                        out.data() + n, out.data() + 2 * n, KBATCH_FAST);
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t1);
+  reports.Deliver(false);
+  return double(t1.tv_sec - t0.tv_sec) + 1e-9 * double(t1.tv_nsec - t0.tv_nsec);
+}
+
 }  // namespace
 
 // ==== [5] the module =================================================================
@@ -472,6 +497,8 @@ Samples the tyre `source` (as load() reads it) over its own ranges and fits
 model "pac96", "mf52" or "mf61" to the samples; writes it to `out` as fit
 does.)") + fitFigures).c_str());
 
+  m.def("_batch_seconds", &BatchSeconds, "tyre"_a, "fz"_a, "kappa"_a, "alpha"_a, "gamma"_a,
+        "CPU seconds of the C++ batch alone on float32 arrays (for bench/bench_python.py).");
   m.def("is_vector", &KPacejkaBatchIsVector,
         "True when Tyre.eval runs eight points at a time on this processor (exact=False).");
   m.attr("CURVE_SAMPLES") = CURVE_SAMPLES;
