@@ -1,10 +1,11 @@
 // KFitTyre: the staged fit, one bounded least-squares problem per stage,
 // solved by Ceres (Levenberg-Marquardt with bounds).
 //
-//   [1] model names, copying, evaluation against data
-//   [2] the stage problem: residuals and their central differences
-//   [3] one stage through the solver
-//   [4] KFitTyre: signs, start, stages, ranges, statistics
+//   [1] model names, evaluation at a data point
+//   [2] the stage problem: residuals and their forward differences
+//   [3] one stage: its points, a grid of shape factors, the solver
+//   [4] ranges
+//   public: names, copying, figures, KFitTyre (signs, start, stages, ranges)
 #include "tyre/kfit.h"
 
 #include <ceres/ceres.h>
@@ -20,7 +21,7 @@
 
 namespace {
 
-// ---- [1] model names, copying, evaluation ----------------------------------------
+// ---- [1] model names, evaluation at a point ------------------------------------
 
 struct ModelKey {
   const char *key;
@@ -182,7 +183,6 @@ void SearchShape(KPacejka *tyre, const KFitStage &s, const std::vector<const KMe
       }
     }
     *C = bestC, *E = bestE;
-    if (getenv("FITDBG")) fprintf(stderr, "grid %s: C %g E %g sse %g\n", KPacejkaGroupName(s.group), bestC, bestE, best);
   }
 }
 
@@ -237,13 +237,12 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   ceres::Solve(so, &problem, &summary);
   // 5. the tyre keeps the best parameters the solver found
   for (size_t j = 0; j < members.size(); j++) *members[j] = float(x[j] * scale[j]);
-  if (getenv("FITDBG")) fprintf(stderr, "%s: %s\n", KPacejkaGroupName(s.group), summary.BriefReport().c_str());
   if (!summary.IsSolutionUsable())
     QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
   return int(summary.iterations.size());
 }
 
-// ---- [4] ranges and signs ------------------------------------------------------------
+// ---- [4] ranges --------------------------------------------------------
 
 // The ranges a fit works in: wide open, so no setter clamps a trial point.
 void OpenRanges(KPacejka *t) {
@@ -361,6 +360,7 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   if (o.start) {
     KFitCopy(*o.start, out);
     out->model = o.model;
+    out->flags = 0;  // the data's cambers are as eval takes them, not mirrored per wheel
     const double fz = MeanLoad(data);
     OpenRanges(out);
     const bool fy = KFitTyreSlopeSign(*out, fz, KCH_FY) == -KFitUsualSign(KCH_FY);

@@ -170,7 +170,10 @@ DataFeatures Features(const KMeasuredData &d) {
     maxFz = std::max(maxFz, p.fz);
     f.combined = f.combined || (p.kappa != 0 && p.alpha != 0);
     if (p.fz <= 0) continue;
-    for (int ch = 0; ch < KCH_COUNT; ch++) peak[ch] = std::max(peak[ch], std::fabs(p.force[ch]) / p.fz);
+    // peaks of pure slip only: under combined slip Mz takes an Fx term
+    for (int ch = 0; ch < KCH_COUNT; ch++)
+      if ((ch == KCH_FX ? p.alpha : p.kappa) == 0)
+        peak[ch] = std::max(peak[ch], std::fabs(p.force[ch]) / p.fz);
   }
   if (sum > 0) f.meanFz = sum / double(d.points.size()), f.maxFz = maxFz;
   if (d.has[KCH_FX] && peak[KCH_FX] > 0.05) f.muX = peak[KCH_FX];

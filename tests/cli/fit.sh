@@ -1,0 +1,94 @@
+#!/usr/bin/env bash
+# tyrograph-cli fit and convert: written tyres load in eval and reproduce
+# their source (signs included), the figures and the JSON report, and the
+# refusals (golden text in tests/data/fit/refusals.txt), after which nothing
+# is written.
+cli=$1
+src=$2
+fail=0
+tmp=$(mktemp -d)
+trap 'rm -rf "$tmp"' EXIT
+cd "$tmp" || exit 1
+check() {  # expected actual label
+  if [ "$1" != "$2" ]; then echo "FAIL $3: expected '$1', got '$2'"; fail=1; fi
+}
+# within: a b tolerance(relative to |b|, plus 1) label
+within() {
+  awk -v a="$1" -v b="$2" -v t="$3" 'BEGIN { d = a - b; if (d < 0) d = -d; m = b < 0 ? -b : b; exit !(d <= t * m + 1) }' ||
+    { echo "FAIL $4: $1 is not within $3 of $2"; fail=1; }
+}
+points='4000 0.05 0 0
+4000 0 0.05 0
+4000 0 -0.05 0.02
+6000 -0.1 0 0'
+# evaluates tyre $1 at $points, one value per line
+evals() { printf '%s\n' "$points" | "$cli" eval "$1" 2>/dev/null | tr ' ' '\n'; }
+compare() {  # source converted tolerance label
+  paste <(evals "$1") <(evals "$2") | while read -r a b; do within "$b" "$a" "$3" "$4" || echo x; done | grep -q x && fail=1
+}
+
+# 1. convert a Pacejka89/96 car to a Magic Formula 6.1 TIR file, with a report
+"$cli" convert "$src/data/cars/touring" --model mf61 -o touring.tir --report r.json >out.txt 2>err.txt
+check 0 "$?" convert-exit
+check "channel  points  RMS                RMS/peak %     R2" "$(head -1 out.txt)" figures-header
+check "Fx Fy Mz" "$(awk 'NR>1 && NR<5 {printf "%s%s", sep, $1; sep=" "}' out.txt)" figures-channels
+grep -q '^iterations [0-9]*, [0-9.]* s$' out.txt || { echo "FAIL iterations line: $(cat out.txt)"; fail=1; }
+check "" "$(cat err.txt)" convert-quiet
+check "" "$(ls QLOG* 2>/dev/null)" no-log-file
+grep -q '"model": "mf61"' r.json && grep -q '"Mz": {"points": ' r.json || { echo "FAIL report: $(cat r.json)"; fail=1; }
+compare "$src/data/cars/touring" touring.tir 0.05 touring-to-mf61
+
+# 2. a TIR file whose Fy and Mz point the other way, to a Pacejka89/96 car:
+#    said so, and written the way the source points
+"$cli" convert "$src/data/tyres/MagicFormula61_Parameters.tir" --model pac96 -o mf61car.ini >out.txt 2>/dev/null
+check 0 "$?" mirrored-exit
+grep -q '^Fy is mirrored' out.txt && grep -q '^Mz is mirrored' out.txt || { echo "FAIL mirrored note: $(cat out.txt)"; fail=1; }
+grep -q '^pac96 has no combined slip' out.txt || { echo "FAIL pure-only note"; fail=1; }
+a=$(printf '4000 0 0.05 0\n' | "$cli" eval "$src/data/tyres/MagicFormula61_Parameters.tir" 2>/dev/null | awk '{print $2}')
+b=$(printf '4000 0 0.05 0\n' | "$cli" eval mf61car.ini 2>/dev/null | awk '{print $2}')
+within "$b" "$a" 0.05 mirrored-fy
+# the written car opens as a car folder, any wheel
+mkdir -p cars/conv && cp mf61car.ini cars/conv/car.ini
+check "$(printf '4000 0 0.05 0\n' | "$cli" eval mf61car.ini 2>/dev/null)" \
+      "$(printf '4000 0 0.05 0\n' | "$cli" eval cars/conv --wheel 3 2>/dev/null)" car-folder
+
+# 3. fit measured data (here: the touring car evaluated over a grid)
+for fz in 3000 4500 6000; do for g in -0.03 0 0.03; do
+  for s in -0.3 -0.12 -0.06 -0.03 -0.01 0 0.01 0.03 0.06 0.12 0.3; do
+    echo "$fz $s 0 $g"; echo "$fz 0 $s $g"; done; done; done >in.txt
+{ echo "fz kappa alpha gamma fx fy mz"; paste -d' ' in.txt <("$cli" eval "$src/data/cars/touring" <in.txt); } >data.csv
+"$cli" fit data.csv --model pac96 -o fitted.ini >out.txt 2>&1
+check 0 "$?" fit-exit
+compare "$src/data/cars/touring" fitted.ini 0.03 fit-pac96
+"$cli" fit data.csv --model mf52 --start "$src/data/tyres/MagicFormula52_Parameters.tir" -o fitted.tir >/dev/null 2>&1
+check 0 "$?" fit-start-exit
+check 1 "$(head -c 200 fitted.tir | grep -c MDI_HEADER)" fit-tir-written
+
+# 4. refusals (exit code, golden message) and nothing written
+: >refusals.txt
+refuse() {  # expected-exit args...
+  local want=$1; shift
+  "$cli" "$@" >/dev/null 2>>refusals.txt
+  check "$want" "$?" "refusal: $*"
+}
+printf 'fz,fy\n4000,1\n# next\n4000,abc\n' >bad.csv
+refuse 1 fit bad.csv --model pac96 -o new1.ini
+printf 'fz fy fzz\n' >bad2.csv
+refuse 1 fit bad2.csv --model pac96 -o new2.ini
+refuse 1 fit none.csv --model pac96 -o new3.ini
+refuse 1 convert "$src/data/cars/touring" --model mf61 -o touring.tir
+refuse 2 convert "$src/data/cars/touring" --model pac96 -o x.TIR
+refuse 2 convert "$src/data/cars/touring" --model pac2006 -o x.ini
+refuse 2 convert "$src/data/cars/touring" -o x.ini
+refuse 2 fit data.csv --model mf61 -o x.ini --start
+refuse 2 convert "$src/data/cars/touring" --model mf61 -o x.ini --start t.tir
+refuse 1 convert nosuch --model mf61 -o x.ini
+refuse 1 convert "$src/data/cars/touring" --model mf61 -o x.ini --report r.json
+refuse 1 fit data.csv --model mf61 --start "$src/data/cars/touring" -o x.ini
+sed "s|$src|SRC|g" refusals.txt >refusals.out
+diff -u "$src/tests/data/fit/refusals.txt" refusals.out || fail=1
+check "" "$(ls new1.ini new2.ini new3.ini x.ini x.TIR 2>/dev/null)" nothing-written
+"$cli" convert "$src/data/cars/touring" --model mf61 -o touring.tir --force >/dev/null 2>&1
+check 0 "$?" force-overwrites
+
+exit $fail
