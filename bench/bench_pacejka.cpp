@@ -8,6 +8,10 @@
 //   Pac96          expf 2, atanf 7,  sinf 4
 //   MF5.2 / MF6.1  expf 1, atanf 21, sinf 4, cosf 10, sqrtf 2
 //   Pacejka2006    expf 1, atanf 21, sinf 5, cosf 11, sqrtf 2
+//
+// The batch (BM_Batch*) evaluates 100,000 points per iteration in SI units,
+// one point at a time (exact) and eight at a time (fast); its time per item
+// compares with the single-point figures above.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -15,6 +19,7 @@
 #include <vector>
 
 #include "tyre/kpacejka.h"
+#include "tyre/kpacejka_batch.h"
 
 namespace {
 
@@ -267,6 +272,62 @@ void ChainedMFFloor(benchmark::State &state, bool pac2006) {
 void BM_MFChainedFloor(benchmark::State &state) { ChainedMFFloor(state, false); }
 void BM_Pac2006ChainedFloor(benchmark::State &state) { ChainedMFFloor(state, true); }
 
+// ---- Batch --------------------------------------------------------------------------
+// 100,000 points of the sweep above, repeated, in the units the batch takes.
+
+constexpr size_t BATCH_POINTS = 100000;
+
+struct SIPoints {
+  std::vector<float> fz, kappa, alpha, gamma, fx, fy, mz;
+};
+
+const SIPoints &BatchInputs() {
+  static SIPoints in = [] {
+    SIPoints v;
+    const std::vector<Point> &pts = Sweep();
+    for (size_t i = 0; i < BATCH_POINTS; i++) {
+      const Point &p = pts[i % POINTS];
+      v.fz.push_back(p.Fz * 1000.0f);
+      v.kappa.push_back(p.kappa * 0.01f);
+      v.alpha.push_back(p.alpha * 0.017453292f);
+      v.gamma.push_back(p.gamma * 0.017453292f);
+    }
+    return v;
+  }();
+  return in;
+}
+
+void RunBatch(benchmark::State &state, const KPacejka &t, KBatchMode mode) {
+  const SIPoints &in = BatchInputs();
+  std::vector<float> fx(BATCH_POINTS), fy(BATCH_POINTS), mz(BATCH_POINTS);
+  for (auto _ : state) {
+    KPacejkaEvaluateBatch(t, BATCH_POINTS, in.fz.data(), in.kappa.data(), in.alpha.data(), in.gamma.data(),
+                          fx.data(), fy.data(), mz.data(), mode);
+    benchmark::DoNotOptimize(fx.data());
+    benchmark::ClobberMemory();
+  }
+  state.SetItemsProcessed(int64_t(state.iterations()) * int64_t(BATCH_POINTS));
+  state.SetLabel(mode == KBATCH_FAST && KPacejkaBatchIsVector() ? "8 lanes" : "one at a time");
+}
+
+const KPacejka &BatchTyre(int model) {
+  static KPacejka tyres[4];
+  static bool loaded = [] {
+    SetPac96(tyres[KPacejka::PAC96]);
+    for (int m : {KPacejka::MF52, KPacejka::PAC2006, KPacejka::MF61}) SetMF(tyres[m], m);
+    return true;
+  }();
+  (void)loaded;
+  return tyres[model];
+}
+
+void BM_BatchPac96(benchmark::State &state) { RunBatch(state, BatchTyre(KPacejka::PAC96), KBatchMode(state.range(0))); }
+void BM_BatchMF52(benchmark::State &state) { RunBatch(state, BatchTyre(KPacejka::MF52), KBatchMode(state.range(0))); }
+void BM_BatchMF61(benchmark::State &state) { RunBatch(state, BatchTyre(KPacejka::MF61), KBatchMode(state.range(0))); }
+void BM_BatchPac2006(benchmark::State &state) {
+  RunBatch(state, BatchTyre(KPacejka::PAC2006), KBatchMode(state.range(0)));
+}
+
 }  // namespace
 
 BENCHMARK(BM_Pac96);
@@ -279,3 +340,8 @@ BENCHMARK(BM_MFChainedFloor);
 BENCHMARK(BM_Pac2006);
 BENCHMARK(BM_Pac2006Floor);
 BENCHMARK(BM_Pac2006ChainedFloor);
+// Argument: 0 exact (one point at a time), 1 fast (eight lanes).
+BENCHMARK(BM_BatchPac96)->Arg(KBATCH_EXACT)->Arg(KBATCH_FAST)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BatchMF52)->Arg(KBATCH_EXACT)->Arg(KBATCH_FAST)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BatchMF61)->Arg(KBATCH_EXACT)->Arg(KBATCH_FAST)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BatchPac2006)->Arg(KBATCH_EXACT)->Arg(KBATCH_FAST)->Unit(benchmark::kMicrosecond);

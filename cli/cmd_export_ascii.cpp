@@ -34,7 +34,7 @@ int RunExportAscii(const std::vector<std::string> &args) {
     }
   }
   // The window asks again for a negative count or a maximum not above 0.
-  if (ok && (steps < 0 || !haveMax || !(maximum > 0.0f))) {
+  if (ok && (!haveMax || !CliAsciiArgsValid(steps, maximum))) {
     fprintf(stderr, "tyrograph-cli export-ascii: needs --steps N (N >= 0) and --max X (X > 0)\n");
     ok = false;
   }

@@ -102,13 +102,9 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
   return true;
 }
 
-bool CliLoadTyres(const char *cmd, CliTyreState *state) {
+bool CliLoadTyreState(CliTyreState *state, std::string *error) {
   for (KPacejka &tyre : state->tyres) {
-    std::string error;
-    if (!CarLoadTyreSource(state->source.c_str(), state->wheel, &tyre, &error)) {
-      fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
-      return false;
-    }
+    if (!CarLoadTyreSource(state->source.c_str(), state->wheel, &tyre, error)) return false;
     // The window applies the whole operating point after loading and each
     // edit later, directly into the tyre's storage.
     OpApplyAll(&tyre, state->point);
@@ -116,6 +112,15 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state) {
   }
   return true;
 }
+
+bool CliLoadTyres(const char *cmd, CliTyreState *state) {
+  std::string error;
+  if (CliLoadTyreState(state, &error)) return true;
+  fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
+  return false;
+}
+
+bool CliAsciiArgsValid(int steps, float maximum) { return steps >= 0 && maximum > 0.0f; }
 
 void CliSampleCurves(CliTyreState *state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
   for (int g = 0; g < CURVE_COUNT; g++) {

@@ -30,9 +30,15 @@ struct CliTyreState {
 bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
                       const std::vector<std::string> &valued, CliTyreState *state,
                       std::vector<std::string> *rest);
-// Loads the tyre into the three graph tyres, applies edits and the operating
-// point. False after printing the problem to stderr.
+// Loads the tyre into the three graph tyres, applies the operating point and
+// then the edits. False with the problem (file and what is wrong) in `error`.
+// tyrograph-cli and the Python module both load through here.
+bool CliLoadTyreState(CliTyreState *state, std::string *error);
+// CliLoadTyreState, printing the problem to stderr.
 bool CliLoadTyres(const char *cmd, CliTyreState *state);
+// The values export-ascii accepts: steps >= 0 and a maximum above 0 (the
+// window asks again for anything else).
+bool CliAsciiArgsValid(int steps, float maximum);
 // A number argument: false (with a message) when `text` is not wholly a number.
 bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out);
 bool CliParseInt(const char *cmd, const char *option, const std::string &text, int *out);

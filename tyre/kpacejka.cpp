@@ -7,19 +7,12 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "tyre/kpacejka_point.h"
 #include "tyre/psystem.h"
 #include "diag/qdebug.h"
 
-static constexpr float RAD_TO_DEG = 57.29578f;
-static constexpr float DEG_TO_RAD = 0.017453292f;
-
-// Below the minimum gives the minimum, above the maximum the maximum; a NaN
-// passes through (both comparisons fail).
-static float Clamp(float v, float lo, float hi) {
-  if (v < lo) return lo;
-  if (v > hi) return hi;
-  return v;
-}
+using kpacejka::Clamp;
+using kpacejka::DEG_TO_RAD;
 
 // Sets the contiguous run of floats from member `first` to member `last`
 // (kpacejka_names.cpp checks the runs against the member table).
@@ -76,29 +69,25 @@ void KPacejka::ResetCoefficients() {
 
 // ---- Operating point ---------------------------------------------------------------
 
+void KPacejka::ReportBadCamber() {
+  qerr("kpacejka", "KPacejka::SetCamber", __LINE__, "Trying to set not a NaN to camber");
+}
+
 void KPacejka::SetCamber(float radians) {
-  if (!std::isfinite(radians))
-    qerr("kpacejka", "KPacejka::SetCamber", __LINE__, "Trying to set not a NaN to camber");
+  if (!std::isfinite(radians)) ReportBadCamber();
   // The range check acts on the value about to be replaced; the new value is
   // stored unclamped, as the simulator has always done.
   camber = Clamp(camber, camberMin, camberMax);
-  camber = radians * RAD_TO_DEG;
-  if (flags & NEGATE_CAMBER) camber = -camber;
+  camber = kpacejka::StoredCamber(*this, radians);
 }
 
-void KPacejka::SetNormalLoad(float newtons) {
-  Fz = FzPeak = Clamp(newtons, fzMin, fzMax) * 0.001f;
-}
+void KPacejka::SetNormalLoad(float newtons) { Fz = FzPeak = kpacejka::StoredLoad(*this, newtons); }
 
-void KPacejka::SetPeakLoad(float newtons) { FzPeak = Clamp(newtons, fzMin, fzMax) * 0.001f; }
+void KPacejka::SetPeakLoad(float newtons) { FzPeak = kpacejka::StoredLoad(*this, newtons); }
 
-void KPacejka::SetSlipAngle(float radians) {
-  sideSlip = Clamp(radians, slipAngleMin, slipAngleMax) * RAD_TO_DEG;
-}
+void KPacejka::SetSlipAngle(float radians) { sideSlip = kpacejka::StoredSlipAngle(*this, radians); }
 
-void KPacejka::SetSlipRatio(float ratio) {
-  slipPercentage = Clamp(ratio, slipRatioMin, slipRatioMax) * 100.0f;
-}
+void KPacejka::SetSlipRatio(float ratio) { slipPercentage = kpacejka::StoredSlipRatio(*this, ratio); }
 
 float KPacejka::GetCamber() const {
   float c = camber * DEG_TO_RAD;

@@ -19,10 +19,12 @@
 // The implementation is split by concept:
 //   kpacejka.cpp         construction, reset, setters, accessors, CreateSystem
 //   kpacejka_load.cpp    Load, LoadFromInfo and the camber plausibility check
-//   kpacejka_pac96.cpp   model 0
-//   kpacejka_mf52.cpp    models 1 and 3 (and every unknown model number)
-//   kpacejka_pac2006.cpp model 2
-//   kpacejka_limits.cpp  dispatch, friction limits and the NaN guard
+//   kpacejka_eval.h      the formula core: setters' conversions, dispatch, limits
+//   kpacejka_pac96.h     model 0
+//   kpacejka_mf52.h      models 1 and 3 (and every unknown model number)
+//   kpacejka_pac2006.h   model 2
+//   kpacejka_limits.cpp  Calculate: the core at the stored point, NaN reports
+//   kpacejka_batch.h     many operating points at once
 //   kpacejka_tir.cpp     LoadFromTirFile
 //   kpacejka_tirwrite.cpp the TIR writer (kpacejka_tirwrite.h)
 //   kpacejka_names.cpp   the member table
@@ -32,6 +34,28 @@
 
 class QInfo;
 class PSystem;
+
+namespace kpacejka {
+// One operating point in the stored units (degrees, percent, kN), per lane.
+template <class T>
+struct Point {
+  T camber, sideSlip, slipPercentage, Fz, FzPeak;
+};
+// Results of one evaluation: N, N, N·m.
+template <class T>
+struct Forces {
+  T Fx, Fy, Mz;
+};
+// Which results the NaN guard zeroed (a mask per quantity).
+template <class T>
+struct Guarded;
+// The curve statistics Calculate leaves in the tyre, as far as the model
+// forms them (members it does not form keep their values).
+struct Stats {
+  float Bx, Cx, Dx, By, Cy, Dy;
+  float longStiffness, corneringStiffness, peakFx, peakFy;
+};
+}  // namespace kpacejka
 
 class KPacejka {
  public:
@@ -157,17 +181,38 @@ class KPacejka {
 
   PSystem *system;  // owned; made by CreateSystem
 
+  // ---- The formula core (tyre/kpacejka_eval.h) ----------------------------------
+  // Calculate and the batch (tyre/kpacejka_batch.h) both run these, over the
+  // number type T of tyre/knumber.h: float, or eight lanes at once.
+  // Evaluate: the model's forces at `p` with the friction limits and the NaN
+  // guard applied; `bad` says which results the guard zeroed. With T = float
+  // and `stats` given, the curve statistics the model forms land there.
+  template <class T>
+  kpacejka::Forces<T> Evaluate(const kpacejka::Point<T> &p, kpacejka::Stats *stats,
+                               kpacejka::Guarded<T> *bad) const;
+  // The NaN report of Calculate for one quantity (0 Fx, 1 Fy, 2 Mz) at a
+  // point: once per process and quantity.
+  static void ReportNaN(int quantity, const kpacejka::Point<float> &p);
+  // SetCamber's report of a camber that is no finite number.
+  static void ReportBadCamber();
+
  private:
-  struct Pac96Curve;  // one force's curve parameters (kpacejka_pac96.cpp)
-  void CalculatePac96();
-  Pac96Curve Pac96FxCurve();
-  Pac96Curve Pac96FyCurve();
-  Pac96Curve Pac96MzCurve();
-  void CalculateMF52();
-  void CalculateMF61();
-  void CalculateMagicFormula(bool mf61);
-  void CalculatePac2006();
-  void ApplyLimits();
+  template <class T>
+  struct Pac96Curve;  // one force's curve parameters (kpacejka_pac96.h)
+  template <class T>
+  kpacejka::Forces<T> EvalPac96(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
+  template <class T>
+  Pac96Curve<T> Pac96FxCurve(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
+  template <class T>
+  Pac96Curve<T> Pac96FyCurve(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
+  template <class T>
+  Pac96Curve<T> Pac96MzCurve(const kpacejka::Point<T> &p) const;
+  template <class T>
+  kpacejka::Forces<T> EvalMagicFormula(bool mf61, const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
+  template <class T>
+  kpacejka::Forces<T> EvalPac2006(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
+  template <class T>
+  kpacejka::Guarded<T> ApplyLimits(kpacejka::Forces<T> &f, const kpacejka::Point<T> &p) const;
   void CheckCamber();
 };
 

@@ -1,69 +1,40 @@
-// KPacejka::Calculate: dispatch by model, then the friction limits and the
-// NaN guard that every model's results pass through.
-#include <cmath>
-#include <cstdint>
-#include <cstring>
-
-#include "tyre/kpacejka.h"
+// KPacejka::Calculate: the formula core (tyre/kpacejka_eval.h) at the stored
+// operating point, and the NaN reports of the results its guard zeroed.
 #include "diag/qdebug.h"
+#include "tyre/kpacejka.h"
+#include "tyre/kpacejka_eval.h"
 
 // Process-wide once-flags of the NaN reports (Fx, Fy, Mz), shared by every
 // tyre: a bad coefficient set would otherwise flood the log once per sample.
-static bool reportFxNaN = true;
-static bool reportFyNaN = true;
-static bool reportMzNaN = true;
+static bool reportNaN[3] = {true, true, true};
 
-void KPacejka::RearmNaNReports() { reportFxNaN = reportFyNaN = reportMzNaN = true; }
+void KPacejka::RearmNaNReports() { reportNaN[0] = reportNaN[1] = reportNaN[2] = true; }
 
-// NaN or ±infinity: all exponent bits set.
-static bool IsBad(float v) {
-  uint32_t bits;
-  memcpy(&bits, &v, sizeof bits);
-  return (bits & 0x7f800000u) == 0x7f800000u;
-}
-
-static float Limit(float v, float L) {
-  if (v < -L) return -L;
-  if (v > L) return L;
-  return v;
+void KPacejka::ReportNaN(int quantity, const kpacejka::Point<float> &p) {
+  static const char *const labels[3] = {"Fx", "Fy", "Mz"};
+  if (quantity < 0 || quantity > 2 || !reportNaN[quantity]) return;
+  qerr("kpacejka", "KPacejka::Calculate", __LINE__,
+       "%s NaN detected in Pacejka; camber %f, sideSlip %f, slipPerc %f, Fz %f", labels[quantity],
+       double(p.camber), double(p.sideSlip), double(p.slipPercentage), double(p.Fz));
+  qerr("kpacejka", "KPacejka::Calculate", __LINE__, "Only reporting the NaN once.");
+  reportNaN[quantity] = false;
 }
 
 void KPacejka::Calculate() {
-  // 1. dispatch; every number without a routine of its own runs Magic Formula 5.2
-  switch (model) {
-    case PAC96: CalculatePac96(); break;
-    case PAC2006: CalculatePac2006(); break;
-    case MF61: CalculateMF61(); break;
-    default: CalculateMF52(); break;
-  }
-  ApplyLimits();
-}
-
-void KPacejka::ApplyLimits() {
-  // 2. no force beyond twice the nominal friction force. Only the MF models
-  //    keep their friction in pdx1/pdy1; every other model number (Pacejka2006
-  //    included) reads the Pacejka89/96 b2/a2.
-  const bool mf = model == MF52 || model == MF61;
-  const float muX = mf ? pdx1 : b2 * 0.001f;
-  const float muY = mf ? pdy1 : a2 * 0.001f;
-  const float Lx = fabsf(muX * 2.0f * Fz * 1000.0f);
-  const float Ly = fabsf(muY * 2.0f * Fz * 1000.0f);
-  Fx = Limit(Fx, Lx);
-  Fy = Limit(Fy, Ly);
-
-  // 3. a NaN or infinity would poison every curve and sum it enters: zero it,
-  //    and say so once per process and quantity
-  struct Guard { float *value; bool *armed; const char *label; };
-  const Guard guards[] = {
-      {&Fx, &reportFxNaN, "Fx"}, {&Fy, &reportFyNaN, "Fy"}, {&Mz, &reportMzNaN, "Mz"}};
-  for (const Guard &g : guards) {
-    if (!IsBad(*g.value)) continue;
-    *g.value = 0.0f;
-    if (!*g.armed) continue;
-    qerr("kpacejka", "KPacejka::Calculate", __LINE__,
-         "%s NaN detected in Pacejka; camber %f, sideSlip %f, slipPerc %f, Fz %f", g.label,
-         double(camber), double(sideSlip), double(slipPercentage), double(Fz));
-    qerr("kpacejka", "KPacejka::Calculate", __LINE__, "Only reporting the NaN once.");
-    *g.armed = false;
-  }
+  const kpacejka::Point<float> p{camber, sideSlip, slipPercentage, Fz, FzPeak};
+  // Statistics the model does not form keep their values.
+  kpacejka::Stats s{Bx, Cx, Dx, By, Cy, Dy, longStiffness, corneringStiffness, peakFx, peakFy};
+  kpacejka::Guarded<float> bad;
+  const kpacejka::Forces<float> f = Evaluate(p, &s, &bad);
+  Bx = s.Bx, Cx = s.Cx, Dx = s.Dx, By = s.By, Cy = s.Cy, Dy = s.Dy;
+  longStiffness = s.longStiffness;
+  corneringStiffness = s.corneringStiffness;
+  peakFx = s.peakFx;
+  peakFy = s.peakFy;
+  Fx = f.Fx;
+  Fy = f.Fy;
+  Mz = f.Mz;
+  const bool zeroed[3] = {bad.Fx, bad.Fy, bad.Mz};
+  for (int q = 0; q < 3; q++)
+    if (zeroed[q]) ReportNaN(q, p);
 }

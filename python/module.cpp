@@ -1,0 +1,570 @@
+// tyrograph._tyrograph: the tyre library for Python. Every function here
+// calls what tyrograph-cli calls (cli/tyreopts.h, tool/curves.h,
+// tool/export.h, tyre/kpacejka_batch.h); nothing of the models is redone.
+//
+//   [1] Tyre: a loaded tyre, its edits and its members
+//   [2] eval: the batch over broadcast NumPy arrays
+//   [3] curves and exports: the CLI's graph state
+//   [4] fit and convert: the fitting commands' steps
+//   [5] the module
+#include <pybind11/numpy.h>
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <ctime>
+
+#include "cli/fitcli.h"
+#include "cli/tyreopts.h"
+#include "python/reports.h"
+#include "tool/carload.h"
+#include "tool/curves.h"
+#include "tool/export.h"
+#include "tyre/kpacejka.h"
+#include "tyre/kpacejka_batch.h"
+#include "tyre/kpacejka_tirwrite.h"
+#include "base/qfile.h"
+
+namespace py = pybind11;
+using namespace pybind11::literals;
+
+namespace {
+
+// ==== [1] Tyre ====================================================================
+
+struct PyTyre {
+  std::string source;
+  int wheel = 0;
+  std::vector<std::pair<std::string, float>> sets;  // edits in order, replayed by curves and exports
+  std::unique_ptr<KPacejka> tyre = std::make_unique<KPacejka>();
+};
+
+// A failed load raises; errors the loader recovered from (an unknown
+// FITTYP read as 5.2, say) raise only when `strict`, else they warn as the
+// CLI prints them and goes on.
+PyTyre Load(const std::string &path, int wheel, bool strict) {
+  PyTyre t;
+  t.source = path;
+  t.wheel = wheel;
+  std::string error;
+  PyReports reports;
+  if (!CarLoadTyreSource(path.c_str(), wheel, t.tyre.get(), &error)) {
+    reports.errors.insert(reports.errors.begin(), error);
+    strict = true;
+  }
+  reports.Deliver(strict);
+  return t;
+}
+
+const KPacejkaMember &FindMember(const std::string &name) {
+  const KPacejkaMember *m = KPacejkaFindMember(name.c_str());
+  if (!m) {
+    PyErr_SetString(PyExc_KeyError, ("unknown tyre member '" + name + "'").c_str());
+    throw py::error_already_set();
+  }
+  return *m;
+}
+
+py::object GetMember(const PyTyre &t, const std::string &name) {
+  const KPacejkaMember &m = FindMember(name);
+  const double v = KPacejkaGetMember(*t.tyre, m);
+  if (m.kind == KPacejkaMember::FLOAT) return py::float_(v);
+  return py::int_(static_cast<long long>(v));
+}
+
+// The checks of --set: a member of the table and a finite number, stored
+// as the single-precision value the option parses to.
+void SetMember(PyTyre &t, const std::string &name, double value) {
+  const KPacejkaMember &m = FindMember(name);
+  if (!std::isfinite(value) || !std::isfinite(float(value))) {
+    PyErr_SetString(PyExc_ValueError, (name + ": '" + py::str(py::float_(value)).cast<std::string>() +
+                                       "' is not a number").c_str());
+    throw py::error_already_set();
+  }
+  const float v = float(value);
+  KPacejkaSetMember(*t.tyre, m, v);
+  t.sets.emplace_back(name, v);
+}
+
+std::vector<std::string> MemberNames() {
+  std::vector<std::string> names;
+  for (int i = 0; i < kpacejkaMemberCount; i++) names.push_back(kpacejkaMembers[i].name);
+  return names;
+}
+
+// ==== [2] eval ====================================================================
+
+py::object namedForces, namedCurve;  // namedtuple types, made at import
+
+// One broadcast input as the batch reads it: a float64 or float32 buffer
+// in C order, one value for every point (a scalar), or else a float32 copy
+// NumPy makes. float64 rounds to float32 once, as the CLI's numbers do.
+struct Input {
+  const double *f64 = nullptr;
+  const float *f32 = nullptr;
+  bool constant = false;
+  float value = 0.0f;
+  py::array keep;  // the array the pointers point into
+
+  explicit Input(const py::array &a) : keep(a) {
+    bool allZeroStrides = true;
+    for (py::ssize_t d = 0; d < a.ndim(); d++) allZeroStrides = allZeroStrides && (a.strides(d) == 0 || a.shape(d) == 1);
+    const bool contiguous = (a.flags() & py::array::c_style) != 0;
+    const bool isDouble = a.dtype().is(py::dtype::of<double>());
+    const bool isFloat = a.dtype().is(py::dtype::of<float>());
+    if (a.size() > 0 && allZeroStrides && (isDouble || isFloat)) {
+      constant = true;
+      value = isDouble ? float(*static_cast<const double *>(a.data())) : *static_cast<const float *>(a.data());
+    } else if (contiguous && isDouble) {
+      f64 = static_cast<const double *>(a.data());
+    } else if (contiguous && isFloat) {
+      f32 = static_cast<const float *>(a.data());
+    } else {
+      keep = py::array_t<float, py::array::c_style | py::array::forcecast>::ensure(a);
+      if (!keep) throw py::error_already_set();
+      f32 = static_cast<const float *>(keep.data());
+    }
+  }
+
+  // Points [at, at + m) as float32: straight from the buffer, or converted
+  // into `scratch`.
+  const float *Points(size_t at, size_t m, float *scratch) const {
+    if (f32) return f32 + at;
+    if (constant) std::fill(scratch, scratch + m, value);
+    else std::transform(f64 + at, f64 + at + m, scratch, [](double v) { return float(v); });
+    return scratch;
+  }
+};
+
+// Points per step: the inputs, converted, and the results stay in cache.
+constexpr size_t EVAL_CHUNK = 2048;
+
+py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, const py::object &alpha,
+                const py::object &gamma, bool exact, const py::object &dtype) {
+  py::module_ np = py::module_::import("numpy");
+  const py::dtype outType = py::dtype::from_args(dtype);
+  if (outType.kind() != 'f' || (outType.itemsize() != 4 && outType.itemsize() != 8)) {
+    PyErr_SetString(PyExc_ValueError, "dtype: results come as float32 or float64");
+    throw py::error_already_set();
+  }
+  const bool out64 = outType.itemsize() == 8;
+  // 1. each input as a float array, then all to one shape (NumPy's rules;
+  //    shapes that do not broadcast raise its ValueError)
+  py::list arrays;
+  for (const py::object *in : {&fz, &kappa, &alpha, &gamma}) {
+    py::array a = np.attr("asarray")(*in);
+    const char kind = a.dtype().kind();
+    if (kind != 'f' && kind != 'i' && kind != 'u' && kind != 'b') {
+      PyErr_SetString(PyExc_TypeError, "eval: inputs must be real numbers (float64 is the native input)");
+      throw py::error_already_set();
+    }
+    if (kind != 'f' || a.dtype().itemsize() > 8) a = np.attr("asarray")(a, "float64");
+    arrays.append(a);
+  }
+  py::tuple b = np.attr("broadcast_arrays")(*arrays);
+  const Input in[4] = {Input(b[0]), Input(b[1]), Input(b[2]), Input(b[3])};
+  const py::array first = b[0];
+  const std::vector<py::ssize_t> shape(first.shape(), first.shape() + first.ndim());
+  const size_t n = size_t(first.size());
+  py::array out[3];
+  for (py::array &o : out) o = out64 ? py::array(py::array_t<double>(shape)) : py::array(py::array_t<float>(shape));
+  // 2. the batch a chunk at a time, without the GIL
+  {
+    PyReports reports;
+    {
+      py::gil_scoped_release free;
+      std::vector<float> scratch(7 * EVAL_CHUNK);
+      for (size_t at = 0; at < n; at += EVAL_CHUNK) {
+        const size_t m = n - at < EVAL_CHUNK ? n - at : EVAL_CHUNK;
+        const float *p[4];
+        for (int k = 0; k < 4; k++) p[k] = in[k].Points(at, m, &scratch[size_t(k) * EVAL_CHUNK]);
+        float *r[3];
+        for (int q = 0; q < 3; q++)
+          r[q] = out64 ? &scratch[size_t(4 + q) * EVAL_CHUNK] : static_cast<float *>(out[q].mutable_data()) + at;
+        KPacejkaEvaluateBatch(*t.tyre, m, p[0], p[1], p[2], p[3], r[0], r[1], r[2],
+                              exact ? KBATCH_EXACT : KBATCH_FAST);
+        if (out64)
+          for (int q = 0; q < 3; q++) {
+            double *o = static_cast<double *>(out[q].mutable_data()) + at;
+            for (size_t i = 0; i < m; i++) o[i] = double(r[q][i]);
+          }
+      }
+    }
+    // A non-finite input is a defined result (the NaN guard's 0): warn.
+    reports.Deliver(false);
+  }
+  return namedForces(out[0], out[1], out[2]);
+}
+
+// ==== [3] curves and exports ========================================================
+
+// The state the CLI's curve and export subcommands build from their options.
+std::unique_ptr<CliTyreState> GraphState(const PyTyre &t, float load, float slipRatio, float slipAngle,
+                                         float camber, bool zoom) {
+  auto st = std::make_unique<CliTyreState>();
+  st->source = t.source;
+  st->wheel = t.wheel;
+  st->point.load = load;
+  st->point.slipRatio = slipRatio;
+  st->point.slipAngle = slipAngle;
+  st->point.camber = camber;
+  st->zoom = zoom;
+  st->sets = t.sets;
+  // The loader's own reports came with load(); only a failure (the file
+  // gone since, say) is news.
+  std::string error;
+  PyReports reports;
+  if (!CliLoadTyreState(st.get(), &error)) {
+    reports.errors.insert(reports.errors.begin(), error);
+    reports.Deliver();
+  }
+  return st;
+}
+
+py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber, bool zoom) {
+  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, zoom);
+  CurveRange ranges[CURVE_COUNT];
+  Curve curves[CURVE_COUNT];
+  {
+    PyReports reports;
+    CliSampleCurves(st.get(), ranges, curves);
+    reports.Deliver(false);
+  }
+  static const char *const names[CURVE_COUNT] = {"Fx", "Fy", "Mz"};
+  py::dict out;
+  for (int g = 0; g < CURVE_COUNT; g++) {
+    py::array_t<float> x(CURVE_SAMPLES), y(CURVE_SAMPLES);
+    for (int i = 0; i < CURVE_SAMPLES; i++) {
+      x.mutable_data()[i] = CurveSampleX(ranges[g], i);
+      y.mutable_data()[i] = curves[g].samples[i];
+    }
+    out[names[g]] = namedCurve(x, y, double(curves[g].peakX), double(curves[g].peakValue));
+  }
+  return out;
+}
+
+// The export's text (bytes as latin-1, so every byte maps to one character),
+// or None after writing it to `path` as the CLI's -o does.
+py::object Emit(const std::string &text, const py::object &path) {
+  if (path.is_none()) return py::reinterpret_steal<py::object>(PyUnicode_DecodeLatin1(text.data(), py::ssize_t(text.size()), nullptr));
+  const std::string file = py::str(path);
+  if (!ExportWriteFile(file.c_str(), text)) PyRaiseError(file + ": can't open output file for writing");
+  return py::none();
+}
+
+py::object ExportAscii(const PyTyre &t, int steps, float maximum, const py::object &path, float load, float slipRatio,
+                       float slipAngle, float camber) {
+  if (!CliAsciiArgsValid(steps, maximum)) {
+    PyErr_SetString(PyExc_ValueError, "export_ascii: needs steps >= 0 and maximum > 0");
+    throw py::error_already_set();
+  }
+  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, true);
+  std::string text;
+  {
+    PyReports reports;
+    text = ExportAsciiText(&st->tyres[CURVE_FX], &st->tyres[CURVE_FY], steps, maximum);
+    reports.Deliver(false);
+  }
+  return Emit(text, path);
+}
+
+py::object ExportCarIni(const PyTyre &t, const py::object &path, float load, float slipRatio, float slipAngle,
+                        float camber, bool zoom) {
+  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, zoom);
+  std::string text;
+  {
+    PyReports reports;
+    // The statistics are the peaks of the curves the window last drew.
+    CurveRange ranges[CURVE_COUNT];
+    Curve curves[CURVE_COUNT];
+    CliSampleCurves(st.get(), ranges, curves);
+    text = ExportCarIniText(st->tyres[CURVE_FX], curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
+    reports.Deliver(false);
+  }
+  return Emit(text, path);
+}
+
+// The tyre as tyrograph-cli export-tir writes it: text, or the file `path`
+// (kept when it exists, unless `force`).
+py::object WriteTir(const PyTyre &t, const py::object &path, bool force) {
+  std::string file;
+  if (!path.is_none()) file = py::str(path);
+  if (!file.empty() && !force && QFileExists(file.c_str(), false))
+    PyRaiseError(file + " exists; pass force=True to overwrite it");
+  std::unique_ptr<CliTyreState> st = GraphState(t, 2500.0f, 0.0f, 0.0f, 0.0f, true);
+  PyReports reports;
+  std::string text;
+  if (file.empty()) KPacejkaTirText(st->tyres[0], &text);
+  else KPacejkaWriteTirFile(file.c_str(), st->tyres[0]);
+  reports.Deliver();
+  if (file.empty()) return py::reinterpret_steal<py::object>(PyUnicode_DecodeLatin1(text.data(), py::ssize_t(text.size()), nullptr));
+  return py::none();
+}
+
+// ==== [4] fit and convert ============================================================
+
+// Standard error, caught: the fitting commands' helpers print their
+// problems there ("tyrograph-cli fit: ..."), and the caller gets that text.
+class StderrCapture {
+ public:
+  StderrCapture() {
+    fflush(stderr);
+    file = tmpfile();
+    saved = file ? dup(2) : -1;
+    if (saved >= 0) dup2(fileno(file), 2);
+  }
+  ~StderrCapture() { Restore(); }
+  // Stops catching; the text caught, without its last line end.
+  std::string Restore() {
+    std::string text;
+    if (saved < 0) return text;
+    fflush(stderr);
+    dup2(saved, 2);
+    close(saved);
+    saved = -1;
+    rewind(file);
+    char buf[4096];
+    size_t got;
+    while ((got = fread(buf, 1, sizeof buf, file)) > 0) text.append(buf, got);
+    fclose(file);
+    file = nullptr;
+    while (!text.empty() && text.back() == '\n') text.pop_back();
+    return text;
+  }
+
+ private:
+  FILE *file = nullptr;
+  int saved = -1;
+};
+
+// What `tyrograph-cli fit|convert` does after parsing, on options built
+// from the keyword arguments; the figures as a dict, the tyre loaded back
+// from the file written.
+py::dict FitCommand(const char *cmd, const std::vector<std::string> &args) {
+  FitCliOptions o;
+  KPacejka *tyre = new KPacejka;
+  KFitResult r;
+  bool ok;
+  std::string caught;
+  {
+    StderrCapture capture;
+    const bool fit = std::string(cmd) == "fit";
+    ok = FitCliParse(cmd, args, fit, &o) && FitCliOutputsFree(cmd, o);
+    if (ok) {
+      FitCliQuiet quiet(cmd);
+      KFitOptions fo;
+      fo.model = o.model;
+      std::string error;
+      KPacejka *input = new KPacejka;
+      KMeasuredData data;
+      if (fit) {
+        // 1. the data, and the start tyre when given
+        ok = KMeasuredRead(o.input.c_str(), &data);
+        if (ok && !o.start.empty()) {
+          ok = CarLoadTyreSource(o.start.c_str(), o.wheel, input, &error);
+          if (!ok) fprintf(stderr, "tyrograph-cli %s: --start: %s\n", cmd, error.c_str());
+          fo.start = input;
+        }
+        ok = ok && KFitTyre(data, fo, tyre, &r);
+      } else {
+        // 1. the source, as eval reads it
+        ok = CarLoadTyreSource(o.input.c_str(), o.wheel, input, &error);
+        if (!ok) fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
+        ok = ok && KFitConvert(*input, fo, tyre, &r);
+      }
+      // 2. write the tyre and the report
+      ok = ok && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r);
+      delete input;
+    }
+    caught = capture.Restore();
+  }
+  delete tyre;
+  if (!ok && caught.empty()) caught = std::string("tyrograph-cli ") + cmd + ": " + (r.error.empty() ? "failed" : r.error);
+  if (!ok) PyRaiseError(caught);
+  py::dict channels;
+  for (int ch = 0; ch < KCH_COUNT; ch++) {
+    const KFitChannelStats &c = r.channel[ch];
+    if (!c.points) continue;
+    channels[KChannelName(ch)] = py::dict("points"_a = c.points, "rms"_a = c.rms, "rms_percent"_a = c.rmsPercent,
+                                          "peak"_a = c.peak, "r2"_a = c.r2, "mirrored"_a = r.mirrored[ch]);
+  }
+  return py::dict("tyre"_a = py::cast(Load(o.out, 0, false)), "model"_a = KFitModelKey(o.model),
+                  "output"_a = o.out, "channels"_a = channels, "pure_only"_a = r.pureOnly,
+                  "iterations"_a = r.iterations, "seconds"_a = r.seconds);
+}
+
+// The command line of the fitting commands from keyword arguments.
+std::vector<std::string> FitArgs(const std::string &input, const std::string &model, const py::object &out,
+                                 int wheel, const py::object &report, bool force) {
+  std::vector<std::string> a = {input, "--model", model, "--wheel", std::to_string(wheel)};
+  if (!out.is_none()) a.insert(a.end(), {"-o", py::str(out)});
+  if (!report.is_none()) a.insert(a.end(), {"--report", py::str(report)});
+  if (force) a.push_back("--force");
+  return a;
+}
+
+// CPU time of the batch alone on float32 arrays (results into a buffer of
+// its own): what bench/bench_python.py sets Tyre.eval's time beside.
+double BatchSeconds(const PyTyre &t, const py::array_t<float, py::array::c_style | py::array::forcecast> &fz,
+                    const py::array_t<float, py::array::c_style | py::array::forcecast> &kappa,
+                    const py::array_t<float, py::array::c_style | py::array::forcecast> &alpha,
+                    const py::array_t<float, py::array::c_style | py::array::forcecast> &gamma) {
+  const size_t n = size_t(fz.size());
+  if (kappa.size() != fz.size() || alpha.size() != fz.size() || gamma.size() != fz.size()) {
+    PyErr_SetString(PyExc_ValueError, "_batch_seconds: four arrays of one size");
+    throw py::error_already_set();
+  }
+  std::vector<float> out(3 * n);
+  timespec t0, t1;
+  PyReports reports;
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t0);
+  KPacejkaEvaluateBatch(*t.tyre, n, fz.data(), kappa.data(), alpha.data(), gamma.data(), out.data(),
+                        out.data() + n, out.data() + 2 * n, KBATCH_FAST);
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t1);
+  reports.Deliver(false);
+  return double(t1.tv_sec - t0.tv_sec) + 1e-9 * double(t1.tv_nsec - t0.tv_nsec);
+}
+
+}  // namespace
+
+// ==== [5] the module =================================================================
+
+PYBIND11_MODULE(_tyrograph, m) {
+  m.doc() = "Tyrograph's tyre models: load a tyre, evaluate it over NumPy arrays, sample its curves, export it.";
+  PyReportsRegister(m);
+  py::module_ collections = py::module_::import("collections");
+  namedForces = collections.attr("namedtuple")("Forces", "fx fy mz");
+  namedForces.attr("__module__") = "tyrograph";
+  namedCurve = collections.attr("namedtuple")("Curve", "x y peak_x peak_y");
+  namedCurve.attr("__module__") = "tyrograph";
+  m.attr("Forces") = namedForces;
+  m.attr("Curve") = namedCurve;
+  // The namedtuple types outlive the module's globals at shutdown.
+  namedForces.inc_ref();
+  namedCurve.inc_ref();
+
+  m.def("load", &Load, "path"_a, "wheel"_a = 0, "strict"_a = false,
+        R"(Loads one tyre as tyrograph-cli reads its TYRE argument.
+
+path: a .tir file (any case), a car.ini-style file or a car folder holding car.ini.
+wheel: the car's wheel 0..3 (FL, FR, RL, RR); a TIR file gives the same tyre for each.
+A tyre that cannot be loaded (no such file, no car.ini, a wheel out of
+range) raises tyrograph.Error with the library's message. Problems the
+loader reports and recovers from (the CLI prints them and goes on) come as
+tyrograph.TyreWarning, or raise tyrograph.Error with strict=True.)");
+
+  static const char *const fitFigures = R"(
+Returns a dict: "tyre" (the written file loaded back), "model", "output",
+"channels" ({"Fx": {"points", "rms", "rms_percent", "peak", "r2",
+"mirrored"}, ...} for each channel the data has), "pure_only",
+"iterations", "seconds": the figures the command prints and its --report
+holds. A problem raises tyrograph.Error with the command's own message
+("tyrograph-cli fit: ...", naming file, line and column for bad data).)";
+  m.def(
+      "fit",
+      [](const std::string &data, const std::string &model, const py::object &out, const py::object &start, int wheel,
+         const py::object &report, bool force) {
+        std::vector<std::string> args = FitArgs(data, model, out, wheel, report, force);
+        if (!start.is_none()) args.insert(args.end(), {"--start", py::str(start)});
+        return FitCommand("fit", args);
+      },
+      "data"_a, "model"_a, "out"_a, "start"_a = py::none(), "wheel"_a = 0, "report"_a = py::none(), "force"_a = false,
+      (std::string(R"(tyrograph-cli fit DATA --model MODEL -o OUT [--start TYRE] [--wheel N] [--report FILE] [--force].
+
+Fits model "pac96", "mf52" or "mf61" to the measured points of the CSV file
+`data` (columns fz, kappa, alpha, gamma, fx, fy, mz in eval's units) and
+writes it to `out`: a TIR file when the name ends in .tir, else a car.ini.
+An existing `out` or `report` stays unless force=True.)") + fitFigures).c_str());
+  m.def(
+      "convert",
+      [](const std::string &source, const std::string &model, const py::object &out, int wheel,
+         const py::object &report, bool force) {
+        return FitCommand("convert", FitArgs(source, model, out, wheel, report, force));
+      },
+      "source"_a, "model"_a, "out"_a, "wheel"_a = 0, "report"_a = py::none(), "force"_a = false,
+      (std::string(R"(tyrograph-cli convert SOURCE --model MODEL -o OUT [--wheel N] [--report FILE] [--force].
+
+Samples the tyre `source` (as load() reads it) over its own ranges and fits
+model "pac96", "mf52" or "mf61" to the samples; writes it to `out` as fit
+does.)") + fitFigures).c_str());
+
+  m.def("_batch_seconds", &BatchSeconds, "tyre"_a, "fz"_a, "kappa"_a, "alpha"_a, "gamma"_a,
+        "CPU seconds of the C++ batch alone on float32 arrays (for bench/bench_python.py).");
+  m.def("is_vector", &KPacejkaBatchIsVector,
+        "True when Tyre.eval runs eight points at a time on this processor (exact=False).");
+  m.attr("CURVE_SAMPLES") = CURVE_SAMPLES;
+
+  py::class_<PyTyre>(m, "Tyre", "One tyre: its model, its members by name, evaluation, curves and exports.")
+      .def_property_readonly("model", [](const PyTyre &t) { return t.tyre->model; },
+                             "Model number: 0 Pacejka89/96, 1 Magic Formula 5.2, 2 Pacejka2006, 3 Magic Formula 6.1.")
+      .def_property_readonly("model_name", [](const PyTyre &t) { return std::string(t.tyre->GetModelName()); })
+      .def_property_readonly("source", [](const PyTyre &t) { return t.source; })
+      .def_property_readonly("wheel", [](const PyTyre &t) { return t.wheel; })
+      .def("members", [](const PyTyre &) { return MemberNames(); },
+           "Every member name, in the table's order (flags, a0 ... c17, lfz0 ..., model, ranges).")
+      .def("__getitem__", &GetMember, "name"_a, "A member's value: float, or int for model and flags. KeyError for an unknown name.")
+      .def("__setitem__", &SetMember, "name"_a, "value"_a,
+           "Sets a member as tyrograph-cli --set does (stored in single precision). KeyError for an unknown\n"
+           "name, ValueError for a value that is not a finite number.")
+      .def("__contains__", [](const PyTyre &, const std::string &name) { return KPacejkaFindMember(name.c_str()) != nullptr; })
+      .def("__repr__", [](const PyTyre &t) {
+        return "<tyrograph.Tyre " + t.source + ", wheel " + std::to_string(t.wheel) + ": " + t.tyre->GetModelName() + ">";
+      })
+      .def("eval", &Eval, "fz"_a, "kappa"_a, "alpha"_a, "gamma"_a = 0.0, "exact"_a = false,
+           "dtype"_a = py::dtype::of<float>(), R"(Fx, Fy, Mz at operating points, as tyrograph-cli eval gives them.
+
+fz (N), kappa (slip ratio), alpha (slip angle, radians), gamma (camber,
+radians): scalars or arrays, broadcast against each other by NumPy's rules
+(shapes that do not broadcast raise ValueError). Inputs are taken as
+float64 and rounded to the model's single precision; integers are fine.
+Returns Forces(fx, fy, mz): three arrays of the broadcast shape (0-d for
+scalar inputs), N, N and N·m, as float32 by default or float64 with
+dtype=numpy.float64. Empty inputs give empty results.
+
+Each point is evaluated as the setters plus Calculate do it (same clamping
+into the tyre's ranges, guards, signs). exact=True gives Calculate's
+results bit for bit; the default runs eight points at a time where the
+processor can (see is_vector()), whose sin/cos/atan/exp may round
+differently in the last bits.
+
+NaN or infinite inputs are evaluated too: the model's NaN guard turns a
+non-finite force into 0 and its report comes as a tyrograph.TyreWarning
+(once per process and quantity, as in the tool). Releases the GIL.)")
+      .def("curves", &Curves, "load"_a = 2500.0f, "slip_ratio"_a = 0.0f, "slip_angle"_a = 0.0f, "camber"_a = 0.0f,
+           "zoom"_a = true, R"(The window's three graphs, as tyrograph-cli curves prints them.
+
+load (N), slip_ratio, slip_angle (degrees), camber (degrees), zoom: the
+window's operating point and "Zoom in horizontally" (the CLI's options).
+Returns {"Fx": Curve, "Fy": Curve, "Mz": Curve}; Curve(x, y, peak_x, peak_y)
+with x and y float32 arrays of 290 samples (x: slip ratio or degrees; y:
+Fx/Fz, Fy/Fz, Mz in N·m) and the peak as floats. Like the CLI, the tyre is
+loaded again from its source and the edits made through tyre[name] = value
+are replayed on it.)")
+      .def("export_ascii", &ExportAscii, "steps"_a = EXPORT_ASCII_DEFAULT_STEPS, "maximum"_a = EXPORT_ASCII_DEFAULT_MAX,
+           "path"_a = py::none(), "load"_a = 2500.0f, "slip_ratio"_a = 0.0f, "slip_angle"_a = 0.0f, "camber"_a = 0.0f,
+           R"(The "Export ASCII" file, the bytes of tyrograph-cli export-ascii.
+
+Returns the text (one character per byte), or writes it to `path` and
+returns None. ValueError unless steps >= 0 and maximum > 0.)")
+      .def("export_carini", &ExportCarIni, "path"_a = py::none(), "load"_a = 2500.0f, "slip_ratio"_a = 0.0f,
+           "slip_angle"_a = 0.0f, "camber"_a = 0.0f, "zoom"_a = true,
+           R"(The "Export for Car.Ini" block, the bytes of tyrograph-cli export-carini.
+
+Returns the text, or writes it to `path` and returns None.)")
+      .def("write_tir", &WriteTir, "path"_a = py::none(), "force"_a = false,
+           R"(The tyre as a TIR file, the bytes of tyrograph-cli export-tir.
+
+Only Magic Formula 5.2 and 6.1 tyres have a TIR form; others raise
+tyrograph.Error with the library's message. With `path`: writes the file
+(an existing one only with force=True) and returns None; without: returns
+the text.)");
+}

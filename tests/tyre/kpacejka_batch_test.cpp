@@ -1,0 +1,222 @@
+// The batch against the setters plus Calculate, point by point: the exact
+// path bit for bit, the vector path within its rounding, over every model,
+// the bundled TIR files, clamped and NaN inputs.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "tests/base/capture.h"
+#include "tests/tyre/tyre_fixtures.h"
+#include "tyre/kpacejka_batch.h"
+
+namespace {
+
+struct Sweep {
+  std::vector<float> fz, kappa, alpha, gamma;
+  size_t size() const { return fz.size(); }
+  void Add(float z, float k, float a, float g) {
+    fz.push_back(z), kappa.push_back(k), alpha.push_back(a), gamma.push_back(g);
+  }
+};
+
+// Loads, slips and cambers over and past the usual ranges, 1001 points (not
+// a multiple of eight: the vector path's short last group is in it).
+Sweep MakeSweep() {
+  Sweep s;
+  for (int i = 0; i < 1001; i++) {
+    const float u = float(i) / 1000.0f;
+    s.Add(500.0f + 9000.0f * u, -1.2f + 2.4f * float((i * 7) % 101) / 100.0f,
+          -0.6f + 1.2f * float((i * 13) % 97) / 96.0f, -0.12f + 0.24f * float((i * 5) % 11) / 10.0f);
+  }
+  return s;
+}
+
+struct Results {
+  std::vector<float> fx, fy, mz;
+  explicit Results(size_t n) : fx(n), fy(n), mz(n) {}
+};
+
+Results RunCalculate(KPacejka &t, const Sweep &s) {
+  Results r(s.size());
+  for (size_t i = 0; i < s.size(); i++) {
+    Evaluate(t, s.fz[i], s.kappa[i], s.alpha[i], s.gamma[i]);
+    r.fx[i] = t.Fx, r.fy[i] = t.Fy, r.mz[i] = t.Mz;
+  }
+  return r;
+}
+
+Results RunBatch(const KPacejka &t, const Sweep &s, KBatchMode mode) {
+  Results r(s.size());
+  KPacejkaEvaluateBatch(t, s.size(), s.fz.data(), s.kappa.data(), s.alpha.data(), s.gamma.data(), r.fx.data(),
+                        r.fy.data(), r.mz.data(), mode);
+  return r;
+}
+
+uint32_t Bits(float v) {
+  uint32_t b;
+  memcpy(&b, &v, sizeof b);
+  return b;
+}
+
+// Each tyre the batch is checked on: the test sets of every model, a
+// negate_camber tyre with narrowed ranges (clamping), and the bundled TIRs.
+struct NamedTyre {
+  std::string name;
+  void (*set)(KPacejka &);
+};
+const NamedTyre kTyres[] = {
+    {"pac96", [](KPacejka &t) { SetTouringPac96(t); }},
+    {"mf52", [](KPacejka &t) { SetTestMF(t, KPacejka::MF52); }},
+    {"mf61", [](KPacejka &t) { SetTestMF(t, KPacejka::MF61); }},
+    {"pac2006", [](KPacejka &t) { SetTestMF(t, KPacejka::PAC2006), t.a2 = t.b2 = 1500.0f; }},
+    {"model 7 runs MF5.2", [](KPacejka &t) { SetTestMF(t, 7); }},
+    {"pac96 clamped, negated camber",
+     [](KPacejka &t) {
+       SetTouringPac96(t);
+       t.flags = KPacejka::NEGATE_CAMBER;
+       t.fzMin = 1000.0f, t.fzMax = 7000.0f;
+       t.slipRatioMin = -0.5f, t.slipRatioMax = 0.4f;
+       t.slipAngleMin = -0.3f, t.slipAngleMax = 0.25f;
+     }},
+    {"MagicFormula52_Parameters.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula52_Parameters.tir"); }},
+    {"MagicFormula61_Parameters.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir"); }},
+    {"MagicFormula62_Parameters.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula62_Parameters.tir"); }},
+    {"Generic_Pac02Tire.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/Generic_Pac02Tire.tir"); }},
+    {"mf_185_80R14.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/mf_185_80R14.tir"); }},
+    {"335_65R22_5_G275MSA_60psi.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/335_65R22_5_G275MSA_60psi.tir"); }},
+};
+
+// ---- Exact path ----------------------------------------------------------------
+
+TEST(Batch, ExactPathEqualsCalculateBitForBit) {
+  ReportCapture quiet;
+  const Sweep s = MakeSweep();
+  for (const NamedTyre &nt : kTyres) {
+    KPacejka t;
+    nt.set(t);
+    const Results want = RunCalculate(t, s);
+    const Results got = RunBatch(t, s, KBATCH_EXACT);
+    for (size_t i = 0; i < s.size(); i++) {
+      ASSERT_EQ(Bits(got.fx[i]), Bits(want.fx[i])) << nt.name << " Fx at " << i;
+      ASSERT_EQ(Bits(got.fy[i]), Bits(want.fy[i])) << nt.name << " Fy at " << i;
+      ASSERT_EQ(Bits(got.mz[i]), Bits(want.mz[i])) << nt.name << " Mz at " << i;
+    }
+  }
+}
+
+// ---- Vector path -----------------------------------------------------------------
+
+// A vector result may differ in its last bits, and more where the formula
+// subtracts nearly equal terms: allow 4e-6 of the largest magnitude of that
+// quantity over the sweep (a slip in degrees, a wrong wheel of the curve or
+// a dropped sign is far beyond that).
+TEST(Batch, FastPathAgreesWithCalculate) {
+  ReportCapture quiet;
+  const Sweep s = MakeSweep();
+  for (const NamedTyre &nt : kTyres) {
+    KPacejka t;
+    nt.set(t);
+    const Results want = RunCalculate(t, s);
+    const Results got = RunBatch(t, s, KBATCH_FAST);
+    const std::vector<float> Results::*q[3] = {&Results::fx, &Results::fy, &Results::mz};
+    for (int k = 0; k < 3; k++) {
+      double scale = 0;
+      for (float v : want.*q[k]) scale = std::fmax(scale, std::fabs(double(v)));
+      for (size_t i = 0; i < s.size(); i++)
+        ASSERT_NEAR((got.*q[k])[i], (want.*q[k])[i], 4e-6 * scale + 1e-6)
+            << nt.name << " quantity " << k << " at " << i;
+    }
+  }
+}
+
+TEST(Batch, PointResultDoesNotDependOnItsPosition) {
+  KPacejka t;
+  SetTestMF(t, KPacejka::MF61);
+  const Sweep s = MakeSweep();
+  const Results all = RunBatch(t, s, KBATCH_FAST);
+  for (size_t i : {size_t(0), size_t(5), size_t(996), size_t(1000)}) {
+    float fx, fy, mz;
+    KPacejkaEvaluateBatch(t, 1, &s.fz[i], &s.kappa[i], &s.alpha[i], &s.gamma[i], &fx, &fy, &mz, KBATCH_FAST);
+    EXPECT_EQ(Bits(fx), Bits(all.fx[i])) << i;
+    EXPECT_EQ(Bits(fy), Bits(all.fy[i])) << i;
+    EXPECT_EQ(Bits(mz), Bits(all.mz[i])) << i;
+  }
+}
+
+TEST(Batch, LeavesTheTyreAlone) {
+  KPacejka t;
+  SetTouringPac96(t);
+  Evaluate(t, 3000, 0.05, 0.02, 0.01);
+  const float before[] = {t.Fz, t.sideSlip, t.slipPercentage, t.camber, t.Fx, t.Fy, t.Mz, t.Bx, t.corneringStiffness};
+  const Sweep s = MakeSweep();
+  for (KBatchMode mode : {KBATCH_EXACT, KBATCH_FAST}) RunBatch(t, s, mode);
+  const float after[] = {t.Fz, t.sideSlip, t.slipPercentage, t.camber, t.Fx, t.Fy, t.Mz, t.Bx, t.corneringStiffness};
+  EXPECT_EQ(0, memcmp(before, after, sizeof before));
+}
+
+// ---- Guards and reports ------------------------------------------------------------
+
+TEST(Batch, NaNInputsGiveCalculatesZerosAndItsReports) {
+  for (KBatchMode mode : {KBATCH_EXACT, KBATCH_FAST}) {
+    KPacejka t;
+    SetTestMF(t, KPacejka::MF52);
+    KPacejka::RearmNaNReports();
+    ReportCapture cap;
+    const float nan = std::nanf("");
+    const float fz[3] = {4000, nan, 4000}, kappa[3] = {0.1f, 0.1f, nan}, alpha[3] = {0.05f, 0.05f, 0.05f},
+                gamma[3] = {nan, 0, 0};
+    float fx[3], fy[3], mz[3];
+    KPacejkaEvaluateBatch(t, 3, fz, kappa, alpha, gamma, fx, fy, mz, mode);
+    for (int i = 0; i < 3; i++) {
+      Evaluate(t, fz[i], kappa[i], alpha[i], gamma[i]);
+      EXPECT_EQ(Bits(fx[i]), Bits(t.Fx)) << mode << " " << i;
+      EXPECT_EQ(Bits(fy[i]), Bits(t.Fy)) << mode << " " << i;
+      EXPECT_EQ(Bits(mz[i]), Bits(t.Mz)) << mode << " " << i;
+    }
+    EXPECT_EQ(fx[1], 0.0f);  // a NaN load poisons every force: zeroed
+    // The NaN reports once per quantity; the camber report once for the call
+    // (and once more for the single Evaluate above with a NaN camber).
+    size_t camberReports = 0;
+    for (size_t at = 0; (at = cap.errors.find("not a NaN to camber", at)) != std::string::npos; at++) camberReports++;
+    EXPECT_EQ(camberReports, 2u) << cap.errors;
+    EXPECT_NE(cap.errors.find("Fx NaN detected in Pacejka; camber"), std::string::npos) << cap.errors;
+    EXPECT_EQ(cap.errors.find("Fx NaN detected", cap.errors.find("Fx NaN detected") + 1), std::string::npos);
+  }
+  KPacejka::RearmNaNReports();
+}
+
+TEST(Batch, OnlyTheBadQuantityIsZeroedAndReported) {
+  // An infinite Mz shift spoils the moment alone, in every lane.
+  for (KBatchMode mode : {KBATCH_EXACT, KBATCH_FAST}) {
+    KPacejka t;
+    SetTouringPac96(t);
+    t.c17 = INFINITY;
+    KPacejka::RearmNaNReports();
+    ReportCapture cap;
+    const Sweep s = MakeSweep();
+    const Results r = RunBatch(t, s, mode);
+    const std::string reports = cap.errors;
+    for (size_t i = 0; i < s.size(); i += 97) {
+      EXPECT_EQ(r.mz[i], 0.0f) << i;
+      Evaluate(t, s.fz[i], s.kappa[i], s.alpha[i], s.gamma[i]);
+      EXPECT_EQ(Bits(r.fx[i]), Bits(t.Fx)) << i;
+      EXPECT_NE(r.fx[i], 0.0f) << i;
+    }
+    EXPECT_EQ(reports.find("Fx NaN"), std::string::npos) << reports;
+    EXPECT_EQ(reports.find("Mz NaN detected in Pacejka; camber"), 0u) << mode << ": " << reports;
+  }
+  KPacejka::RearmNaNReports();
+}
+
+TEST(Batch, EmptyBatchTouchesNothing) {
+  KPacejka t;
+  SetTouringPac96(t);
+  for (KBatchMode mode : {KBATCH_EXACT, KBATCH_FAST})
+    KPacejkaEvaluateBatch(t, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, mode);
+}
+
+}  // namespace

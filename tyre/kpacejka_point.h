@@ -1,0 +1,46 @@
+// The operating point as the setters store it: SI in, clamped into the
+// tyre's validity ranges, then degrees, percent and kN. The setters and the
+// batch both convert through these, over the number type T of
+// tyre/knumber.h.
+#pragma once
+
+#include "tyre/kmagicformula.h"
+#include "tyre/kpacejka.h"
+
+namespace kpacejka {
+
+// Below the minimum gives the minimum, above the maximum the maximum; a NaN
+// passes through (both comparisons fail).
+template <class T>
+inline T Clamp(T v, float lo, float hi) {
+  return Select(v < lo, T(lo), Select(v > hi, T(hi), v));
+}
+
+template <class T>
+inline T StoredLoad(const KPacejka &t, T newtons) {  // kN
+  return Clamp(newtons, t.fzMin, t.fzMax) * 0.001f;
+}
+template <class T>
+inline T StoredSlipRatio(const KPacejka &t, T ratio) {  // percent
+  return Clamp(ratio, t.slipRatioMin, t.slipRatioMax) * 100.0f;
+}
+template <class T>
+inline T StoredSlipAngle(const KPacejka &t, T radians) {  // degrees
+  return Clamp(radians, t.slipAngleMin, t.slipAngleMax) * RAD_TO_DEG;
+}
+// The camber is stored unclamped, negated for a negate_camber tyre.
+template <class T>
+inline T StoredCamber(const KPacejka &t, T radians) {  // degrees
+  const T c = radians * RAD_TO_DEG;
+  return (t.flags & KPacejka::NEGATE_CAMBER) ? -c : c;
+}
+
+// The point SetNormalLoad, SetSlipRatio, SetSlipAngle and SetCamber store
+// (the peak load follows the load).
+template <class T>
+inline Point<T> StoredPoint(const KPacejka &t, T newtons, T ratio, T radians, T camberRadians) {
+  const T load = StoredLoad(t, newtons);
+  return {StoredCamber(t, camberRadians), StoredSlipAngle(t, radians), StoredSlipRatio(t, ratio), load, load};
+}
+
+}  // namespace kpacejka
