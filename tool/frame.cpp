@@ -98,8 +98,11 @@ void FramePaintGraphs(QCanvas *cv, int viewWidth, int viewHeight) {
     g->SetAlpha(1.0f);
     g->Sample();
     g->PaintCurve(cv, cx, cy, false);
-    g->PaintTexts(cv, cx, cy, areaTop, areaBottom);
   }
+  // The texts once all curves are known, so that the labels can keep off them.
+  const bool xMinAbove = FrameXMinLabelsAbove(cv, cx, cy);
+  for (Graph *g : session.graphs)
+    if (g) g->PaintTexts(cv, cx, cy, areaTop, areaBottom, xMinAbove);
   if (session.focus >= 1 && session.focus <= 3) PaintGhosts(cv, cx, cy, session.ghostCamber);
   FramePaintOpLine(cv, cx - Graph::X_ORIGIN, areaBottom);
   const QRect lastSlider = LayoutCompute(viewWidth, viewHeight).op[OP_SLIDERS - 1];

@@ -2,6 +2,7 @@
 #include "tool/frametexts.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstdio>
 #include <cstring>
 
@@ -32,7 +33,39 @@ int PeakRight(QCanvas *cv, int plotLeft) {
   return right;
 }
 
+// Pixels of the main curves, followed along each segment, inside `box`.
+int CurveHits(const QRect &box, int cx, int cy) {
+  int hits = 0;
+  for (const Graph *g : session.graphs) {
+    if (!g) continue;
+    const Curve &c = g->GetCurve();
+    for (int i = 0; i + 1 < CURVE_SAMPLES; i++) {
+      int x0 = g->SampleX(i, cx), y0 = g->SampleY(c.samples[i], cy);
+      int x1 = g->SampleX(i + 1, cx), y1 = g->SampleY(c.samples[i + 1], cy);
+      if (std::max(x0, x1) < box.x || std::min(x0, x1) >= box.x + box.wid) continue;
+      int steps = std::max(std::abs(x1 - x0), std::abs(y1 - y0)) + 1;
+      for (int s = 0; s <= steps; s++) hits += box.Contains(x0 + (x1 - x0) * s / steps, y0 + (y1 - y0) * s / steps);
+    }
+  }
+  return hits;
+}
+
 }  // namespace
+
+bool FrameXMinLabelsAbove(QCanvas *cv, int cx, int cy) {
+  if (!cv->GetFont()) return false;
+  int hits[2] = {0, 0};
+  char buf[64];
+  for (const Graph *g : session.graphs) {
+    if (!g) continue;
+    snprintf(buf, sizeof buf, "%.1f %s", double(g->GetRange().xMin), CurveXQuantity(g->GetKind()));
+    for (int above = 0; above < 2; above++) {
+      TextSpot at = TextPlaceRangeLabel(RANGE_X_MIN, int(g->GetKind()), 0, cx, cy, above);
+      hits[above] += CurveHits(QRect(at.x, at.y, cv->GetTextWidth(buf), cv->GetTextHeight()), cx, cy);
+    }
+  }
+  return hits[0] > 0 && hits[1] < hits[0];
+}
 
 void FramePaintCarNote(QCanvas *cv, int modelX, int modelY) {
   if (session.carNote.empty()) return;

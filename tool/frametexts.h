@@ -8,6 +8,10 @@
 class KPacejka;
 class QCanvas;
 
+// Whether the x-minimum range labels go above the horizontal axis: when the
+// curves just sampled run through their place below it and less through the
+// one above.
+bool FrameXMinLabelsAbove(QCanvas *cv, int cx, int cy);
 // The session's car note (missing car or wheels), under "Model: %s" at
 // (modelX, modelY); nothing when there is none.
 void FramePaintCarNote(QCanvas *cv, int modelX, int modelY);

@@ -66,7 +66,7 @@ void Graph::PaintCurve(QCanvas *cv, int cx, int cy, bool ghost) const {
   glDisable(GL_BLEND);
 }
 
-void Graph::PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom) const {
+void Graph::PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom, bool xMinAbove) const {
   // Without the UI font (already reported at start-up) the curves still draw.
   if (!cv->GetFont()) return;
   char buf[128];
@@ -81,7 +81,7 @@ void Graph::PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom)
   const float ends[4] = {range.xMin, range.xMax, range.yMax, range.yMin};
   for (int i = 0; i < 4; i++) {
     snprintf(buf, sizeof buf, "%.1f %s", double(ends[i]), i < 2 ? xq : yu);
-    TextSpot at = TextPlaceRangeLabel(RangeLabel(i), int(kind), cv->GetTextWidth(buf), cx, cy);
+    TextSpot at = TextPlaceRangeLabel(RangeLabel(i), int(kind), cv->GetTextWidth(buf), cx, cy, xMinAbove);
     cv->Text(buf, at.x, at.y);
   }
 

@@ -7,19 +7,21 @@ namespace {
 
 // Gap between a label and the axis or the plot's edge it belongs to.
 constexpr int AXIS_GAP = 6;
-// The x labels keep this far below the horizontal axis, clear of the
-// aligning moment's tail, which runs just beside the axis.
-constexpr int X_LABEL_DROP = 8;
+// The x labels keep this far from the horizontal axis, clear of the aligning
+// moment's tails, which run just beside the axis.
+constexpr int X_LABEL_DROP = 14;
 // Columns of the scale-factor list and the notes beside the peaks.
 constexpr int COLUMN_GAP = 12;
 
 }  // namespace
 
-TextSpot TextPlaceRangeLabel(RangeLabel which, int graph, int wid, int cx, int cy) {
+TextSpot TextPlaceRangeLabel(RangeLabel which, int graph, int wid, int cx, int cy, bool xMinAbove) {
   const int hw = 290, hh = 190;  // the plot's half sizes (Graph::X_ORIGIN, Y_ORIGIN)
   const int shift = TEXT_STACK * graph;
   switch (which) {
-    case RANGE_X_MIN: return {cx - hw + 2, cy + X_LABEL_DROP + shift};
+    case RANGE_X_MIN:
+      if (xMinAbove) return {cx - hw + 2, cy - X_LABEL_DROP - 3 * TEXT_STACK + shift};
+      return {cx - hw + 2, cy + X_LABEL_DROP + shift};
     case RANGE_X_MAX: return {cx + hw - 2 - wid, cy + X_LABEL_DROP + shift};
     case RANGE_Y_MAX: return {cx - AXIS_GAP - wid, cy - hh + 2 + shift};
     default: return {cx + AXIS_GAP, cy + hh - 2 - 3 * TEXT_STACK + shift};

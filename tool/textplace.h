@@ -24,10 +24,11 @@ constexpr int TEXT_STACK = 16;
 
 // Range label `which` of graph `graph` (0..2), `wid` pixels wide, around the
 // plot centre (cx, cy). Each graph's label stands 16 pixels below the
-// previous graph's: x minimum below the left end of the horizontal axis, x
-// maximum below its right end, y maximum left of the top of the vertical
-// axis, y minimum right of its bottom.
-TextSpot TextPlaceRangeLabel(RangeLabel which, int graph, int wid, int cx, int cy);
+// previous graph's: x minimum below the left end of the horizontal axis (or
+// above it, `xMinAbove`, for tyres whose curves run there), x maximum below
+// its right end, y maximum left of the top of the vertical axis, y minimum
+// right of its bottom.
+TextSpot TextPlaceRangeLabel(RangeLabel which, int graph, int wid, int cx, int cy, bool xMinAbove = false);
 
 // Peak text of graph `graph` under the plot, one line per graph, from the
 // plot's left edge; `areaBottom` is the graph area's bottom edge.
