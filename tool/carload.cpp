@@ -61,6 +61,16 @@ std::string CarNoteText(const char *car, bool carFound, unsigned withoutTyre) {
   return name + " has no tyre on " + wheels + " (no pacejka sections)";
 }
 
+std::string CarResolveSource(const std::string &source, const std::string &base) {
+  struct stat st;
+  if (source.empty() || stat(source.c_str(), &st) == 0 || source.find('/') != std::string::npos) return source;
+  for (const char *folder : {"/data/cars/", "/data/tyres/"}) {
+    std::string path = base + folder + source;
+    if (stat(path.c_str(), &st) == 0) return path;
+  }
+  return source;
+}
+
 static bool EndsWithTir(const char *name) {
   size_t n = strlen(name);
   if (n < 4) return false;

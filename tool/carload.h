@@ -29,6 +29,11 @@ unsigned CarWheelsWithoutTyre(const char *car, bool *carFound);
 //   car "odd" has no tyre on FL, RR (no pacejka sections)
 std::string CarNoteText(const char *car, bool carFound, unsigned withoutTyre);
 
+// A TYRE argument as given when it names a file or folder; otherwise a bare
+// name (no '/') that the base folder `base` holds as data/cars/<name> or
+// data/tyres/<name>, in that order, becomes that path.
+std::string CarResolveSource(const std::string &source, const std::string &base);
+
 // Loads one tyre from `source` the way tyrograph-cli reads a TYRE argument:
 // a name ending in ".tir" (any case) is a TIR file; a folder stands for the
 // car.ini inside it; anything else is a car.ini-style file whose section
