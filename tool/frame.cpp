@@ -104,7 +104,7 @@ void FramePaintGraphs(QCanvas *cv, int viewWidth, int viewHeight) {
   for (Graph *g : session.graphs)
     if (g) g->PaintTexts(cv, cx, cy, areaTop, areaBottom, xMinAbove);
   if (session.focus >= 1 && session.focus <= 3) PaintGhosts(cv, cx, cy, session.ghostCamber);
-  FramePaintOpLine(cv, cx - Graph::X_ORIGIN, areaBottom);
+  FramePaintOpLine(cv, cx - Graph::X_ORIGIN, GRAPH_LEFT_MARGIN + viewWidth, areaBottom);
   const QRect lastSlider = LayoutCompute(viewWidth, viewHeight).op[OP_SLIDERS - 1];
   PaintCoefficientTexts(cv, 13, viewHeight + 72 + 4 * 21 + 4, lastSlider.y + lastSlider.hgt + 1);
 }

@@ -73,8 +73,9 @@ void FramePaintCarNote(QCanvas *cv, int modelX, int modelY) {
   TextAt(cv, session.carNote.c_str(), TextPlaceCarNote(modelX, modelY));
 }
 
-void FramePaintOpLine(QCanvas *cv, int plotLeft, int areaBottom) {
-  if (!session.graphs[CURVE_FX]) return;
+void FramePaintOpLine(QCanvas *cv, int plotLeft, int areaRight, int areaBottom) {
+  // Without the UI font (reported at start-up) there is no text to draw.
+  if (!cv->GetFont() || !session.graphs[CURVE_FX]) return;
   OpValues v = OpValuesAt(*session.graphs[CURVE_FX]->GetCurrentTyre(), session.point);
   char line[256], notes[OP_NOTES_MAX][OP_NOTE_SIZE];
   OpValuesText(v, WHEEL_NAMES[session.wheel & 3], line, sizeof line);
@@ -83,13 +84,13 @@ void FramePaintOpLine(QCanvas *cv, int plotLeft, int areaBottom) {
   TextAt(cv, line, at);
   int n = OpClampNotes(v, notes);
   if (!n) return;
-  // The notes follow on the same line while they fit beside the plot, else
-  // each stands beside the peak texts.
+  // The notes follow on the same line while they fit in the graph area,
+  // else each stands beside the peak texts.
   cv->SetColor(NOTE_COLOR);
-  int x = at.x + cv->GetTextWidth(line), limit = plotLeft + Graph::WIDTH + 60;
+  int x = at.x + cv->GetTextWidth(line);
   char joined[OP_NOTES_MAX * OP_NOTE_SIZE + 16] = "";
   for (int i = 0; i < n; i++) snprintf(joined + strlen(joined), sizeof joined - strlen(joined), "; %s", notes[i]);
-  if (x + cv->GetTextWidth(joined) <= limit) {
+  if (x + cv->GetTextWidth(joined) <= areaRight) {
     cv->Text(joined, x, at.y);
     return;
   }

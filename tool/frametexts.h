@@ -16,8 +16,9 @@ bool FrameXMinLabelsAbove(QCanvas *cv, int cx, int cy);
 // (modelX, modelY); nothing when there is none.
 void FramePaintCarNote(QCanvas *cv, int modelX, int modelY);
 // Fx, Fy and Mz of the current wheel's tyre at the operating point and the
-// clamps the model applies to it, under the peak texts.
-void FramePaintOpLine(QCanvas *cv, int plotLeft, int areaBottom);
+// clamps the model applies to it, under the peak texts; the graph area ends
+// at areaRight and areaBottom.
+void FramePaintOpLine(QCanvas *cv, int plotLeft, int areaRight, int areaBottom);
 // The note of the last typed value, after the value line that ends at
 // (x, y); nothing when the value was a plain number.
 void FramePaintEntryNote(QCanvas *cv, int x, int y);
