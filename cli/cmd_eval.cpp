@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "cli/cli.h"
+#include "tool/basedir.h"
 #include "tool/carload.h"
 #include "tyre/kpacejka.h"
 
@@ -166,6 +167,7 @@ int RunEval(const std::vector<std::string> &args) {
   if (!ParseArgs(args, &o)) return 2;
   KPacejka *tyre = new KPacejka;
   std::string error;
+  o.tyre = CarResolveSource(o.tyre, BaseFolderFind());
   if (!CarLoadTyreSource(o.tyre.c_str(), o.wheel, tyre, &error)) {
     fprintf(stderr, "tyrograph-cli eval: %s\n", error.c_str());
     delete tyre;

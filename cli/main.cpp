@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "diag/qdebug.h"
+
 static std::vector<const CliCommand *> &Registry() {
   static std::vector<const CliCommand *> commands;
   return commands;
@@ -32,9 +34,39 @@ void CliPrintUsage(FILE *out) {
       fprintf(out, "  %-44s %s\n", head, c->help);
   }
   fprintf(out, "\n  --help                                       show this text\n");
+  fprintf(out, "  --log FILE                                   also write the diagnostic log to FILE\n");
+}
+
+// Takes "--log FILE" (or "--log=FILE") out of the arguments, wherever it
+// stands: the diagnostic log goes to FILE. Without it there is no log file;
+// reports go to standard error only. False when FILE is missing.
+static bool TakeLogOption(int *argc, char **argv) {
+  const char *file = nullptr;
+  int out = 1;
+  for (int i = 1; i < *argc; i++) {
+    if (!strcmp(argv[i], "--log")) {
+      if (i + 1 >= *argc) {
+        fprintf(stderr, "tyrograph-cli: --log needs a file name\n");
+        return false;
+      }
+      file = argv[++i];
+    } else if (!strncmp(argv[i], "--log=", 6)) {
+      file = argv[i] + 6;
+    } else {
+      argv[out++] = argv[i];
+    }
+  }
+  *argc = out;
+  argv[out] = nullptr;
+  if (file && *file)
+    qSetLogFileName(file);
+  else
+    qSetLogFileOff();
+  return true;
 }
 
 int main(int argc, char **argv) {
+  if (!TakeLogOption(&argc, argv)) return 2;
   if (argc < 2) {
     CliPrintUsage(stderr);
     return 2;

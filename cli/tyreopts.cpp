@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "tool/basedir.h"
 #include "tool/carload.h"
 #include "tool/export.h"
 
@@ -99,6 +100,7 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
     fprintf(stderr, "tyrograph-cli %s: no TYRE given (a .tir file, a car.ini or a car folder)\n", cmd);
     return false;
   }
+  state->source = CarResolveSource(state->source, BaseFolderFind());
   return true;
 }
 

@@ -109,6 +109,9 @@ QMessageBoxFunc qSetMessageBoxHandler(QMessageBoxFunc box);
 // made absolute against the working folder. An empty name makes the next
 // report start afresh with "QLOG.txt".
 void qSetLogFileName(const char *name);
+// No log file at all until the next qSetLogFileName: every line still goes
+// to standard error, the debug channel and QLOG_LAST.txt as its flags say.
+void qSetLogFileOff();
 
 // Folder in which QOLOF looks for a source file it cannot open as named.
 void qSetSourcePath(const char *dir);

@@ -26,6 +26,7 @@ namespace {
 enum { MSG_MAX = 10240, LOG_MAX_BYTES = 10000000 };
 
 bool g_initialised;
+bool g_fileOff;  // qSetLogFileOff: lines go everywhere but into a file
 char g_logPath[4096];
 char g_prevText[MSG_MAX];
 unsigned g_prevFlags;
@@ -129,6 +130,7 @@ void ShowBox(const char *text, unsigned flags) {
 }
 
 void Initialise(unsigned flags) {
+  if (g_fileOff) return;
   g_initialised = true;
   MakeAbsolute("QLOG.txt", g_logPath, sizeof g_logPath);
   unsigned f = (flags & ~0x46Fu) | QLOG_INFO;
@@ -189,7 +191,9 @@ static void LogText(unsigned flags, const char *source, const char *formatted) {
 
   char when[64];
   LocalTime(when, sizeof when);
-  if (FILE *fp = OpenLog()) {
+  if (g_fileOff) {
+    // no file asked for
+  } else if (FILE *fp = OpenLog()) {
     if (source) fprintf(fp, "%s (%-5s): [%s] %s [%s]\n", when, label, AppName(), text, source);
     else fprintf(fp, "%s (%-5s): [%s] %s\n", when, label, AppName(), text);
     fclose(fp);
@@ -216,6 +220,7 @@ void qlogFlush() {
 
 void qlogReset() {
   g_initialised = false;
+  g_fileOff = false;
   g_logPath[0] = 0;
   g_prevText[0] = 0;
   g_repeats = 0;
@@ -223,7 +228,14 @@ void qlogReset() {
 
 const char *QLogFileName() { return g_logPath; }
 
+void qSetLogFileOff() {
+  g_fileOff = true;
+  g_initialised = true;
+  g_logPath[0] = 0;
+}
+
 void qSetLogFileName(const char *name) {
+  g_fileOff = false;
   if (!name || !*name) {
     g_logPath[0] = 0;
     return;

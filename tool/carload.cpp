@@ -31,6 +31,46 @@ void CarLoadTyres(const char *car, KPacejka *const tyres[CAR_WHEELS]) {
   delete info;
 }
 
+unsigned CarWheelsWithoutTyre(const char *car, bool *carFound) {
+  const std::string path = CarIniPath(car);
+  struct stat st;
+  *carFound = stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+  if (!*carFound) return (1u << CAR_WHEELS) - 1;
+  QInfo *info = new QInfo(path.c_str(), QINFO_SILENT);
+  unsigned without = 0;
+  for (int w = 0; w < CAR_WHEELS; w++)
+    if (!info->FindNode(CarWheelSection(w).c_str())) without |= 1u << w;
+  delete info;
+  return without;
+}
+
+std::string CarNoteText(const char *car, bool carFound, unsigned withoutTyre) {
+  static const char *const NAMES[CAR_WHEELS] = {"FL", "FR", "RL", "RR"};
+  const std::string name = std::string("car \"") + (car ? car : "") + "\"";
+  if (!carFound) return name + " not found (" + CarIniPath(car) + "): no tyre on any wheel";
+  std::string wheels;
+  int count = 0, last = 0;
+  for (int w = 0; w < CAR_WHEELS; w++) {
+    if (!(withoutTyre & (1u << w))) continue;
+    wheels += std::string(count ? ", " : "") + NAMES[w];
+    count++;
+    last = w;
+  }
+  if (!count) return "";
+  if (count == 1) return name + " has no tyre on " + wheels + " (no " + CarWheelSection(last) + " section)";
+  return name + " has no tyre on " + wheels + " (no pacejka sections)";
+}
+
+std::string CarResolveSource(const std::string &source, const std::string &base) {
+  struct stat st;
+  if (source.empty() || stat(source.c_str(), &st) == 0 || source.find('/') != std::string::npos) return source;
+  for (const char *folder : {"/data/cars/", "/data/tyres/"}) {
+    std::string path = base + folder + source;
+    if (stat(path.c_str(), &st) == 0) return path;
+  }
+  return source;
+}
+
 static bool EndsWithTir(const char *name) {
   size_t n = strlen(name);
   if (n < 4) return false;

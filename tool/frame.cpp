@@ -3,10 +3,13 @@
 
 #include <GL/gl.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
+#include "tool/frametexts.h"
 #include "tool/graph.h"
+#include "tool/layout.h"
 #include "tool/session.h"
 #include "tool/settings.h"
 #include "ui/qcanvas.h"
@@ -50,7 +53,7 @@ void PaintGhosts(QCanvas *cv, int cx, int cy, bool camber) {
   }
 }
 
-void PaintCoefficientTexts(QCanvas *cv, int left, int top, int cx, int cy) {
+void PaintCoefficientTexts(QCanvas *cv, int left, int top, int bandTop) {
   // Nothing is selected yet while the start-up still loads the car.
   if (!cv->GetFont() || !session.edit.desc || !session.edit.unit) return;
   char buf[160];
@@ -58,19 +61,15 @@ void PaintCoefficientTexts(QCanvas *cv, int left, int top, int cx, int cy) {
   snprintf(buf, sizeof buf, "%s: %s", session.edit.name, session.edit.desc);
   cv->Text(buf, left, top);
   const char *unit = *session.edit.unit ? session.edit.unit : "(non-dimensional)";
+  int textsRight = left + cv->GetTextWidth(buf);
   snprintf(buf, sizeof buf, "Value: %.3f %s", double(SessionCoefficientValue()), unit);
   cv->Text(buf, left, top + 16);
+  FramePaintEntryNote(cv, left + cv->GetTextWidth(buf), top + 16);
+  textsRight = std::max(textsRight, left + cv->GetTextWidth(buf));
   if (!session.graphs[CURVE_FX] || session.graphs[CURVE_FX]->GetCurrentTyre()->model != 1) return;
-  const KPacejka *tyre = session.graphs[CURVE_FX]->GetCurrentTyre();
-  // Magic Formula 5.2: all scaling factors, two columns in the plot's upper
-  // left quarter, which the curves of a tyre leave empty, ending above the
-  // horizontal axis and its range labels.
-  cv->SetColor(60, 60, 60, 255);
-  for (int i = 0; i < COEFF_SCALE_COUNT; i++) {
-    CoeffInfo info = CoeffLookup(COEFF_LIST_SCALE, i);
-    snprintf(buf, sizeof buf, "%s=%.5f", info.name, double(CoeffFieldGet(*tyre, info.field)));
-    cv->Text(buf, cx - Graph::X_ORIGIN + 6 + (i / 14) * 110, cy - Graph::Y_ORIGIN + 6 + (i % 14) * 13);
-  }
+  // Magic Formula 5.2: all scaling factors, beside these texts under the
+  // operating-point sliders.
+  FramePaintScaleList(cv, *session.graphs[CURVE_FX]->GetCurrentTyre(), textsRight, bandTop);
 }
 
 }  // namespace
@@ -88,6 +87,7 @@ void FramePaintGraphs(QCanvas *cv, int viewWidth, int viewHeight) {
   if (cv->GetFont() && session.graphs[CURVE_FX]) {
     snprintf(buf, sizeof buf, "Model: %s", session.graphs[CURVE_FX]->GetCurrentTyre()->GetModelName());
     cv->Text(buf, 30, areaTop + 10);
+    FramePaintCarNote(cv, 30, areaTop + 10);
   }
 
   GraphPaintGrid(cv, cx, cy);
@@ -98,8 +98,13 @@ void FramePaintGraphs(QCanvas *cv, int viewWidth, int viewHeight) {
     g->SetAlpha(1.0f);
     g->Sample();
     g->PaintCurve(cv, cx, cy, false);
-    g->PaintTexts(cv, cx, cy, areaTop, areaBottom);
   }
+  // The texts once all curves are known, so that the labels can keep off them.
+  const bool xMinAbove = FrameXMinLabelsAbove(cv, cx, cy);
+  for (Graph *g : session.graphs)
+    if (g) g->PaintTexts(cv, cx, cy, areaTop, areaBottom, xMinAbove);
   if (session.focus >= 1 && session.focus <= 3) PaintGhosts(cv, cx, cy, session.ghostCamber);
-  PaintCoefficientTexts(cv, 13, viewHeight + 72 + 4 * 21 + 4, cx, cy);
+  FramePaintOpLine(cv, cx - Graph::X_ORIGIN, GRAPH_LEFT_MARGIN + viewWidth, areaBottom);
+  const QRect lastSlider = LayoutCompute(viewWidth, viewHeight).op[OP_SLIDERS - 1];
+  PaintCoefficientTexts(cv, 13, viewHeight + 72 + 4 * 21 + 4, lastSlider.y + lastSlider.hgt + 1);
 }

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "tool/textplace.h"
 #include "ui/qcanvas.h"
 
 static QColor ColorOf(CurveKind kind) {
@@ -65,31 +66,30 @@ void Graph::PaintCurve(QCanvas *cv, int cx, int cy, bool ghost) const {
   glDisable(GL_BLEND);
 }
 
-void Graph::PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom) const {
+void Graph::PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom, bool xMinAbove) const {
   // Without the UI font (already reported at start-up) the curves still draw.
   if (!cv->GetFont()) return;
   char buf[128];
   int shift = 16 * int(kind);
   int left = cx - X_ORIGIN, right = cx + X_ORIGIN;
-  int top = cy - Y_ORIGIN, bottom = cy + Y_ORIGIN;
   const char *xq = CurveXQuantity(kind), *yu = CurveYUnit(kind);
   cv->SetColor(color);
 
   // Range labels: x at the ends of the horizontal axis, y at the ends of the
-  // vertical one, each graph's set 16 pixels below the previous graph's.
-  snprintf(buf, sizeof buf, "%.1f %s", double(range.xMin), xq);
-  cv->Text(buf, left + 2, cy + 4 + shift);
-  snprintf(buf, sizeof buf, "%.1f %s", double(range.xMax), xq);
-  cv->Text(buf, right - 2 - cv->GetTextWidth(buf), cy + 4 + shift);
-  snprintf(buf, sizeof buf, "%.1f %s", double(range.yMax), yu);
-  cv->Text(buf, cx + 6, top + 2 + shift);
-  snprintf(buf, sizeof buf, "%.1f %s", double(range.yMin), yu);
-  cv->Text(buf, cx + 6, bottom - 50 + shift);
+  // vertical one, each graph's set 16 pixels below the previous graph's, in
+  // the corners the curves leave empty (tool/textplace.h).
+  const float ends[4] = {range.xMin, range.xMax, range.yMax, range.yMin};
+  for (int i = 0; i < 4; i++) {
+    snprintf(buf, sizeof buf, "%.1f %s", double(ends[i]), i < 2 ? xq : yu);
+    TextSpot at = TextPlaceRangeLabel(RangeLabel(i), int(kind), cv->GetTextWidth(buf), cx, cy, xMinAbove);
+    cv->Text(buf, at.x, at.y);
+  }
 
   // Title above the plot, peak text below it, one line per graph.
   cv->Text(CurveTitle(kind), right - 250, areaTop + 10 + shift);
   snprintf(buf, sizeof buf, CurvePeakFormat(kind), double(curve.peakX), double(curve.peakValue));
-  cv->Text(buf, left, areaBottom - 52 + shift);
+  TextSpot peak = TextPlacePeak(int(kind), left, areaBottom);
+  cv->Text(buf, peak.x, peak.y);
 }
 
 void GraphPaintGrid(QCanvas *cv, int cx, int cy) {

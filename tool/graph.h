@@ -63,8 +63,9 @@ class Graph {
   int SampleY(float value, int cy) const;
   // The curve as a line strip; `ghost` curves ignore the dimmed flag.
   void PaintCurve(QCanvas *cv, int cx, int cy, bool ghost) const;
-  // Range labels (stacked by index), title and peak text of the main curve.
-  void PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom) const;
+  // Range labels (stacked by index), title and peak text of the main curve;
+  // `xMinAbove` puts the x-minimum label above the horizontal axis.
+  void PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom, bool xMinAbove = false) const;
 
  private:
   CurveKind kind;

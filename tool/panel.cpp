@@ -150,6 +150,7 @@ void PanelRefreshLabels() {
 }
 
 void PanelSelectCoefficient() {
+  session.entryNote.clear();
   SessionLookupCoefficient();
   ShowSelection();
 }
@@ -161,6 +162,7 @@ void PanelSetCoefficientValue(float v) {
 
 void PanelValueMoved(int position) {
   if (session.edit.field == COEFF_FIELD_NONE) return;
+  session.entryNote.clear();
   PanelSetCoefficientValue(float(position) / (1000.0f / session.edit.range) + session.edit.minimum);
 }
 
@@ -172,14 +174,26 @@ float PanelParseValue(const char *text) {
   return std::isfinite(v) ? v : 0.0f;
 }
 
+std::string PanelEntryNote(const char *text, float value) {
+  char *end = nullptr;
+  double d = strtod(text, &end);
+  while (end && (*end == ' ' || *end == '\t')) end++;
+  if (end != text && end && !*end && std::isfinite(d) && std::isfinite(float(d))) return "";
+  char buf[160];
+  snprintf(buf, sizeof buf, "typed \"%.40s\" is no number: taken as %g", text, double(value));
+  return buf;
+}
+
 bool PanelEnterNumerically() {
   if (session.edit.field == COEFF_FIELD_NONE) return false;
   char start[64];
   snprintf(start, sizeof start, "%f", double(SessionCoefficientValue()));
   std::string text = start;
   if (!QStringDialogRun("Enter numerical", "Enter the value", &text, 80)) return false;
-  PanelSetCoefficientValue(PanelParseValue(text.c_str()));
+  float v = PanelParseValue(text.c_str());
+  PanelSetCoefficientValue(v);
   PanelSelectCoefficient();
+  session.entryNote = PanelEntryNote(text.c_str(), v);
   return true;
 }
 
@@ -187,6 +201,7 @@ void PanelSelectWheel(int wheel) {
   if (wheel < 0) wheel = 0;
   if (wheel > 3) wheel = 3;
   session.wheel = wheel;
+  session.entryNote.clear();
   char buf[16];
   snprintf(buf, sizeof buf, "%d/%s", wheel, WHEEL_NAMES[wheel]);
   panel.wheel->SetPosition(wheel);

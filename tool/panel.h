@@ -5,6 +5,8 @@
 // operations that keep them and the session (tool/session.h) in step.
 #pragma once
 
+#include <string>
+
 #include "tool/layout.h"
 #include "tool/oppoint.h"
 
@@ -66,6 +68,10 @@ void PanelValueMoved(int position);
 // number; anything that does not start like one, and anything that is not a
 // finite float, reads as 0.
 float PanelParseValue(const char *text);
+// The note shown after the value line when `text` is not a plain decimal
+// number (blanks around it allowed) and PanelParseValue took `value` from it:
+// 'typed "1,5" is no number: taken as 1'. Empty for a plain number.
+std::string PanelEntryNote(const char *text, float value);
 // "Enter numerically": asks for the value and sets it. False when the dialog
 // was cancelled or the selection edits nothing.
 bool PanelEnterNumerically();

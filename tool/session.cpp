@@ -61,14 +61,19 @@ void SessionReset() {
   session.focus = 0;
   SessionApplyEmphasis();
   session.selected = 0;
+  session.entryNote.clear();
   SessionLookupCoefficient();
 }
 
 void SessionLoadCar() {
   for (Graph *g : session.graphs) g->LoadCar(session.car.c_str());
+  bool found = false;
+  unsigned without = CarWheelsWithoutTyre(session.car.c_str(), &found);
+  session.carNote = CarNoteText(session.car.c_str(), found, without);
 }
 
 void SessionLoadTir(const char *path) {
+  session.carNote.clear();
   for (Graph *g : session.graphs)
     for (int w = 0; w < CAR_WHEELS; w++) g->GetTyre(w)->LoadFromTirFile(path);
 }

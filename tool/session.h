@@ -25,6 +25,12 @@ struct Session {
   bool zoom = true;
   bool ghostCamber = false;  // the "Camber" ghost radio is checked (read from it each frame)
   OperatingPoint point;
+  // Shown beside the model name when the car left wheels without a tyre
+  // (tool/carload.h); empty otherwise.
+  std::string carNote;
+  // Shown after the value line when the last typed value was no plain
+  // number (tool/panel.h); empty otherwise.
+  std::string entryNote;
   Graph *graphs[CURVE_COUNT] = {};
 };
 

@@ -6,6 +6,7 @@
 #include <GL/gl.h>
 
 #include <cstring>
+#include <string>
 
 #include "diag/qdebug.h"
 #include "ui/dtexfont.h"
@@ -223,6 +224,14 @@ void QCanvas::Shade(const QRect &) { qwarn("qcanvas", "QCanvas::Shade", __LINE__
 
 // ---- [text] --------------------------------------------------------------------------
 
+static QCanvas::TextObserver g_textObserver;
+
+QCanvas::TextObserver QCanvas::SetTextObserver(TextObserver observer) {
+  TextObserver old = g_textObserver;
+  g_textObserver = observer;
+  return old;
+}
+
 void QCanvas::Text(const char *text, int x, int y, int len, unsigned style) {
   if (!font || !font->GetTexFont()) {
     qwarn("qcanvas", "QCanvas::Text", __LINE__, "QCanvas:Text(); no font selected");
@@ -239,6 +248,10 @@ void QCanvas::Text(const char *text, int x, int y, int len, unsigned style) {
   tf->Paint(text, float(MapX(x)), float(MapY(y) + 1), len);
   ApplyBlending();
   AfterDraw("QCanvas::Text");
+  if (g_textObserver) {
+    std::string shown(text, len < 0 ? strlen(text) : size_t(len));
+    g_textObserver(shown.c_str(), QRect(x + offX, y + offY, GetTextWidth(text, len), GetTextHeight()));
+  }
 }
 
 void QCanvas::Text3D(const char *, float, float, float, unsigned style) {

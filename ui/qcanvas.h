@@ -119,6 +119,11 @@ class QCanvas : public QObject {
   void TextML(const char *text, int x, int y);
   int GetTextWidth(const char *text, int len = -1) const;
   int GetTextHeight() const;
+  // Called for every text drawn, with its box in window pixels (width by
+  // advance, height of the font): lets a layout check see where texts land.
+  // Null (the default) calls nothing. Returns the observer it replaces.
+  typedef void (*TextObserver)(const char *text, const QRect &box);
+  static TextObserver SetTextObserver(TextObserver observer);
 
   // Sets the OpenGL blend state of the current mode (called before primitives).
   void ApplyBlending() const;

@@ -67,6 +67,8 @@ bool QProp::OnEvent(QEvent *ev) {
       int cx = k.x + KNOB_WID / 2;
       if (ev->x >= k.x - 1 && ev->x < k.x + k.wid + 1) {
         dragging = true;
+        moved = false;
+        pressX = ev->x;
         grabOffset = ev->x - cx;
       } else {
         UserMove(Clamped(pos) + (ev->x < cx ? -bigStep : bigStep));
@@ -76,14 +78,15 @@ bool QProp::OnEvent(QEvent *ev) {
     case QEVENT_MOTIONNOTIFY: {
       // A release the window never saw (outside it) ends the drag too.
       if (dragging && app && !app->IsButtonDown(QMB_LEFT)) dragging = false;
-      if (dragging) UserMove(PositionAt(ev->x - grabOffset));
+      if (dragging && ev->x != pressX) moved = true;
+      if (dragging && moved) UserMove(PositionAt(ev->x - grabOffset));
       QRect k = GetKnobRect();
       hot = dragging || (GetAbsRect().Contains(ev->x, ev->y) && ev->x >= k.x - 1 && ev->x < k.x + k.wid + 1);
       return dragging;
     }
     case QEVENT_BUTTONRELEASE:
       if (ev->n != QMB_LEFT) return false;
-      if (dragging) UserMove(PositionAt(ev->x - grabOffset));
+      if (dragging && (moved || ev->x != pressX)) UserMove(PositionAt(ev->x - grabOffset));
       dragging = false;
       return true;
     case QEVENT_LEAVE:

@@ -7,6 +7,8 @@
 // with the focus by the arrow keys (small step), PageUp/PageDown (big step)
 // and Home/End (the ends). Each move that changes the position posts
 // QEVENT_CHANGE with the new position; setting it from code posts nothing.
+// A press and release on the knob without moving the mouse is no move: a
+// position outside the range, drawn at the nearer end, stays as it is.
 #pragma once
 
 #include <string>
@@ -41,6 +43,10 @@ class QProp : public QWindow {
   // The knob's rectangle at the (clamped) position.
   QRect GetKnobRect() const;
 
+  // Left end of a caption `textWid` pixels wide in `room`: centred, or
+  // beside the knob when the knob stands where the centred caption would.
+  int CaptionX(int textWid, const QRect &room) const;
+
   void Paint(QCanvas *cv) override;
   bool OnEvent(QEvent *ev) override;
 
@@ -56,5 +62,7 @@ class QProp : public QWindow {
   std::string caption;
   bool dragging = false;
   int grabOffset = 0;  // mouse x minus knob centre when the drag began
+  int pressX = 0;      // where the drag began
+  bool moved = false;  // the mouse has left pressX since
   bool hot = false;    // the mouse is over the knob
 };

@@ -44,7 +44,7 @@ TEST_F(DbgSetup, SwitchesInTheirOrder) {
   qdbg_setup(nullptr);
   int i = 0;
   for (const SetupCase &r : rows) {
-    std::string name = "s" + std::to_string(i++) + ".ini";
+    std::string name = std::string("s").append(std::to_string(i++)).append(".ini");
     auto info = ReadText(Dev(r.keys), 0, name);
     ReportCapture cap;
     qdbg_setup(info.get());

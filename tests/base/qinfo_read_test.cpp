@@ -16,7 +16,7 @@ std::string Rep(char c, int n) { return std::string(size_t(n), c); }
 
 std::string Nested(int depth, bool dump) {
   std::string s;
-  for (int i = 1; i <= depth; i++) s += "n" + std::to_string(i) + (dump ? "{" : "\n{\n");
+  for (int i = 1; i <= depth; i++) s.append("n").append(std::to_string(i)).append(dump ? "{" : "\n{\n");
   s += dump ? "k=1" : "k=1\n";
   for (int i = 1; i <= depth; i++) s += dump ? "}" : "}\n";
   return s;

@@ -30,7 +30,13 @@ inline std::string Dump(const QInfoNode *first) {
       out += std::string("~") + p.c_str();
     }
     if (n->value) out += std::string("=") + n->value;
-    if (n->kind == NODE_TREE) out += "{" + Dump(n->firstChild) + "}";
+    // Appended piece by piece: GCC 12 at -O3 warns falsely (-Wrestrict) about
+    // a literal + std::string temporary.
+    if (n->kind == NODE_TREE) {
+      out += '{';
+      out += Dump(n->firstChild);
+      out += '}';
+    }
   }
   return out;
 }

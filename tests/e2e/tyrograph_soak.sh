@@ -5,12 +5,16 @@
 # "Enter numerically" dialogs opening and closing on the way. The tool must
 # still be running at the end, with no sanitizer report. The ASan + UBSan
 # build of the tool is used when it has been built beside this one.
+# The window's resident memory (VmRSS) is printed at the start and the end,
+# and at every minute of a longer run; TYRO_SOAK_MINUTES=N runs N minutes
+# instead of the default 30 seconds (a check for memory that keeps growing).
 # Screenshot at the end: <build>/e2e-shots/tyrograph_soak/.
 #   bash tyrograph_soak.sh <build-dir> <source-dir> [seconds] [seed]
 set -euo pipefail
 BUILD=$(cd "$1" && pwd)
 SRC=$(cd "$2" && pwd)
 SECS=${3:-30}
+[ -n "${TYRO_SOAK_MINUTES:-}" ] && SECS=$((TYRO_SOAK_MINUTES * 60))
 SEED=${4:-7}
 source "$SRC/tests/e2e/lib/tyrograph.bash"
 tyro_prepare tyrograph_soak tool/tyrograph -- xvfb-run xdotool import
@@ -31,8 +35,13 @@ PID=$!
 WID=$(timeout 30 xdotool search --sync --onlyvisible --name '^Tyrograph' 2>/dev/null | head -1)
 [ -n "$WID" ] || tyro_fail "the Tyrograph window never appeared ($(cat "$HOME_DIR/stderr.txt"))"
 sleep 1
+rss() { awk '/^VmRSS:/ { print $2 }' "/proc/$PID/status" 2>/dev/null; }
+RSS_START=$(rss)
+echo "rss: start ${RSS_START} kB"
 RANDOM=$SEED
 keys=(Tab shift+Tab Left Right Up Down Prior Next Return space 1 2 5 0 period minus BackSpace Delete Home End)
+begin=$SECONDS
+minute=$SECONDS
 end=$((SECONDS + SECS))
 n=0
 while [ $SECONDS -lt $end ] && kill -0 $PID 2>/dev/null; do
@@ -53,7 +62,9 @@ while [ $SECONDS -lt $end ] && kill -0 $PID 2>/dev/null; do
   fi
   n=$((n + 1))
   sleep 0.05
+  if [ $((SECONDS - minute)) -ge 60 ]; then minute=$SECONDS; echo "rss: $(((SECONDS - begin) / 60)) min $(rss) kB"; fi
 done
+RSS_END=$(rss)
 tyro_shot end
 kill -0 $PID 2>/dev/null || { cat "$HOME_DIR/stderr.txt" | tail -30 >&2; tyro_fail "the tool ended during the soak, after $n actions"; }
 kill $PID; wait $PID 2>/dev/null
@@ -61,7 +72,7 @@ if grep -qE "AddressSanitizer|runtime error|LeakSanitizer" "$HOME_DIR/stderr.txt
   grep -A20 -E "AddressSanitizer|runtime error" "$HOME_DIR/stderr.txt" | head -40 >&2
   tyro_fail "sanitizer report during the soak"
 fi
-echo "ok   $n random actions, the tool still runs, no sanitizer report"
+echo "ok   $n random actions, the tool still runs, no sanitizer report; rss ${RSS_START} kB at the start, ${RSS_END} kB at the end"
 rm -rf "$HOME_DIR"
 INNER
 

@@ -48,3 +48,18 @@ TEST(CarLoad, SourcesFileFolderTirAndErrors) {
   EXPECT_FALSE(CarLoadTyreSource(TouringCar().c_str(), 4, &tyre, &error));
   EXPECT_EQ(error, "wheel 4 is not 0..3");
 }
+
+// A TYRE argument names a file or folder as given; a bare name is looked up
+// in the base folder's data/cars/, then data/tyres/.
+TEST(CarLoad, BareNamesResolveInTheBaseFolder) {
+  const std::string base = TYRO_SOURCE_DIR;
+  ScratchDir dir;
+  WorkingDir in(dir.root);
+  EXPECT_EQ(CarResolveSource("touring", base), base + "/data/cars/touring");
+  EXPECT_EQ(CarResolveSource("sample.tir", base), base + "/data/tyres/sample.tir");
+  EXPECT_EQ(CarResolveSource("no-such-car", base), "no-such-car");
+  EXPECT_EQ(CarResolveSource("sub/touring", base), "sub/touring");  // a path stays a path
+  EXPECT_EQ(CarResolveSource("", base), "");
+  ASSERT_EQ(system("mkdir touring"), 0);  // something of that name here wins
+  EXPECT_EQ(CarResolveSource("touring", base), "touring");
+}

@@ -40,7 +40,10 @@ TEST_F(TirTest, LineRules) {
 
 TEST_F(TirTest, TooManyPropertiesKeepsTheFirstThousand) {
   std::string text = "[A]\n";
-  for (int i = 0; i < 1003; i++) text += "K" + std::to_string(i) + " = " + std::to_string(i) + "\n";
+  for (int i = 0; i < 1003; i++) {
+    const std::string n = std::to_string(i);
+    text.append("K").append(n).append(" = ").append(n).append("\n");
+  }
   ReportCapture cap;
   PTirFile tir(Write("big.tir", text).c_str());
   EXPECT_EQ(tir.GetCount(), 1000);

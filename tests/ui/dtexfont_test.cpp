@@ -107,7 +107,7 @@ TEST_F(TextPixels, CommittedFontGlyphMatchesItsImage) {
 
 TEST_F(TextPixels, TextMlDrawsAtMostTenLinesAndSkipsMissingGlyphs) {
   std::string lines;
-  for (int i = 0; i < 11; i++) lines += (i ? "\n" : "") + std::string("I\x01IIII");
+  for (int i = 0; i < 11; i++) lines.append(i ? "\n" : "").append("I\x01IIII");
   ReportCapture rc;
   cv.TextML(lines.c_str(), 5, 0);
   ASSERT_EQ(rc.warnings.size(), 11u);  // before drawing, then one per line drawn

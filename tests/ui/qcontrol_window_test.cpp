@@ -3,9 +3,12 @@
 // step keys, radio groups per parent and group number.
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "tests/ui/gltest.h"
+#include "ui/qcanvas.h"
+#include "ui/qfont.h"
 #include "ui/qbutton.h"
 #include "ui/qcontrol.h"
 #include "ui/qprop.h"
@@ -97,6 +100,69 @@ TEST_F(Controls, SliderDragClickBesideWheelAndKeys) {
   qpsKeyTap(QK_LEFT);  // steps from where it is drawn, the end
   Drain();
   EXPECT_EQ(Take(QEVENT_CHANGE, p), Ns{995});
+}
+
+// Pressing and releasing the knob where it stands is no move: a position
+// outside the range, drawn at the end, is kept. Moving it is a move.
+TEST_F(Controls, SliderKnobClickWithoutMoveKeepsThePosition) {
+  QProp *p = Make(new QProp(main, 10, 100, 211, 18));  // knob centre at x = 215 for 1000
+  p->SetRange(0, 1000);
+  for (int outside : {1500, -300}) {
+    p->SetPosition(outside);
+    int x = outside > 0 ? 215 : 15;
+    qpsMouseMove(x, 108);
+    qpsButtonPress(x, 108);
+    qpsButtonRelease(x, 108);
+    qpsClick(x + 1, 108);  // one pixel beside the centre, still the knob
+    Drain();
+    EXPECT_EQ(Take(QEVENT_CHANGE, p), Ns{}) << outside;
+    EXPECT_EQ(p->GetPosition(), outside);
+  }
+  p->SetPosition(1500);
+  qpsMouseMove(215, 108);
+  qpsButtonPress(215, 108);
+  qpsMouseMove(214, 108);
+  qpsMouseMove(215, 108);  // back where it began: the knob was moved all the same
+  qpsButtonRelease(215, 108);
+  Drain();
+  EXPECT_EQ(Take(QEVENT_CHANGE, p), (Ns{995, 1000}));
+}
+
+namespace {
+std::vector<std::pair<std::string, QRect>> &Drawn() {
+  static std::vector<std::pair<std::string, QRect>> drawn;
+  return drawn;
+}
+void Record(const char *text, const QRect &box) { Drawn().push_back({text, box}); }
+bool Meet(const QRect &a, const QRect &b) {
+  return a.x < b.x + b.wid && b.x < a.x + a.wid && a.y < b.y + b.hgt && b.y < a.y + a.hgt;
+}
+}  // namespace
+
+// Wherever the knob stands, the caption's letters keep clear of it, on long
+// and short sliders.
+TEST_F(Controls, SliderCaptionStaysClearOfTheKnob) {
+  QFont font((std::string(TYRO_SOURCE_DIR) + "/data/fonts/eurostile11").c_str());
+  ASSERT_TRUE(font.Create());
+  QCanvas cv;
+  cv.SetTargetSize(W, H);
+  cv.SetFont(&font);
+  QProp *wide = Make(new QProp(main, 5, 20, 300, 18));
+  QProp *narrow = Make(new QProp(main, 5, 60, 150, 18));
+  wide->SetCaption("Slipratio 0.00");
+  narrow->SetCaption("23.3000");
+  QCanvas::TextObserver old = QCanvas::SetTextObserver(Record);
+  for (QProp *p : {wide, narrow}) {
+    p->SetRange(0, 1000);
+    for (int pos = -100; pos <= 1100; pos += 10) {
+      p->SetPosition(pos);
+      Drawn().clear();
+      p->Paint(&cv);
+      ASSERT_EQ(Drawn().size(), 1u);
+      EXPECT_FALSE(Meet(Drawn()[0].second, p->GetKnobRect())) << p->GetCaption() << " at " << pos;
+    }
+  }
+  QCanvas::SetTextObserver(old);
 }
 
 TEST_F(Controls, RadioGroupsArePerParentAndNumber) {

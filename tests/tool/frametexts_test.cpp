@@ -1,0 +1,281 @@
+// The texts of whole frames, recorded through the canvas's text observer:
+// no two of them overlap, the range labels stay off the curves, and the
+// notes and the operating-point line say what they should. Frames of the
+// test car, Magic Formula 5.2 TIR files, a typed value that is no number and
+// a car with a wheel missing.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "tool/carload.h"
+#include "tool/frame.h"
+#include "tool/opvalues.h"
+#include "tool/settings.h"
+#include "toolwindow.h"
+#include "ui/qfont.h"
+#include "ui/qwinmgr.h"
+
+namespace {
+
+struct Drawn {
+  std::string text;
+  QRect box;
+  bool glyphs = false;  // put together from single glyphs
+};
+
+std::vector<Drawn> &Recorded() {
+  static std::vector<Drawn> drawn;
+  return drawn;
+}
+
+// A caption squeezed into its control is drawn glyph by glyph, each glyph a
+// little left of where its advance would put it: the glyphs of one line go
+// back together into one text.
+void Record(const char *text, const QRect &box) {
+  if (box.wid <= 0 || !*text) return;
+  std::vector<Drawn> &all = Recorded();
+  if (!text[1] && !all.empty()) {
+    Drawn &last = all.back();
+    bool follows = last.box.y == box.y && box.x >= last.box.x && box.x <= last.box.x + last.box.wid;
+    if (follows && (last.glyphs || last.text.size() == 1)) {
+      last.text += text;
+      last.box.wid = std::max(last.box.wid, box.x + box.wid - last.box.x);
+      last.glyphs = true;
+      return;
+    }
+  }
+  all.push_back({text, box});
+}
+
+bool Meet(const QRect &a, const QRect &b) {
+  return a.x < b.x + b.wid && b.x < a.x + a.wid && a.y < b.y + b.hgt && b.y < a.y + a.hgt;
+}
+
+std::string Describe(const Drawn &d) {
+  return "\"" + d.text + "\" at " + std::to_string(d.box.x) + "," + std::to_string(d.box.y) + " " +
+         std::to_string(d.box.wid) + "x" + std::to_string(d.box.hgt);
+}
+
+// A range label as the graphs print them: "%.1f %s".
+bool IsRangeLabel(const std::string &t) {
+  static const std::regex label("-?[0-9]+\\.[0-9] (SR|SA|N/N \\(\xB5\\)|Nm)");
+  return std::regex_match(t, label);
+}
+
+class FrameTexts : public ToolWindowTest {
+ protected:
+  void SetUp() override {
+    ToolWindowTest::SetUp();
+    ASSERT_TRUE(font.Create());
+    cv->SetFont(&font);
+    session.carNote.clear();
+  }
+  void TearDown() override {
+    cv->SetFont(nullptr);
+    session.carNote.clear();
+    session.entryNote.clear();
+    ToolWindowTest::TearDown();
+  }
+
+  // Paints one frame, graphs and controls, and returns what text it drew.
+  std::vector<Drawn> Frame() {
+    Recorded().clear();
+    QCanvas::TextObserver old = QCanvas::SetTextObserver(Record);
+    cv->Select();
+    FramePaintGraphs(cv, VIEW_W, VIEW_H);
+    QGetWindowManager()->Paint(cv);
+    QCanvas::SetTextObserver(old);
+    return Recorded();
+  }
+
+  void OpenTir(const char *name) {
+    SessionLoadTir(TirFile(name).c_str());
+    PanelResetControls();
+    PanelRefreshLabels();
+  }
+
+  static void ExpectNoOverlap(const std::vector<Drawn> &drawn, const char *what) {
+    ASSERT_GT(drawn.size(), 40u) << what;
+    for (size_t i = 0; i < drawn.size(); i++)
+      for (size_t j = i + 1; j < drawn.size(); j++)
+        EXPECT_FALSE(Meet(drawn[i].box, drawn[j].box))
+            << what << ": " << Describe(drawn[i]) << " overlaps " << Describe(drawn[j]);
+  }
+
+  static bool Has(const std::vector<Drawn> &drawn, const std::string &text) {
+    for (const Drawn &d : drawn)
+      if (d.text.find(text) != std::string::npos) return true;
+    return false;
+  }
+
+  // Every main curve, followed pixel by pixel, misses every range label.
+  void ExpectCurvesMissRangeLabels(const std::vector<Drawn> &drawn, const char *what) {
+    int cx = GRAPH_LEFT_MARGIN + VIEW_W / 2, cy = GRAPH_TOP_MARGIN + VIEW_H / 2, labels = 0;
+    for (const Drawn &d : drawn) {
+      if (!IsRangeLabel(d.text)) continue;
+      labels++;
+      for (Graph *g : session.graphs) {
+        const Curve &c = g->GetCurve();
+        for (int i = 0; i + 1 < CURVE_SAMPLES; i++) {
+          int x0 = g->SampleX(i, cx), y0 = g->SampleY(c.samples[i], cy);
+          int x1 = g->SampleX(i + 1, cx), y1 = g->SampleY(c.samples[i + 1], cy);
+          int steps = std::max(std::abs(x1 - x0), std::abs(y1 - y0)) + 1;
+          for (int s = 0; s <= steps; s++) {
+            int x = x0 + (x1 - x0) * s / steps, y = y0 + (y1 - y0) * s / steps;
+            if (d.box.Contains(x, y)) {
+              ADD_FAILURE() << what << ": the " << CurveTitle(g->GetKind()) << " curve crosses " << Describe(d)
+                            << " at " << x << "," << y;
+              s = steps + 1;
+              i = CURVE_SAMPLES;
+            }
+          }
+        }
+      }
+    }
+    EXPECT_EQ(labels, 12) << what;
+  }
+
+  QFont font{(std::string(TYRO_SOURCE_DIR) + "/data/fonts/eurostile11").c_str()};
+};
+
+TEST_F(FrameTexts, TestCarNoTextOverlapsAnotherOrACurve) {
+  for (bool zoom : {true, false}) {
+    PanelZoom(zoom);
+    std::vector<Drawn> drawn = Frame();
+    ExpectNoOverlap(drawn, zoom ? "touring, zoomed" : "touring");
+    ExpectCurvesMissRangeLabels(drawn, zoom ? "touring, zoomed" : "touring");
+  }
+  // The value slider of b3 (23.3, beyond its -1 .. 1) and every focus.
+  PanelCoefficientRadio(3);
+  for (int focus = 0; focus < 4; focus++) {
+    PanelFocus(focus);
+    ExpectNoOverlap(Frame(), "touring, a focus");
+  }
+}
+
+TEST_F(FrameTexts, BundledCarsKeepTheirTextsApartAndOffTheCurves) {
+  for (const char *car : {"touring", "hmmwv", "wvp", "mf61"}) {
+    std::string path = std::string(TYRO_SOURCE_DIR) + "/data/cars/" + car;
+    for (Graph *g : session.graphs)
+      for (int w = 0; w < CAR_WHEELS; w++) {
+        std::string error;
+        ASSERT_TRUE(CarLoadTyreSource(path.c_str(), w, g->GetTyre(w), &error)) << error;
+      }
+    PanelResetControls();
+    PanelRefreshLabels();
+    for (bool zoom : {false, true}) {
+      PanelZoom(zoom);
+      std::vector<Drawn> drawn = Frame();
+      ExpectNoOverlap(drawn, car);
+      ExpectCurvesMissRangeLabels(drawn, car);
+    }
+  }
+}
+
+TEST_F(FrameTexts, MagicFormula52ScaleFactorsStandClear) {
+  for (const char *tir : {"MagicFormula52_Parameters.tir", "335_65R22_5_G275MSA_60psi.tir"}) {
+    OpenTir(tir);
+    ASSERT_EQ(Tyre(CURVE_FX, 0)->model, 1) << tir;
+    for (bool zoom : {false, true}) {
+      PanelZoom(zoom);
+      std::vector<Drawn> drawn = Frame();
+      EXPECT_TRUE(Has(drawn, "lgyr=") && Has(drawn, "lfz0=")) << tir;
+      ExpectNoOverlap(drawn, tir);
+      ExpectCurvesMissRangeLabels(drawn, tir);
+    }
+    // Scale factors of unusual size still fit.
+    PanelSetCoefficientValue(-12.5f);
+    ExpectNoOverlap(Frame(), tir);
+  }
+}
+
+// The line under the peaks: the current wheel's forces at the sliders, and
+// the load the model clamps to the TIR file's FZMIN.
+TEST_F(FrameTexts, OperatingPointLineAndClampNotes) {
+  std::vector<Drawn> drawn = Frame();
+  OpValues v = OpValuesAt(*Tyre(CURVE_FX, 0), session.point);
+  char line[256];
+  OpValuesText(v, "FL", line, sizeof line);
+  EXPECT_TRUE(Has(drawn, line)) << line;
+  EXPECT_FALSE(Has(drawn, "clamped"));
+
+  OpenTir("335_65R22_5_G275MSA_60psi.tir");
+  drawn = Frame();
+  EXPECT_TRUE(Has(drawn, "load 2500 N, clamped to 10752 N"));
+  // Slip ratio -1 and slip angle -20 degrees lie outside its KPUMIN -0.8 and
+  // ALPMIN -0.195 rad too: three notes, still clear of every other text.
+  PanelOpMoved(OP_SLIP_RATIO, 0);
+  PanelOpMoved(OP_SLIP_ANGLE, 400);
+  drawn = Frame();
+  EXPECT_TRUE(Has(drawn, "slip ratio -1.00, clamped to -0.80"));
+  EXPECT_TRUE(Has(drawn, "slip angle -20.00 deg, clamped to -11.17 deg"));
+  ExpectNoOverlap(drawn, "three clamp notes");
+}
+
+// Text that is no number is taken as a number all the same; the note after
+// the value line says which, until the next selection or move.
+TEST_F(FrameTexts, TypedValueThatIsNoNumberIsNamed) {
+  PanelCoefficientRadio(3);
+  for (const char *typed : {"abc", "1,5", "nan"}) {
+    ScriptEntry(typed);
+    ASSERT_TRUE(PanelEnterNumerically());
+    std::vector<Drawn> drawn = Frame();
+    std::string note = std::string("typed \"") + typed + "\" is no number: taken as " + (typed[0] == '1' ? "1" : "0");
+    EXPECT_TRUE(Has(drawn, note)) << note;
+    ExpectNoOverlap(drawn, typed);
+  }
+  ScriptEntry("0.25");
+  ASSERT_TRUE(PanelEnterNumerically());
+  EXPECT_FALSE(Has(Frame(), "is no number"));
+  ScriptEntry("abc");
+  ASSERT_TRUE(PanelEnterNumerically());
+  PanelCoefficientRadio(4);
+  EXPECT_FALSE(Has(Frame(), "is no number"));
+}
+
+TEST(PanelEntryNote, PlainNumbersHaveNone) {
+  const struct {
+    const char *text;
+    float value;
+    const char *note;
+  } cases[] = {
+      {"1.5", 1.5f, ""},
+      {" -2e3 ", -2000.0f, ""},
+      {"abc", 0.0f, "typed \"abc\" is no number: taken as 0"},
+      {"1,5", 1.0f, "typed \"1,5\" is no number: taken as 1"},
+      {"nan", 0.0f, "typed \"nan\" is no number: taken as 0"},
+      {"1e99", 0.0f, "typed \"1e99\" is no number: taken as 0"},
+      {"", 0.0f, "typed \"\" is no number: taken as 0"},
+  };
+  for (const auto &c : cases) EXPECT_EQ(PanelEntryNote(c.text, c.value), c.note) << c.text;
+}
+
+// A car without some wheels' tyres loads as before; the line under the model
+// name names the car and the wheels.
+TEST_F(FrameTexts, CarNoteNamesTheWheelsWithoutTyre) {
+  ScratchDir dir;
+  dir.LinkCar("nowheel2");
+  WorkingDir in(dir.root);
+  std::string oldCar = session.car;
+  session.car = "nowheel2";
+  SessionLoadCar();
+  std::vector<Drawn> drawn = Frame();
+  EXPECT_TRUE(Has(drawn, "car \"nowheel2\" has no tyre on RL (no wheel2.pacejka section)"));
+  ExpectNoOverlap(drawn, "nowheel2");
+  session.car = "nosuch";
+  SessionLoadCar();
+  EXPECT_TRUE(Has(Frame(), "car \"nosuch\" not found (data/cars/nosuch/car.ini): no tyre on any wheel"));
+  OpenTir("MagicFormula52_Parameters.tir");
+  EXPECT_FALSE(Has(Frame(), "no tyre"));
+  session.car = oldCar;
+}
+
+TEST(CarNote, Texts) {
+  EXPECT_EQ(CarNoteText("touring", true, 0), "");
+  EXPECT_EQ(CarNoteText("odd", true, 0x9), "car \"odd\" has no tyre on FL, RR (no pacejka sections)");
+  EXPECT_EQ(CarNoteText("x", false, 0xF), "car \"x\" not found (data/cars/x/car.ini): no tyre on any wheel");
+}
+
+}  // namespace
