@@ -189,7 +189,11 @@ std::vector<ShapePair> RankShapes(KPacejka *tyre, const KFitStage &s, const std:
       }
     }
     **C = c0, **E = e0;
-    std::stable_sort(ranked.begin(), ranked.end(), [](const ShapePair &a, const ShapePair &b) { return a.cost < b.cost; });
+    // a total order, so ties rank the same everywhere (and no stable sort's
+    // scratch buffer is needed)
+    std::sort(ranked.begin(), ranked.end(), [](const ShapePair &a, const ShapePair &b) {
+      return a.cost != b.cost ? a.cost < b.cost : a.C != b.C ? a.C < b.C : a.E < b.E;
+    });
     if (ranked.size() > keep) ranked.resize(keep);
   }
   return ranked;
