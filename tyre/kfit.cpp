@@ -164,62 +164,79 @@ double SumOfSquares(KPacejka &tyre, const std::vector<const KMeasuredPoint *> &p
   return std::isfinite(sum) ? sum : HUGE_VAL;
 }
 
-// Sets the stage's C and E to the best pair of the grid (the current pair
-// counts too), within their bounds.
-void SearchShape(KPacejka *tyre, const KFitStage &s, const std::vector<const KMeasuredPoint *> &points) {
+// The stage's shape pair (C, E), if it has one: the members and the grid's
+// pairs ranked by the cost they give with everything else as it is (the
+// current pair ranks too); at most `keep` of them.
+struct ShapePair {
+  float C, E;
+  double cost;
+};
+std::vector<ShapePair> RankShapes(KPacejka *tyre, const KFitStage &s, const std::vector<const KMeasuredPoint *> &points,
+                                  size_t keep, float **C, float **E) {
+  std::vector<ShapePair> ranked;
   for (const ShapeMembers &sm : kShapeMembers) {
     if (sm.group != s.group || sm.pac96 != (tyre->model == KPacejka::PAC96)) continue;
     const KPacejkaMember *mc = KPacejkaFindMember(sm.C), *me = KPacejkaFindMember(sm.E);
-    float *C = mc ? KPacejkaFloat(*tyre, *mc) : nullptr, *E = me ? KPacejkaFloat(*tyre, *me) : nullptr;
-    if (!C || !E) return;
-    float bestC = *C, bestE = *E;
-    double best = SumOfSquares(*tyre, points, s.channel);
+    *C = mc ? KPacejkaFloat(*tyre, *mc) : nullptr, *E = me ? KPacejkaFloat(*tyre, *me) : nullptr;
+    if (!*C || !*E) return ranked;
+    const float c0 = **C, e0 = **E;
+    ranked.push_back({c0, e0, SumOfSquares(*tyre, points, s.channel)});
     for (float c : kGridC) {
       for (float e : kGridE) {
-        *C = std::clamp(c, mc->fitMin, mc->fitMax);
-        *E = std::clamp(e, me->fitMin, me->fitMax);
-        const double sum = SumOfSquares(*tyre, points, s.channel);
-        if (sum < best) best = sum, bestC = *C, bestE = *E;
+        **C = std::clamp(c, mc->fitMin, mc->fitMax);
+        **E = std::clamp(e, me->fitMin, me->fitMax);
+        ranked.push_back({**C, **E, SumOfSquares(*tyre, points, s.channel)});
       }
     }
-    *C = bestC, *E = bestE;
+    **C = c0, **E = e0;
+    // a total order, so ties rank the same everywhere (and no stable sort's
+    // scratch buffer is needed)
+    std::sort(ranked.begin(), ranked.end(), [](const ShapePair &a, const ShapePair &b) {
+      return a.cost != b.cost ? a.cost < b.cost : a.C != b.C ? a.C < b.C : a.E < b.E;
+    });
+    if (ranked.size() > keep) ranked.resize(keep);
   }
+  return ranked;
 }
 
-// Fits the members stage `s` varies; returns the solver's iteration count.
-int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
-             KPacejka *tyre) {
-  // 1. the points and the channel's scale
-  const std::vector<const KMeasuredPoint *> points = StagePoints(data, s);
-  double peak = 0;
-  for (const KMeasuredPoint *p : points) peak = std::max(peak, std::fabs(p->force[s.channel]));
-  if (points.empty() || peak == 0) return 0;
-  if (!s.combined) SearchShape(tyre, s, points);
-  // 2. the members, each scaled by its start magnitude (or a hundredth of
-  //    its range when it starts at or near zero) and kept within its bounds
-  std::vector<float *> members;
-  std::vector<double> scale, x, lo, hi;
+// The members stage `s` varies in `tyre`, each scaled by its start magnitude
+// (or a hundredth of its range when it starts at or near zero).
+struct StageMembers {
+  std::vector<float *> value;
+  std::vector<double> scale, lo, hi;
+};
+
+StageMembers MembersOf(KPacejka *tyre, const KFitStage &s) {
+  StageMembers m;
   for (int i = 0; i < kpacejkaMemberCount; i++) {
     float l, h;
     if (!KFitVaries(tyre->model, s, kpacejkaMembers[i], &l, &h)) continue;
     float *p = KPacejkaFloat(*tyre, kpacejkaMembers[i]);
-    const double v = std::clamp(double(*p), double(l), double(h));
-    const double sc = std::max(std::fabs(v), 0.01 * (double(h) - double(l)));
-    members.push_back(p);
-    scale.push_back(sc);
-    x.push_back(v / sc);
-    lo.push_back(l / sc);
-    hi.push_back(h / sc);
+    m.value.push_back(p);
+    m.scale.push_back(std::max(std::fabs(double(*p)), 0.01 * (double(h) - double(l))));
+    m.lo.push_back(l);
+    m.hi.push_back(h);
   }
-  if (members.empty()) return 0;
-  // 3. the problem (the cost function is the problem's to delete)
+  return m;
+}
+
+// One bounded least-squares solve of the stage from the members' current
+// values; leaves the best values found in the tyre. Returns the iterations;
+// `cost` gets the final cost.
+int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacejka *tyre, const StageMembers &m,
+          const std::vector<const KMeasuredPoint *> &points, double peak, double *cost) {
+  // 1. scaled parameters within their bounds
+  std::vector<double> x;
+  for (size_t j = 0; j < m.value.size(); j++)
+    x.push_back(std::clamp(double(*m.value[j]), m.lo[j], m.hi[j]) / m.scale[j]);
+  // 2. the problem (the cost function is the problem's to delete)
   ceres::Problem problem;
-  problem.AddResidualBlock(new StageCost(tyre, members, scale, points, s.channel, peak), nullptr, x.data());
+  problem.AddResidualBlock(new StageCost(tyre, m.value, m.scale, points, s.channel, peak), nullptr, x.data());
   for (size_t j = 0; j < x.size(); j++) {
-    problem.SetParameterLowerBound(x.data(), int(j), lo[j]);
-    problem.SetParameterUpperBound(x.data(), int(j), hi[j]);
+    problem.SetParameterLowerBound(x.data(), int(j), m.lo[j] / m.scale[j]);
+    problem.SetParameterUpperBound(x.data(), int(j), m.hi[j] / m.scale[j]);
   }
-  // 4. solve; one thread, no output of the solver's own
+  // 3. solve; one thread, no output of the solver's own
   ceres::Solver::Options so;
   so.linear_solver_type = ceres::DENSE_QR;
   so.max_num_iterations = o.maxIterations;
@@ -235,11 +252,55 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   so.callbacks.push_back(&relay);
   ceres::Solver::Summary summary;
   ceres::Solve(so, &problem, &summary);
-  // 5. the tyre keeps the best parameters the solver found
-  for (size_t j = 0; j < members.size(); j++) *members[j] = float(x[j] * scale[j]);
+  // 4. the tyre keeps the best parameters the solver found
+  for (size_t j = 0; j < x.size(); j++) *m.value[j] = float(x[j] * m.scale[j]);
   if (!summary.IsSolutionUsable())
     QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
+  *cost = summary.IsSolutionUsable() ? summary.final_cost : HUGE_VAL;
   return int(summary.iterations.size());
+}
+
+// Shape pairs a pure stage may start the solver from; the best result is
+// kept. The next pair is tried only while the RMS residual is above
+// GOOD_FIT of the channel's peak: a fit at the noise level has nothing to gain.
+constexpr size_t SHAPE_STARTS = 3;
+constexpr double GOOD_FIT = 0.015;
+
+// Fits the members stage `s` varies; returns the solver's iteration count.
+int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
+             KPacejka *tyre) {
+  // 1. the points and the channel's scale
+  const std::vector<const KMeasuredPoint *> points = StagePoints(data, s);
+  double peak = 0;
+  for (const KMeasuredPoint *p : points) peak = std::max(peak, std::fabs(p->force[s.channel]));
+  if (points.empty() || peak == 0) return 0;
+  const StageMembers m = MembersOf(tyre, s);
+  if (m.value.empty()) return 0;
+  // 2. the starts: the best shape pairs of the grid (pure stages), or the
+  //    members as they are
+  float *C = nullptr, *E = nullptr;
+  std::vector<ShapePair> starts;
+  if (!s.combined) starts = RankShapes(tyre, s, points, SHAPE_STARTS, &C, &E);
+  if (starts.empty()) starts.push_back({0, 0, 0});
+  // 3. a solve from each; the lowest cost wins
+  std::vector<float> first, best;
+  for (float *v : m.value) first.push_back(*v);
+  double bestCost = HUGE_VAL;
+  int iterations = 0;
+  for (const ShapePair &start : starts) {
+    for (size_t j = 0; j < m.value.size(); j++) *m.value[j] = first[j];
+    if (C && E) *C = start.C, *E = start.E;
+    double cost;
+    iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost);
+    if (best.empty() || cost < bestCost) {
+      bestCost = cost;
+      best.clear();
+      for (float *v : m.value) best.push_back(*v);
+    }
+    if (std::sqrt(2 * bestCost / double(points.size())) <= GOOD_FIT) break;
+  }
+  for (size_t j = 0; j < m.value.size(); j++) *m.value[j] = best[j];
+  return iterations;
 }
 
 // ---- [4] ranges --------------------------------------------------------
