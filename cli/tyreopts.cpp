@@ -102,18 +102,22 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
   return true;
 }
 
-bool CliLoadTyres(const char *cmd, CliTyreState *state) {
-  for (KPacejka &tyre : state->tyres) {
-    std::string error;
-    if (!CarLoadTyreSource(state->source.c_str(), state->wheel, &tyre, &error)) {
-      fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
-      return false;
-    }
-    // The window applies the whole operating point after loading and each
-    // edit later, directly into the tyre's storage.
-    OpApplyAll(&tyre, state->point);
-    for (const auto &[key, value] : state->sets) KPacejkaSetMember(tyre, *KPacejkaFindMember(key.c_str()), value);
+bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre) {
+  std::string error;
+  if (!CarLoadTyreSource(source.c_str(), state.wheel, tyre, &error)) {
+    fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
+    return false;
   }
+  // The window applies the whole operating point after loading and each
+  // edit later, directly into the tyre's storage.
+  OpApplyAll(tyre, state.point);
+  for (const auto &[key, value] : state.sets) KPacejkaSetMember(*tyre, *KPacejkaFindMember(key.c_str()), value);
+  return true;
+}
+
+bool CliLoadTyres(const char *cmd, CliTyreState *state) {
+  for (KPacejka &tyre : state->tyres)
+    if (!CliLoadTyreInto(cmd, *state, state->source, &tyre)) return false;
   return true;
 }
 

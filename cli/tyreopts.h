@@ -33,6 +33,8 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
 // Loads the tyre into the three graph tyres, applies edits and the operating
 // point. False after printing the problem to stderr.
 bool CliLoadTyres(const char *cmd, CliTyreState *state);
+// Loads one tyre from `source` with the state's wheel, edits and operating point.
+bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre);
 // A number argument: false (with a message) when `text` is not wholly a number.
 bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out);
 bool CliParseInt(const char *cmd, const char *option, const std::string &text, int *out);

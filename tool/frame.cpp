@@ -47,10 +47,14 @@ void PaintGhosts(QRenderer *r, const FrameState &st, int cx, int cy) {
   }
 }
 
-// One line per tyre under the titles: a short stroke in the Fy graph's
-// colour, then the label.
-void PaintLegend(QRenderer *r, const FrameState &st, int x, int y) {
+// One line per tyre beside the peak texts: a short stroke in the Fy graph's
+// colour, then the label; moved left when the longest label would pass `right`.
+void PaintLegend(QRenderer *r, const FrameState &st, int x, int y, int right) {
   if (!r->HasFont()) return;
+  int widest = r->MeasureText(st.label.c_str());
+  for (const FrameOverlay &o : st.overlays)
+    if (r->MeasureText(o.label.c_str()) > widest) widest = r->MeasureText(o.label.c_str());
+  if (x + 30 + widest > right) x = right - 30 - widest;
   auto line = [&](Graph *const *graphs, const std::string &label, int row) {
     Graph *g = graphs[CURVE_FY] ? graphs[CURVE_FY] : graphs[CURVE_FX];
     if (!g) return;
@@ -125,7 +129,7 @@ void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
       g->Sample();
       g->PaintCurve(r, cx, cy, false);
     }
-  if (!st.overlays.empty()) PaintLegend(r, st, cx + 20, areaBottom - 52);
+  if (!st.overlays.empty()) PaintLegend(r, st, cx + 20, areaBottom - 52, view.x + view.wid - 4);
   if (st.focus >= 1 && st.focus <= 3) PaintGhosts(r, st, cx, cy);
 }
 
