@@ -39,19 +39,20 @@ float ViewMaxLoad(const KPacejka &tyre) {
 namespace {
 
 constexpr int SWEEP_POINTS = 201;  // slip ratio -1 .. 1
-constexpr int PEAK_POINTS = 1000;  // one side of a pure-slip sweep
+constexpr int PEAK_POINTS = 1000;  // each side of a pure-slip sweep
 
-// The largest |force| of a pure-slip sweep to one side: slip ratio 0..±1 at
-// zero slip angle, or slip angle 0..±30 degrees at zero slip ratio.
-float PurePeak(KPacejka *t, bool lateral, float side) {
-  float best = 0.0f;
-  for (int i = 1; i <= PEAK_POINTS; i++) {
-    float s = side * float(i) / float(PEAK_POINTS);
+// The largest positive and negative force of a pure-slip sweep: slip ratio
+// -1..1 at zero slip angle, or slip angle -30..30 degrees at zero slip ratio.
+// (A tyre's sign convention decides which slip gives which sign.)
+void PureExtremes(KPacejka *t, bool lateral, float *pos, float *neg) {
+  *pos = *neg = 0.0f;
+  for (int i = -PEAK_POINTS; i <= PEAK_POINTS; i++) {
+    float s = float(i) / float(PEAK_POINTS);
     Forces f = lateral ? At(t, 0.0f, 30.0f * s) : At(t, s, 0.0f);
-    float v = std::fabs(lateral ? f.fy : f.fx);
-    if (v > best) best = v;
+    float v = lateral ? f.fy : f.fx;
+    *pos = std::fmax(*pos, v);
+    *neg = std::fmax(*neg, -v);
   }
-  return best;
 }
 
 }  // namespace
@@ -79,8 +80,9 @@ Chart ViewEllipse(const std::vector<ViewTyre> &tyres) {
     }
     // The envelope: an ellipse through the four pure-slip peaks, one quarter
     // per sign pair, so shifted curves keep their own extremes.
-    float fxPos = PurePeak(vt.tyre, false, 1.0f), fxNeg = PurePeak(vt.tyre, false, -1.0f);
-    float fyPos = PurePeak(vt.tyre, true, 1.0f), fyNeg = PurePeak(vt.tyre, true, -1.0f);
+    float fxPos, fxNeg, fyPos, fyNeg;
+    PureExtremes(vt.tyre, false, &fxPos, &fxNeg);
+    PureExtremes(vt.tyre, true, &fyPos, &fyNeg);
     ChartSeries env;
     env.color = vt.fxColor;
     env.width = 2.0f;
@@ -124,13 +126,18 @@ Chart ViewMuLoad(const std::vector<ViewTyre> &tyres) {
     ChartSeries mx, my;
     mx.color = vt.fxColor, my.color = vt.fyColor;
     mx.label = Named("\xB5x", vt), my.label = Named("\xB5y", vt);
-    Curve curve;
-    for (float load : Loads(*vt.tyre)) {
+    // Each curve from the operating point, as the window's graphs sample it:
+    // the Fx curve at the operating slip angle, the Fy curve at its slip ratio.
+    auto peak = [&](CurveKind kind, const CurveRange &range, float load) {
+      TyreStateGuard fresh(vt.tyre);
+      Curve curve;
       vt.tyre->SetNormalLoad(load);
-      CurveSample(vt.tyre, CURVE_FX, vt.fxRange, &curve);
-      mx.x.push_back(load), mx.y.push_back(curve.peakValue);
-      CurveSample(vt.tyre, CURVE_FY, vt.fyRange, &curve);
-      my.x.push_back(load), my.y.push_back(curve.peakValue);
+      CurveSample(vt.tyre, kind, range, &curve);
+      return curve.peakValue;
+    };
+    for (float load : Loads(*vt.tyre)) {
+      mx.x.push_back(load), mx.y.push_back(peak(CURVE_FX, vt.fxRange, load));
+      my.x.push_back(load), my.y.push_back(peak(CURVE_FY, vt.fyRange, load));
     }
     c.series.push_back(std::move(mx));
     c.series.push_back(std::move(my));
