@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "tool/graph.h"
+#include "tool/plot.h"
 #include "tool/session.h"
 #include "tool/settings.h"
 #include "tool/tyreguard.h"
@@ -97,6 +98,18 @@ FrameState FrameStateFromSession() {
   for (int i = 0; i < CURVE_COUNT; i++) st.graphs[i] = session.graphs[i];
   st.focus = session.focus;
   st.ghostCamber = session.ghostCamber;
+  if (session.reference[CURVE_FX] && session.graphs[CURVE_FX]) {
+    // The reference tyre follows the operating point and the zoom.
+    FrameOverlay ref;
+    for (int i = 0; i < CURVE_COUNT; i++) {
+      ref.graphs[i] = session.reference[i];
+      OpApplyAll(session.reference[i]->GetCurrentTyre(), session.point);
+      session.reference[i]->SetZoom(session.zoom);
+    }
+    ref.label = session.referenceLabel;
+    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel) : session.lastTir;
+    st.overlays.push_back(ref);
+  }
   return st;
 }
 
@@ -135,7 +148,15 @@ void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
 
 void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
   r->BeginPicture(QColor(255, 255, 255, 255));
-  FramePaint(r, FrameStateFromSession(), QRect(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, viewWidth, viewHeight));
+  QRect view(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, viewWidth, viewHeight);
+  PlotPaint(r, PlotKind(session.view), FrameStateFromSession(), view, nullptr);
   int cx = GRAPH_LEFT_MARGIN + viewWidth / 2, cy = GRAPH_TOP_MARGIN + viewHeight / 2;
   PaintCoefficientTexts(r, 13, viewHeight + 72 + 4 * 21 + 4, cx, cy);
+  // The keys of the views, along the window's bottom edge.
+  if (r->HasFont()) {
+    char hint[160];
+    snprintf(hint, sizeof hint, "F2 view: %s    F3 reference tyre: %s    F4 save view as PNG",
+             PlotKindName(PlotKind(session.view)), session.reference[CURVE_FX] ? "on" : "off");
+    r->DrawText(hint, 13, viewHeight + 196, QColor(128, 128, 128, 255));
+  }
 }

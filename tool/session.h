@@ -26,6 +26,9 @@ struct Session {
   bool ghostCamber = false;  // the "Camber" ghost radio is checked (read from it each frame)
   OperatingPoint point;
   Graph *graphs[CURVE_COUNT] = {};
+  int view = 0;                          // what the graph area shows: a PlotKind (tool/plot.h)
+  Graph *reference[CURVE_COUNT] = {};    // a reference tyre drawn in grey; null when none
+  std::string referenceLabel;            // its file name
 };
 
 extern Session session;
