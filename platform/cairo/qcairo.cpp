@@ -11,6 +11,8 @@
 #include <cctype>
 #include <vector>
 
+#include "platform/cairo/qpngwrite.h"
+
 // ---- [renderer] ----------------------------------------------------------------------------
 
 namespace {
@@ -201,7 +203,11 @@ bool QCairoWriteFile(const std::string &path, int wid, int hgt, int baseWid, int
   }
   cairo_status_t st = cairo_status(cr);
   cairo_destroy(cr);
-  if (st == CAIRO_STATUS_SUCCESS && format == QCAIRO_PNG) st = cairo_surface_write_to_png(surface, path.c_str());
+  if (st == CAIRO_STATUS_SUCCESS && format == QCAIRO_PNG) {
+    cairo_surface_flush(surface);
+    if (!QPngWriteRgb24(path, cairo_image_surface_get_data(surface), wid, hgt, cairo_image_surface_get_stride(surface)))
+      st = CAIRO_STATUS_WRITE_ERROR;
+  }
   cairo_surface_finish(surface);
   if (st == CAIRO_STATUS_SUCCESS) st = cairo_surface_status(surface);
   cairo_surface_destroy(surface);
