@@ -1,5 +1,6 @@
 // Reads arbitrary bytes as a TIR tyre property file into a tyre and
-// evaluates it over a few operating points, slips and cambers to both sides.
+// evaluates it over a few operating points, slips and cambers to both sides,
+// then writes it back as TIR text.
 // Asserts nothing but survival (ASan + UBSan do the checking); the tyre's
 // NaN guard and force limits are what keep a nonsense file from poisoning
 // the numbers.
@@ -10,6 +11,7 @@
 
 #include "fuzz/fuzz_common.h"
 #include "tyre/kpacejka.h"
+#include "tyre/kpacejka_tirwrite.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   const std::string &path = FuzzScratchFile("fuzz_tir", ".tir");
@@ -31,5 +33,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
       tyre.Calculate();
     }
   }
+  // The writer gets whatever the import made of the bytes: NaN, infinities,
+  // denormals, huge ranges.
+  std::string text;
+  KPacejkaTirText(tyre, &text);
   return 0;
 }

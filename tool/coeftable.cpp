@@ -72,55 +72,57 @@ const Row kC[] = {
     {"Vertical shift at load=0", "Nm", -2.5f, 2.5f},
 };
 
-// Scaling factors in radio order, with the index of each in the tyre's
-// storage order (lfz0 ... lgay, lxal ... lgyr, lmx, lvmx, lmy, lgaz, ltr, lres).
+// Scaling factors in radio order (the car.ini order of the member table):
+// the label as the radio shows it and the description.
 struct ScaleRow {
   const char *label;
   const char *desc;
-  int storage;
 };
 const ScaleRow kScale[COEFF_SCALE_COUNT] = {
-    {"lfz0", "nominal (rated) load", 0},
-    {"lcx", "Fx shape factor", 1},
-    {"lmux", "Fx peak friction coefficient", 2},
-    {"lex", "Fx curvature factor", 3},
-    {"lKx", "Fx slip stiffness", 4},
-    {"lHx", "Fx horizontal shift", 5},
-    {"lVx", "Fx vertical shift", 6},
-    {"lGax", "camber for Fx", 7},
-    {"lcy", "Fy shape factor", 8},
-    {"lmuy", "Fy peak friction coefficient", 9},
-    {"ley", "Fy curvature factor", 10},
-    {"lKy", "Fy cornering stiffness", 11},
-    {"lHy", "Fy horizontal shift", 12},
-    {"lVy", "Fy vertical shift", 13},
-    {"lGay", "camber for Fy", 14},
-    {"ltr", "peak of pneumatic trail", 26},
-    {"lres", "offset of residual torque", 27},
-    {"lgaz", "camber for Mz", 25},
-    {"lmx", "overturning couple", 22},
-    {"lvmx", "Mx vertical shift", 23},
-    {"lmy", "rolling resistance torque", 24},
-    {"lxal", "alpha influence on Fx (combined)", 15},
-    {"lyka", "alpha influence on Fy (combined)", 16},
-    {"lvyka", "kappa induced Fy (combined)", 17},
-    {"ls", "moment arm of Fx (combined)", 18},
-    {"lsgkp", "relaxation length of Fx", 19},
-    {"lsgal", "relaxation length of Fy", 20},
-    {"lgyr", "gyroscopic torque", 21},
+    {"lfz0", "nominal (rated) load"},
+    {"lcx", "Fx shape factor"},
+    {"lmux", "Fx peak friction coefficient"},
+    {"lex", "Fx curvature factor"},
+    {"lKx", "Fx slip stiffness"},
+    {"lHx", "Fx horizontal shift"},
+    {"lVx", "Fx vertical shift"},
+    {"lGax", "camber for Fx"},
+    {"lcy", "Fy shape factor"},
+    {"lmuy", "Fy peak friction coefficient"},
+    {"ley", "Fy curvature factor"},
+    {"lKy", "Fy cornering stiffness"},
+    {"lHy", "Fy horizontal shift"},
+    {"lVy", "Fy vertical shift"},
+    {"lGay", "camber for Fy"},
+    {"ltr", "peak of pneumatic trail"},
+    {"lres", "offset of residual torque"},
+    {"lgaz", "camber for Mz"},
+    {"lmx", "overturning couple"},
+    {"lvmx", "Mx vertical shift"},
+    {"lmy", "rolling resistance torque"},
+    {"lxal", "alpha influence on Fx (combined)"},
+    {"lyka", "alpha influence on Fy (combined)"},
+    {"lvyka", "kappa induced Fy (combined)"},
+    {"ls", "moment arm of Fx (combined)"},
+    {"lsgkp", "relaxation length of Fx"},
+    {"lsgal", "relaxation length of Fy"},
+    {"lgyr", "gyroscopic torque"},
 };
+static_assert(COEFF_SCALE_COUNT <= KPACEJKA_INI_SCALING_COUNT, "the panel shows the first car.ini places");
+static_assert(COEFF_PAC96_COUNT == KPacejka::PAC96_COUNT && COEFF_SCALE_COUNT == KPacejka::SCALING_COUNT,
+              "fields are the member table's run a0 ... c17, lfz0 ... lres");
 
-// Keys of the whole run, in storage order.
-const char *const kFieldKeys[COEFF_PAC96_COUNT + COEFF_SCALE_COUNT] = {
-    "a0",   "a1",   "a2",   "a3",   "a4",   "a5",    "a6",  "a7",    "a8",    "a9",
-    "a10",  "a111", "a112", "a12",  "a13",  "b0",    "b1",  "b2",    "b3",    "b4",
-    "b5",   "b6",   "b7",   "b8",   "b9",   "b10",   "b11", "b12",   "c0",    "c1",
-    "c2",   "c3",   "c4",   "c5",   "c6",   "c7",    "c8",  "c9",    "c10",   "c11",
-    "c12",  "c13",  "c14",  "c15",  "c16",  "c17",   "lfz0", "lcx",  "lmux",  "lex",
-    "lkx",  "lhx",  "lvx",  "lgax", "lcy",  "lmuy",  "ley", "lky",   "lhy",   "lvy",
-    "lgay", "lxal", "lyka", "lvyka", "ls",  "lsgkp", "lsgal", "lgyr", "lmx",  "lvmx",
-    "lmy",  "lgaz", "ltr",  "lres",
-};
+// The member table entry of a field: a0 ... c17 and then the scaling
+// factors, which the table keeps right behind c17 in storage order.
+const KPacejkaMember *FieldMember(int field) {
+  if (field < 0 || field >= COEFF_PAC96_COUNT + COEFF_SCALE_COUNT) return nullptr;
+  return KPacejkaPac96Member(0) + field;
+}
+
+// The field of scaling radio `index`.
+int ScaleField(int index) {
+  return int(KPacejkaIniScalingMember(index) - KPacejkaPac96Member(0));
+}
 
 constexpr int kFieldA0 = 0, kFieldB0 = 15, kFieldC0 = 28;
 
@@ -155,7 +157,7 @@ const char *CoeffLabel(CoeffList list, int index) {
   int count, first;
   char prefix;
   ListRows(list, &count, &first, &prefix);
-  return kFieldKeys[first + index];
+  return FieldMember(first + index)->name;
 }
 
 CoeffInfo CoeffLookup(CoeffList list, int index) {
@@ -170,7 +172,7 @@ CoeffInfo CoeffLookup(CoeffList list, int index) {
     info.unit = "";
     info.minimum = 0.0f;
     info.range = 2.0f;
-    info.field = COEFF_PAC96_COUNT + row.storage;
+    info.field = ScaleField(valid ? index : 0);
     return info;
   }
   int count, first;
@@ -179,7 +181,7 @@ CoeffInfo CoeffLookup(CoeffList list, int index) {
   // Names are built from the list's letter and the index; a111/a112 are the
   // two halves of the missing a11 and carry their own names.
   if (index >= 0 && index < count) {
-    snprintf(info.name, sizeof info.name, "%s", kFieldKeys[first + index]);
+    snprintf(info.name, sizeof info.name, "%s", FieldMember(first + index)->name);
     info.desc = rows[index].desc;
     info.unit = rows[index].unit;
     info.minimum = rows[index].min;
@@ -197,14 +199,12 @@ CoeffInfo CoeffLookup(CoeffList list, int index) {
 }
 
 const char *CoeffFieldKey(int field) {
-  if (field < 0 || field >= COEFF_PAC96_COUNT + COEFF_SCALE_COUNT) return nullptr;
-  return kFieldKeys[field];
+  const KPacejkaMember *m = FieldMember(field);
+  return m ? m->name : nullptr;
 }
 
 float *CoeffFieldPtr(KPacejka *tyre, int field) {
-  if (field < 0 || field >= COEFF_PAC96_COUNT + COEFF_SCALE_COUNT) return nullptr;
-  if (field < COEFF_PAC96_COUNT) return &tyre->Pac96(field);
-  const KPacejkaMember *m = KPacejkaFindMember(kFieldKeys[field]);
+  const KPacejkaMember *m = FieldMember(field);
   return m ? KPacejkaFloat(*tyre, *m) : nullptr;
 }
 

@@ -59,30 +59,17 @@ void AppendValue(std::string *out, const char *key, float value) {
   Appendf(out, "  %s=%.5f\n", key, static_cast<double>(value));
 }
 
-// Scaling factors in the order the block lists them (not storage order).
-const char *const kScaleBlockOrder[COEFF_SCALE_COUNT] = {
-    "lfz0", "lcx", "lmux", "lex", "lkx", "lhx", "lvx", "lgax", "lcy", "lmuy",
-    "ley",  "lky", "lhy",  "lvy", "lgay", "ltr", "lres", "lgaz", "lmx", "lvmx",
-    "lmy",  "lxal", "lyka", "lvyka", "ls", "lsgkp", "lsgal", "lgyr",
-};
-
-int FieldOfKey(const char *key) {
-  for (int f = 0; CoeffFieldKey(f); f++) {
-    const char *k = CoeffFieldKey(f);
-    int j = 0;
-    while (k[j] && k[j] == key[j]) j++;
-    if (!k[j] && !key[j]) return f;
-  }
-  return COEFF_FIELD_NONE;
-}
-
 void AppendScaleBlock(std::string *out, const KPacejka &tyre) {
   *out += "  ; Tire scaling factors for Magic Formula 5.2 tire model\n";
   *out += "  model=1\n";
   // The statistics heading stands before the factors with nothing under it;
   // readers of these blocks expect it there.
   *out += "  ; Statistical data (SR, SA in radians)\n";
-  for (const char *key : kScaleBlockOrder) AppendValue(out, key, CoeffFieldGet(tyre, FieldOfKey(key)));
+  // The factors in their car.ini order (not storage order).
+  for (int order = 0; order < COEFF_SCALE_COUNT; order++) {
+    const KPacejkaMember *m = KPacejkaIniScalingMember(order);
+    AppendValue(out, m->name, float(KPacejkaGetMember(tyre, *m)));
+  }
 }
 
 void AppendRun(std::string *out, const KPacejka &tyre, int first, int last) {

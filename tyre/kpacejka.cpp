@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <initializer_list>
 
 #include "tyre/psystem.h"
 #include "diag/qdebug.h"
@@ -20,13 +21,19 @@ static float Clamp(float v, float lo, float hi) {
   return v;
 }
 
-// Sets the contiguous run of floats from member `first` to member `last`.
+// Sets the contiguous run of floats from member `first` to member `last`
+// (kpacejka_names.cpp checks the runs against the member table).
 #define FILL(first, last, value) \
   Fill(this, offsetof(KPacejka, first), offsetof(KPacejka, last), value)
 static void Fill(KPacejka *tyre, size_t first, size_t last, float value) {
   char *base = reinterpret_cast<char *>(tyre);
   for (size_t at = first; at <= last; at += sizeof(float)) memcpy(base + at, &value, sizeof value);
 }
+
+static_assert(offsetof(KPacejka, c17) - offsetof(KPacejka, a0) == (KPacejka::PAC96_COUNT - 1) * sizeof(float),
+              "a0 ... c17 are one run of floats");
+static_assert(offsetof(KPacejka, lres) - offsetof(KPacejka, lfz0) == (KPacejka::SCALING_COUNT - 1) * sizeof(float),
+              "lfz0 ... lres are one run of floats");
 
 // ---- Construction ----------------------------------------------------------------
 
@@ -121,9 +128,7 @@ const char *KPacejka::GetModelName(int m) {
 
 const char *KPacejka::GetModelName() const { return GetModelName(model); }
 
-float &KPacejka::Pac96(int i) {
-  return reinterpret_cast<float *>(reinterpret_cast<char *>(this) + offsetof(KPacejka, a0))[i];
-}
+float &KPacejka::Pac96(int i) { return *KPacejkaFloat(*this, *KPacejkaPac96Member(i)); }
 
 // ---- Live parameter set -------------------------------------------------------------
 
@@ -134,17 +139,28 @@ void KPacejka::CreateSystem(PSystem *parent) {
   }
   if (!parent) return;
   system = new PSystem(parent, "pacejka");
-  struct Bound { const char *name; float *value; };
-  const Bound params[] = {
-      {"a0", &a0}, {"a1", &a1}, {"a2", &a2}, {"a3", &a3},
-      {"b0", &b0}, {"b1", &b1}, {"b2", &b2}, {"b3", &b3},
-      {"c0", &c0}, {"c1", &c1}, {"c2", &c2}, {"c3", &c3},
-      {"lxal", &lxal}, {"lyka", &lyka},
-      {"sa_min", &slipAngleMin}, {"sa_max", &slipAngleMax},
-      {"sr_min", &slipRatioMin}, {"sr_max", &slipRatioMax},
-      {"camber_min", &camberMin}, {"camber_max", &camberMax},
-  };
-  for (const Bound &p : params) PSystemParameter(system, p.name, "-", p.value);
+  // Parameters: the first four coefficients of each Pacejka89/96 force (a,
+  // b, c in that order), the two combined-slip weights, then the slip-angle,
+  // slip-ratio and camber range ends under their short live names (the load
+  // range is not registered).
+  const KPacejkaMember::Group forces[] = {KPacejkaMember::PURE_FY, KPacejkaMember::PURE_FX,
+                                         KPacejkaMember::PURE_MZ};
+  for (KPacejkaMember::Group g : forces) {
+    int n = 0;
+    for (int i = 0; i < kpacejkaMemberCount && n < 4; i++) {
+      const KPacejkaMember &m = kpacejkaMembers[i];
+      if (m.family != KPacejkaMember::PAC96_FAMILY || m.group != g) continue;
+      PSystemParameter(system, m.name, "-", KPacejkaFloat(*this, m));
+      n++;
+    }
+  }
+  for (const char *name : {"lxal", "lyka"})
+    PSystemParameter(system, name, "-", KPacejkaFloat(*this, *KPacejkaFindMember(name)));
+  static const char *const rangeNames[] = {"sa_min", "sa_max", "sr_min", "sr_max", "camber_min", "camber_max"};
+  int r = 0;
+  for (int i = 0; i < kpacejkaMemberCount && r < 6; i++)
+    if (kpacejkaMembers[i].group == KPacejkaMember::RANGES)
+      PSystemParameter(system, rangeNames[r++], "-", KPacejkaFloat(*this, kpacejkaMembers[i]));
   PSystemSignal(system, "side_slip", "deg", &sideSlip);
   PSystemSignal(system, "slip_percentage", "%", &slipPercentage);
   PSystemSignal(system, "camber", "%", &camber);  // "%" for camber is the unit it always had

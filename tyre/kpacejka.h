@@ -10,9 +10,11 @@
 // and the moment in N·m.
 //
 // Every data member is public: the application, the editor and the exports
-// read and write coefficients directly. The members keep their declaration
-// order (the Pacejka89/96 run is addressed by position from a0, see Pac96());
-// kpacejkaMembers below names each of them for loading, dumping and editing.
+// read and write coefficients directly. kpacejkaMembers below describes each
+// of them (name, offset, model family, group, TIR key, fit bounds) for
+// loading, dumping, editing, writing and fitting; the runs that code walks by
+// position (a0 ... c17, lfz0 ... lres, pcx1 ... pty2, qbz1 ... ssz4,
+// zeta0 ... zeta8) are checked at compile time in kpacejka_names.cpp.
 //
 // The implementation is split by concept:
 //   kpacejka.cpp         construction, reset, setters, accessors, CreateSystem
@@ -22,7 +24,8 @@
 //   kpacejka_pac2006.cpp model 2
 //   kpacejka_limits.cpp  dispatch, friction limits and the NaN guard
 //   kpacejka_tir.cpp     LoadFromTirFile
-//   kpacejka_names.cpp   the member-name table
+//   kpacejka_tirwrite.cpp the TIR writer (kpacejka_tirwrite.h)
+//   kpacejka_names.cpp   the member table
 #pragma once
 
 #include <cstdint>
@@ -77,7 +80,8 @@ class KPacejka {
   float GetLongitudinalFriction() const;
   const char *GetModelName() const;
   static const char *GetModelName(int model);
-  // The Pacejka89/96 coefficient at position i (0 = a0 ... 45 = c17).
+  // The Pacejka89/96 coefficient at position i (0 = a0 ... 45 = c17), through
+  // the member table.
   float &Pac96(int i);
   // Registers the live parameters and signals under `parent` (once).
   void CreateSystem(PSystem *parent);
@@ -167,16 +171,24 @@ class KPacejka {
   void CheckCamber();
 };
 
-// ---- The member-name table ----------------------------------------------------
+// ---- The member table ------------------------------------------------------------
 // One entry per named member, in declaration order: flags, a0 ... c17, the
 // scaling factors, the Magic Formula coefficients, zeta0 ... zeta8, r0, fz0,
 // longv, mbelt, fyShiftScale, lmp, lkyc, lt, model, and the range ends
-// slipangle_min ... fz_max. Loading, the CLI, the editor and the exports all
-// go through it.
+// slipangle_min ... fz_max. Each entry says which models read the member,
+// what it shapes, where a TIR file keeps it and how far a fitter may move it.
+// Loading (configuration and TIR), the TIR writer, the CLI, the editor and the
+// exports all take their names and lists from it.
 struct KPacejkaMember {
   enum Kind : uint8_t { FLOAT, INT, FLAGS };
   // The models that read the member.
-  enum Family : uint8_t { ANY, PAC96_FAMILY, MAGIC_FAMILY, PAC2006_ONLY };
+  enum Family : uint8_t {
+    ANY,           // every model (flags, model, the ranges)
+    PAC96_FAMILY,  // model 0
+    MAGIC_FAMILY,  // models 1, 2, 3
+    PAC2006_ONLY,  // model 2
+    MF_ONLY,       // models 1 and 3 (Pacejka2006 leaves it out)
+  };
   // What the member shapes; the fitter fits one group per stage.
   enum Group : uint8_t {
     OTHER,        // flags, model
@@ -184,13 +196,14 @@ struct KPacejkaMember {
     PURE_FY,      // lateral force, pure slip (camber included)
     PURE_MZ,      // aligning moment, pure slip
     COMBINED_FX,  // longitudinal force under side slip
-    COMBINED_FY,  // lateral force under longitudinal slip
+    COMBINED_FY,  // lateral force under longitudinal slip (fyShiftScale too)
     COMBINED_MZ,  // aligning moment under combined slip
     RELAXATION,   // transient (relaxation length) terms
     TURN_SLIP,    // zeta0 ... zeta8
     SCALING,      // lfz0 ... lres, lmp, lkyc, lt
-    DIMENSIONS,   // r0, fz0, longv, mbelt, fyShiftScale
+    DIMENSIONS,   // r0, fz0, longv, mbelt
     RANGES,       // slipangle_min ... fz_max
+    GROUP_COUNT
   };
   const char *name;
   Kind kind;
@@ -198,12 +211,19 @@ struct KPacejkaMember {
   Family family = ANY;
   Group group = OTHER;
   const char *tirSection = nullptr;  // TIR section and key it is read from and
-  const char *tirKey = nullptr;      // written to; null when no TIR key has it
+  const char *tirKey = nullptr;      // written to (lower case); null when no TIR key has it
   float fitMin = 0, fitMax = 0;      // bounds when fitted; equal: never fitted
+  // Place among the Magic Formula scaling keys of a car.ini section (lfz0 ...
+  // lgyr, then lmp, lkyc, lt), the order they are read, shown on the panel and
+  // exported in; -1 for every other member.
+  int8_t iniOrder = -1;
 };
 
 extern const KPacejkaMember kpacejkaMembers[];
 extern const int kpacejkaMemberCount;
+// Scaling factors with a place in the car.ini order (iniOrder 0 ... 30); the
+// first 28 are the panel's and the export block's, lmp, lkyc, lt follow.
+constexpr int KPACEJKA_INI_SCALING_COUNT = 31;
 
 // The entry named `name` (exact, case-sensitive), or null.
 const KPacejkaMember *KPacejkaFindMember(const char *name);
@@ -215,3 +235,22 @@ double KPacejkaGetMember(const KPacejka &tyre, const KPacejkaMember &m);
 void KPacejkaSetMember(KPacejka &tyre, const KPacejkaMember &m, double value);
 // The float behind a FLOAT entry; null for model and flags.
 float *KPacejkaFloat(KPacejka &tyre, const KPacejkaMember &m);
+
+// ---- Queries over the table (for the fitter, the TIR reader and writer) -----------
+// Whether model number `model` reads the member (unknown numbers run as model 1).
+bool KPacejkaModelReads(const KPacejkaMember &m, int model);
+// Whether a fitter may move the member (fitMin < fitMax).
+inline bool KPacejkaIsFitted(const KPacejkaMember &m) { return m.fitMin < m.fitMax; }
+// The members of `group` that model `model` reads and a fitter moves, in table
+// order: up to `capacity` of them into `out` (which may be null with capacity
+// 0); returns how many there are in all.
+int KPacejkaFittedMembers(int model, KPacejkaMember::Group group, const KPacejkaMember **out,
+                          int capacity);
+// Short text of a group for reports: "pure Fx", "combined Fy", "scaling", ...
+const char *KPacejkaGroupName(KPacejkaMember::Group group);
+// The entry the TIR key `section`.`key` (lower case) is read into, or null.
+const KPacejkaMember *KPacejkaFindTirMember(const char *section, const char *key);
+// The entry of Pacejka89/96 coefficient i (0 = a0 ... 45 = c17), or null.
+const KPacejkaMember *KPacejkaPac96Member(int i);
+// The entry with car.ini scaling place `order` (0 ... KPACEJKA_INI_SCALING_COUNT-1), or null.
+const KPacejkaMember *KPacejkaIniScalingMember(int order);

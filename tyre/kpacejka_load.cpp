@@ -1,27 +1,14 @@
 // KPacejka loading from a configuration tree: Load (with import_file and the
 // camber plausibility check) and LoadFromInfo.
 #include <cstdio>
-#include <initializer_list>
 
 #include "base/qinfo.h"
 #include "base/qstring.h"
 #include "tyre/kpacejka.h"
 #include "diag/qdebug.h"
 
-// ---- Key lists (names resolved through the member-name table) -----------------
-
-// Read for every model, with the current value as default (model by GetInt).
-static const char *const commonKeys[] = {
-    "slipangle_min", "slipangle_max", "slipratio_min", "slipratio_max",
-    "camber_min",    "camber_max",    "fz_min",        "fz_max",
-};
-
-// Magic Formula scaling factors, in the order the configuration reads them.
-static const char *const mfScalingKeys[] = {
-    "lfz0", "lcx", "lmux", "lex",   "lkx", "lhx",   "lvx",   "lgax", "lcy", "lmuy", "ley",
-    "lky",  "lhy", "lvy",  "lgay",  "ltr", "lres",  "lgaz",  "lmx",  "lvmx", "lmy", "lxal",
-    "lyka", "lvyka", "ls", "lsgkp", "lsgal", "lgyr", "lmp", "lkyc", "lt",
-};
+// The keys are the member table's names; what each model reads is derived
+// from the table's groups and car.ini scaling places below.
 
 static void Key(char *out, size_t size, const char *path, const char *name) {
   snprintf(out, size, "%s.%s", path, name);
@@ -70,15 +57,20 @@ bool KPacejka::LoadFromInfo(QInfo *info, const char *path) {
   // 1. model and ranges, for every model
   Key(key, sizeof key, path, "model");
   model = info->GetInt(key, model);
-  for (const char *name : commonKeys) ReadFloat(*this, info, path, name, true, 0.0f);
+  for (int i = 0; i < kpacejkaMemberCount; i++)
+    if (kpacejkaMembers[i].group == KPacejkaMember::RANGES)
+      ReadFloat(*this, info, path, kpacejkaMembers[i].name, true, 0.0f);
 
   if (model == MF52 || model == PAC2006 || model == MF61) {
     // 2. Magic Formula: every key defaults to what is there (an imported TIR
     //    value survives unless the configuration overrides it)
-    for (const char *name : {"r0", "fz0", "longv", "mbelt"}) ReadFloat(*this, info, path, name, true, 0.0f);
+    for (int i = 0; i < kpacejkaMemberCount; i++)
+      if (kpacejkaMembers[i].group == KPacejkaMember::DIMENSIONS)
+        ReadFloat(*this, info, path, kpacejkaMembers[i].name, true, 0.0f);
     ReadRun(*this, info, path, "pcx1", "pty2", true);
     ReadRun(*this, info, path, "qbz1", "ssz4", true);
-    for (const char *name : mfScalingKeys) ReadFloat(*this, info, path, name, true, 0.0f);
+    for (int order = 0; order < KPACEJKA_INI_SCALING_COUNT; order++)
+      ReadFloat(*this, info, path, KPacejkaIniScalingMember(order)->name, true, 0.0f);
   } else if (model == PAC96) {
     // 3. Pacejka89/96: a missing coefficient is 0, never a leftover, so the
     //    tyre comes wholly from the configuration

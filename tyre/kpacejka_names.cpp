@@ -1,65 +1,286 @@
-// The member-name table of KPacejka: one entry per named member, in
-// declaration order, with its kind and byte offset. Loading (configuration and
-// TIR), the CLI's --dump/--set, the editor and the exports look names up here
-// instead of spelling them again.
+// The member table of KPacejka: one entry per named member, in declaration
+// order, with its kind, byte offset, model family, group, TIR key, fit bounds
+// and car.ini scaling place. Loading (configuration and TIR), the TIR writer,
+// the CLI's --dump/--set, the editor, the exports and the fitter take their
+// names and lists from here instead of spelling them again.
+//
+//   the table            one entry per member
+//   checks on the table  static_asserts on the runs that code walks by position
+//   lookups              by name, by TIR key, by car.ini place
+//   queries              model families, fitted members per group
+//   access               reading and writing a member of a tyre
 #include <cstddef>
 #include <cstring>
 
 #include "tyre/kpacejka.h"
 
-#define F(m) {#m, KPacejkaMember::FLOAT, uint32_t(offsetof(KPacejka, m))}
-#define R(name, m) {name, KPacejkaMember::FLOAT, uint32_t(offsetof(KPacejka, m))}
+namespace {
 
-const KPacejkaMember kpacejkaMembers[] = {
-    {"flags", KPacejkaMember::FLAGS, uint32_t(offsetof(KPacejka, flags))},
-    // Pacejka89/96
-    F(a0), F(a1), F(a2), F(a3), F(a4), F(a5),
-    F(a6), F(a7), F(a8), F(a9), F(a10), F(a111),
-    F(a112), F(a12), F(a13), F(b0), F(b1), F(b2),
-    F(b3), F(b4), F(b5), F(b6), F(b7), F(b8),
-    F(b9), F(b10), F(b11), F(b12), F(c0), F(c1),
-    F(c2), F(c3), F(c4), F(c5), F(c6), F(c7),
-    F(c8), F(c9), F(c10), F(c11), F(c12), F(c13),
-    F(c14), F(c15), F(c16), F(c17),
-    // scaling factors
-    F(lfz0), F(lcx), F(lmux), F(lex), F(lkx), F(lhx),
-    F(lvx), F(lgax), F(lcy), F(lmuy), F(ley), F(lky),
-    F(lhy), F(lvy), F(lgay), F(lxal), F(lyka), F(lvyka),
-    F(ls), F(lsgkp), F(lsgal), F(lgyr), F(lmx), F(lvmx),
-    F(lmy), F(lgaz), F(ltr), F(lres),
-    // Magic Formula, longitudinal
-    F(pcx1), F(pdx1), F(pdx2), F(pdx3), F(pex1), F(pex2),
-    F(pex3), F(pex4), F(pkx1), F(pkx2), F(pkx3), F(phx1),
-    F(phx2), F(pvx1), F(pvx2), F(rbx1), F(rbx2), F(rbx3),
-    F(rcx1), F(rex1), F(rex2), F(rhx1), F(ptx1), F(ptx2),
-    F(ptx3),
-    // Magic Formula, lateral
-    F(pcy1), F(pdy1), F(pdy2), F(pdy3), F(pey1), F(pey2),
-    F(pey3), F(pey4), F(pky1), F(pky2), F(pky3), F(phy1),
-    F(phy2), F(phy3), F(pvy1), F(pvy2), F(pvy3), F(pvy4),
-    F(rby1), F(rby2), F(rby3), F(rby4), F(rcy1), F(rey1),
-    F(rey2), F(rhy1), F(rhy2), F(rvy1), F(rvy2), F(rvy3),
-    F(rvy4), F(rvy5), F(rvy6), F(pty1), F(pty2),
-    // Magic Formula, aligning
-    F(qbz1), F(qbz2), F(qbz3), F(qbz4), F(qbz5), F(qbz6),
-    F(qbz9), F(qbz10), F(qcz1), F(qdz1), F(qdz2), F(qdz3),
-    F(qdz4), F(qdz6), F(qdz7), F(qdz8), F(qdz9), F(qez1),
-    F(qez2), F(qez3), F(qez4), F(qez5), F(qhz1), F(qhz2),
-    F(qhz3), F(qhz4), F(ssz1), F(ssz2), F(ssz3), F(ssz4),
-    // turn slip
-    F(zeta0), F(zeta1), F(zeta2), F(zeta3), F(zeta4), F(zeta5),
-    F(zeta6), F(zeta7), F(zeta8),
-    // tyre data
-    F(r0), F(fz0), F(longv), F(mbelt), F(fyShiftScale), F(lmp), F(lkyc), F(lt),
-    {"model", KPacejkaMember::INT, uint32_t(offsetof(KPacejka, model))},
-    // validity ranges, under their configuration keys
-    R("slipangle_min", slipAngleMin), R("slipangle_max", slipAngleMax),
-    R("slipratio_min", slipRatioMin), R("slipratio_max", slipRatioMax),
-    R("camber_min", camberMin), R("camber_max", camberMax),
-    R("fz_min", fzMin), R("fz_max", fzMax),
+using K = KPacejkaMember;
+
+// TIR sections, as the reader names them (lower case).
+#define LONGITUDINAL "longitudinal_coefficients"
+#define LATERAL "lateral_coefficients"
+#define ALIGNING "aligning_coefficients"
+#define SCALING_TIR "scaling_coefficients"
+
+#define AT(m) uint32_t(offsetof(KPacejka, m))
+// A Pacejka89/96 coefficient: no TIR key; fitted within [lo, hi].
+#define P96(m, group, lo, hi) {#m, K::FLOAT, AT(m), K::PAC96_FAMILY, K::group, nullptr, nullptr, lo, hi}
+// A Magic Formula coefficient under its own name in a TIR section; fitted
+// within [lo, hi] unless lo == hi.
+#define MF(m, family, group, section, lo, hi) \
+  {#m, K::FLOAT, AT(m), K::family, K::group, section, #m, lo, hi}
+// A scaling factor, at place `order` of the car.ini list.
+#define SCALE(m, key, order) \
+  {#m, K::FLOAT, AT(m), K::MAGIC_FAMILY, K::SCALING, SCALING_TIR, key, 0, 0, order}
+// A range end under its configuration key and its TIR key.
+#define RANGE(name, m, section, key) {name, K::FLOAT, AT(m), K::ANY, K::RANGES, section, key}
+
+}  // namespace
+
+// Fit bounds hold every bundled tyre (data/cars, data/tyres and the TIR test
+// files) with room to spare; they stop shape factors at physical limits
+// (C within 0.5 ... 3, curvature E at zero load no more than 1, stiffness
+// divisors positive) and leave sign conventions open where files differ.
+constexpr KPacejkaMember kpacejkaMembers[] = {
+    {"flags", K::FLAGS, AT(flags)},
+    // ---- Pacejka89/96 (kN, degrees, percent) ----
+    // Lateral force a0 ... a13 (a2 and b2 also set the force limits of
+    // Pacejka2006, which has no friction coefficient of its own there)
+    P96(a0, PURE_FY, 0.5f, 3.0f),       P96(a1, PURE_FY, -100.0f, 100.0f),
+    P96(a2, PURE_FY, 0.0f, 3000.0f),    P96(a3, PURE_FY, 0.0f, 20000.0f),
+    P96(a4, PURE_FY, 0.5f, 200.0f),     P96(a5, PURE_FY, -1.0f, 1.0f),
+    P96(a6, PURE_FY, -2.0f, 2.0f),      P96(a7, PURE_FY, -10.0f, 1.0f),
+    P96(a8, PURE_FY, -1.0f, 1.0f),      P96(a9, PURE_FY, -0.1f, 0.1f),
+    P96(a10, PURE_FY, -2.0f, 2.0f),     P96(a111, PURE_FY, -50.0f, 50.0f),
+    P96(a112, PURE_FY, -50.0f, 50.0f),  P96(a12, PURE_FY, -50.0f, 50.0f),
+    P96(a13, PURE_FY, -200.0f, 200.0f),
+    // Longitudinal force b0 ... b12
+    P96(b0, PURE_FX, 0.5f, 3.0f),       P96(b1, PURE_FX, -200.0f, 200.0f),
+    P96(b2, PURE_FX, 0.0f, 3000.0f),    P96(b3, PURE_FX, -100.0f, 100.0f),
+    P96(b4, PURE_FX, 0.0f, 2000.0f),    P96(b5, PURE_FX, -1.0f, 1.0f),
+    P96(b6, PURE_FX, -0.1f, 0.1f),      P96(b7, PURE_FX, -1.0f, 1.0f),
+    P96(b8, PURE_FX, -10.0f, 1.0f),     P96(b9, PURE_FX, -1.0f, 1.0f),
+    P96(b10, PURE_FX, -5.0f, 5.0f),     P96(b11, PURE_FX, -100.0f, 100.0f),
+    P96(b12, PURE_FX, -500.0f, 500.0f),
+    // Aligning moment c0 ... c17 (c9 is the curvature at zero load, capped
+    // at 1 by the model but above 1 in published sets)
+    P96(c0, PURE_MZ, 0.5f, 3.0f),       P96(c1, PURE_MZ, -20.0f, 20.0f),
+    P96(c2, PURE_MZ, -50.0f, 50.0f),    P96(c3, PURE_MZ, -10.0f, 10.0f),
+    P96(c4, PURE_MZ, -50.0f, 50.0f),    P96(c5, PURE_MZ, -1.0f, 1.0f),
+    P96(c6, PURE_MZ, -1.0f, 1.0f),      P96(c7, PURE_MZ, -1.0f, 1.0f),
+    P96(c8, PURE_MZ, -5.0f, 5.0f),      P96(c9, PURE_MZ, -10.0f, 5.0f),
+    P96(c10, PURE_MZ, -1.0f, 1.0f),     P96(c11, PURE_MZ, -1.0f, 1.0f),
+    P96(c12, PURE_MZ, -0.5f, 0.5f),     P96(c13, PURE_MZ, -2.0f, 2.0f),
+    P96(c14, PURE_MZ, -1.0f, 1.0f),     P96(c15, PURE_MZ, -5.0f, 5.0f),
+    P96(c16, PURE_MZ, -20.0f, 20.0f),   P96(c17, PURE_MZ, -100.0f, 100.0f),
+    // ---- Scaling factors (storage order; the TIR key of lt is lkzc, further down) ----
+    SCALE(lfz0, "lfz0", 0),   SCALE(lcx, "lcx", 1),     SCALE(lmux, "lmux", 2),
+    SCALE(lex, "lex", 3),     SCALE(lkx, "lkx", 4),     SCALE(lhx, "lhx", 5),
+    SCALE(lvx, "lvx", 6),     SCALE(lgax, "lgax", 7),   SCALE(lcy, "lcy", 8),
+    SCALE(lmuy, "lmuy", 9),   SCALE(ley, "ley", 10),    SCALE(lky, "lky", 11),
+    SCALE(lhy, "lhy", 12),    SCALE(lvy, "lvy", 13),    SCALE(lgay, "lgay", 14),
+    SCALE(lxal, "lxal", 21),  SCALE(lyka, "lyka", 22),  SCALE(lvyka, "lvyka", 23),
+    SCALE(ls, "ls", 24),      SCALE(lsgkp, "lsgkp", 25), SCALE(lsgal, "lsgal", 26),
+    SCALE(lgyr, "lgyr", 27),  SCALE(lmx, "lmx", 18),    SCALE(lvmx, "lvmx", 19),
+    SCALE(lmy, "lmy", 20),    SCALE(lgaz, "lgaz", 17),  SCALE(ltr, "ltr", 15),
+    SCALE(lres, "lres", 16),
+    // ---- Magic Formula, longitudinal ----
+    MF(pcx1, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, 0.5f, 3.0f),
+    MF(pdx1, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, 0.1f, 3.0f),
+    MF(pdx2, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -1.0f, 1.0f),
+    MF(pdx3, MF_ONLY, PURE_FX, LONGITUDINAL, -20.0f, 20.0f),
+    MF(pex1, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -10.0f, 1.0f),
+    MF(pex2, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -10.0f, 10.0f),
+    MF(pex3, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -10.0f, 10.0f),
+    MF(pex4, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -5.0f, 5.0f),
+    MF(pkx1, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, 1.0f, 100.0f),
+    MF(pkx2, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -50.0f, 50.0f),
+    MF(pkx3, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -5.0f, 5.0f),
+    MF(phx1, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -0.1f, 0.1f),
+    MF(phx2, MAGIC_FAMILY, PURE_FX, LONGITUDINAL, -0.1f, 0.1f),
+    // Pacejka2006 weights its vertical shift with a speed it is never given: 0
+    MF(pvx1, MF_ONLY, PURE_FX, LONGITUDINAL, -0.5f, 0.5f),
+    MF(pvx2, MF_ONLY, PURE_FX, LONGITUDINAL, -0.5f, 0.5f),
+    MF(rbx1, MAGIC_FAMILY, COMBINED_FX, LONGITUDINAL, 0.0f, 100.0f),
+    MF(rbx2, MAGIC_FAMILY, COMBINED_FX, LONGITUDINAL, -100.0f, 100.0f),
+    MF(rbx3, PAC2006_ONLY, COMBINED_FX, LONGITUDINAL, -500.0f, 500.0f),
+    MF(rcx1, MAGIC_FAMILY, COMBINED_FX, LONGITUDINAL, 0.5f, 3.0f),
+    MF(rex1, MAGIC_FAMILY, COMBINED_FX, LONGITUDINAL, -10.0f, 1.0f),
+    MF(rex2, MAGIC_FAMILY, COMBINED_FX, LONGITUDINAL, -10.0f, 10.0f),
+    MF(rhx1, MAGIC_FAMILY, COMBINED_FX, LONGITUDINAL, -0.1f, 0.1f),
+    // relaxation lengths: no evaluation here reads them, so nothing fits them
+    MF(ptx1, MAGIC_FAMILY, RELAXATION, LONGITUDINAL, 0, 0),
+    MF(ptx2, MAGIC_FAMILY, RELAXATION, LONGITUDINAL, 0, 0),
+    MF(ptx3, MAGIC_FAMILY, RELAXATION, LONGITUDINAL, 0, 0),
+    // ---- Magic Formula, lateral (pdy1 and pky1 take either sign: files differ
+    //      in their axis convention) ----
+    MF(pcy1, MAGIC_FAMILY, PURE_FY, LATERAL, 0.5f, 3.0f),
+    MF(pdy1, MAGIC_FAMILY, PURE_FY, LATERAL, -3.0f, 3.0f),
+    MF(pdy2, MAGIC_FAMILY, PURE_FY, LATERAL, -1.0f, 1.0f),
+    MF(pdy3, MAGIC_FAMILY, PURE_FY, LATERAL, -20.0f, 20.0f),
+    MF(pey1, MAGIC_FAMILY, PURE_FY, LATERAL, -10.0f, 1.0f),
+    MF(pey2, MAGIC_FAMILY, PURE_FY, LATERAL, -10.0f, 10.0f),
+    MF(pey3, MAGIC_FAMILY, PURE_FY, LATERAL, -50.0f, 50.0f),
+    MF(pey4, MAGIC_FAMILY, PURE_FY, LATERAL, -1000.0f, 1000.0f),
+    MF(pky1, MAGIC_FAMILY, PURE_FY, LATERAL, -100.0f, 100.0f),
+    MF(pky2, MAGIC_FAMILY, PURE_FY, LATERAL, 0.1f, 20.0f),
+    MF(pky3, MAGIC_FAMILY, PURE_FY, LATERAL, -5.0f, 5.0f),
+    MF(phy1, MAGIC_FAMILY, PURE_FY, LATERAL, -0.1f, 0.1f),
+    MF(phy2, MAGIC_FAMILY, PURE_FY, LATERAL, -0.1f, 0.1f),
+    MF(phy3, MAGIC_FAMILY, PURE_FY, LATERAL, -1.0f, 1.0f),
+    MF(pvy1, MAGIC_FAMILY, PURE_FY, LATERAL, -0.5f, 0.5f),
+    MF(pvy2, MAGIC_FAMILY, PURE_FY, LATERAL, -0.5f, 0.5f),
+    MF(pvy3, MAGIC_FAMILY, PURE_FY, LATERAL, -5.0f, 5.0f),
+    MF(pvy4, MAGIC_FAMILY, PURE_FY, LATERAL, -5.0f, 5.0f),
+    MF(rby1, MAGIC_FAMILY, COMBINED_FY, LATERAL, 0.0f, 100.0f),
+    MF(rby2, MAGIC_FAMILY, COMBINED_FY, LATERAL, -100.0f, 100.0f),
+    MF(rby3, MAGIC_FAMILY, COMBINED_FY, LATERAL, -1.0f, 1.0f),
+    MF(rby4, PAC2006_ONLY, COMBINED_FY, LATERAL, -500.0f, 500.0f),
+    MF(rcy1, MAGIC_FAMILY, COMBINED_FY, LATERAL, 0.0f, 3.0f),
+    MF(rey1, MAGIC_FAMILY, COMBINED_FY, LATERAL, -10.0f, 1.0f),
+    MF(rey2, MAGIC_FAMILY, COMBINED_FY, LATERAL, -10.0f, 10.0f),
+    MF(rhy1, MAGIC_FAMILY, COMBINED_FY, LATERAL, -0.1f, 0.1f),
+    MF(rhy2, MAGIC_FAMILY, COMBINED_FY, LATERAL, -0.1f, 0.1f),
+    MF(rvy1, MAGIC_FAMILY, COMBINED_FY, LATERAL, -5.0f, 5.0f),
+    MF(rvy2, MAGIC_FAMILY, COMBINED_FY, LATERAL, -5.0f, 5.0f),
+    MF(rvy3, MAGIC_FAMILY, COMBINED_FY, LATERAL, -500.0f, 500.0f),
+    MF(rvy4, MAGIC_FAMILY, COMBINED_FY, LATERAL, -500.0f, 500.0f),
+    MF(rvy5, MAGIC_FAMILY, COMBINED_FY, LATERAL, -10.0f, 10.0f),
+    MF(rvy6, MAGIC_FAMILY, COMBINED_FY, LATERAL, -1000.0f, 1000.0f),
+    MF(pty1, MAGIC_FAMILY, RELAXATION, LATERAL, 0, 0),
+    MF(pty2, MAGIC_FAMILY, RELAXATION, LATERAL, 0, 0),
+    // ---- Magic Formula, aligning ----
+    MF(qbz1, MAGIC_FAMILY, PURE_MZ, ALIGNING, 0.0f, 50.0f),
+    MF(qbz2, MAGIC_FAMILY, PURE_MZ, ALIGNING, -20.0f, 20.0f),
+    MF(qbz3, MAGIC_FAMILY, PURE_MZ, ALIGNING, -20.0f, 20.0f),
+    // qbz4 has no TIR key: the import leaves it alone, so a file could not
+    // carry a fitted value back; it is not fitted either.
+    {"qbz4", K::FLOAT, AT(qbz4), K::MF_ONLY, K::PURE_MZ},
+    MF(qbz5, MAGIC_FAMILY, PURE_MZ, ALIGNING, -5.0f, 5.0f),
+    MF(qbz6, PAC2006_ONLY, PURE_MZ, ALIGNING, -5.0f, 5.0f),
+    MF(qbz9, MAGIC_FAMILY, PURE_MZ, ALIGNING, -50.0f, 50.0f),
+    MF(qbz10, MAGIC_FAMILY, PURE_MZ, ALIGNING, -5.0f, 5.0f),
+    MF(qcz1, MAGIC_FAMILY, PURE_MZ, ALIGNING, 0.5f, 3.0f),
+    MF(qdz1, MAGIC_FAMILY, PURE_MZ, ALIGNING, -1.0f, 1.0f),
+    MF(qdz2, MAGIC_FAMILY, PURE_MZ, ALIGNING, -1.0f, 1.0f),
+    MF(qdz3, MAGIC_FAMILY, PURE_MZ, ALIGNING, -5.0f, 5.0f),
+    MF(qdz4, MAGIC_FAMILY, PURE_MZ, ALIGNING, -50.0f, 50.0f),
+    MF(qdz6, MAGIC_FAMILY, PURE_MZ, ALIGNING, -0.1f, 0.1f),
+    MF(qdz7, MAGIC_FAMILY, PURE_MZ, ALIGNING, -0.1f, 0.1f),
+    MF(qdz8, MAGIC_FAMILY, PURE_MZ, ALIGNING, -5.0f, 5.0f),
+    MF(qdz9, MAGIC_FAMILY, PURE_MZ, ALIGNING, -5.0f, 5.0f),
+    MF(qez1, MAGIC_FAMILY, PURE_MZ, ALIGNING, -50.0f, 1.0f),
+    MF(qez2, MAGIC_FAMILY, PURE_MZ, ALIGNING, -50.0f, 50.0f),
+    MF(qez3, MAGIC_FAMILY, PURE_MZ, ALIGNING, -50.0f, 50.0f),
+    MF(qez4, MAGIC_FAMILY, PURE_MZ, ALIGNING, -10.0f, 10.0f),
+    MF(qez5, MAGIC_FAMILY, PURE_MZ, ALIGNING, -1000.0f, 1000.0f),
+    MF(qhz1, MAGIC_FAMILY, PURE_MZ, ALIGNING, -0.1f, 0.1f),
+    MF(qhz2, MAGIC_FAMILY, PURE_MZ, ALIGNING, -0.1f, 0.1f),
+    MF(qhz3, MAGIC_FAMILY, PURE_MZ, ALIGNING, -1.0f, 1.0f),
+    MF(qhz4, MAGIC_FAMILY, PURE_MZ, ALIGNING, -1.0f, 1.0f),
+    MF(ssz1, MAGIC_FAMILY, COMBINED_MZ, ALIGNING, -0.5f, 0.5f),
+    MF(ssz2, MAGIC_FAMILY, COMBINED_MZ, ALIGNING, -0.5f, 0.5f),
+    MF(ssz3, MAGIC_FAMILY, COMBINED_MZ, ALIGNING, -5.0f, 5.0f),
+    MF(ssz4, MAGIC_FAMILY, COMBINED_MZ, ALIGNING, -5.0f, 5.0f),
+    // ---- Turn slip (set by code only) ----
+    {"zeta0", K::FLOAT, AT(zeta0), K::PAC2006_ONLY, K::TURN_SLIP},
+    {"zeta1", K::FLOAT, AT(zeta1), K::PAC2006_ONLY, K::TURN_SLIP},
+    {"zeta2", K::FLOAT, AT(zeta2), K::PAC2006_ONLY, K::TURN_SLIP},
+    {"zeta3", K::FLOAT, AT(zeta3), K::PAC2006_ONLY, K::TURN_SLIP},
+    {"zeta4", K::FLOAT, AT(zeta4), K::PAC2006_ONLY, K::TURN_SLIP},
+    {"zeta5", K::FLOAT, AT(zeta5), K::PAC2006_ONLY, K::TURN_SLIP},
+    {"zeta6", K::FLOAT, AT(zeta6), K::PAC2006_ONLY, K::TURN_SLIP},
+    {"zeta7", K::FLOAT, AT(zeta7), K::PAC2006_ONLY, K::TURN_SLIP},
+    {"zeta8", K::FLOAT, AT(zeta8), K::PAC2006_ONLY, K::TURN_SLIP},
+    // ---- Tyre data (the import sets longv and mbelt itself, from no key) ----
+    {"r0", K::FLOAT, AT(r0), K::MAGIC_FAMILY, K::DIMENSIONS, "dimensions", "unloaded_radius"},
+    {"fz0", K::FLOAT, AT(fz0), K::MAGIC_FAMILY, K::DIMENSIONS, "vertical", "fnomin"},
+    {"longv", K::FLOAT, AT(longv), K::MAGIC_FAMILY, K::DIMENSIONS},
+    {"mbelt", K::FLOAT, AT(mbelt), K::MAGIC_FAMILY, K::DIMENSIONS},
+    {"fyShiftScale", K::FLOAT, AT(fyShiftScale), K::MAGIC_FAMILY, K::COMBINED_FY},
+    SCALE(lmp, "lmp", 28), SCALE(lkyc, "lkyc", 29), SCALE(lt, "lkzc", 30),
+    {"model", K::INT, AT(model)},
+    // ---- Validity ranges, under their configuration keys ----
+    RANGE("slipangle_min", slipAngleMin, "slip_angle_range", "alpmin"),
+    RANGE("slipangle_max", slipAngleMax, "slip_angle_range", "alpmax"),
+    RANGE("slipratio_min", slipRatioMin, "long_slip_range", "kpumin"),
+    RANGE("slipratio_max", slipRatioMax, "long_slip_range", "kpumax"),
+    RANGE("camber_min", camberMin, "inclination_angle_range", "cammin"),
+    RANGE("camber_max", camberMax, "inclination_angle_range", "cammax"),
+    RANGE("fz_min", fzMin, "vertical_force_range", "fzmin"),
+    RANGE("fz_max", fzMax, "vertical_force_range", "fzmax"),
 };
 
 const int kpacejkaMemberCount = int(sizeof kpacejkaMembers / sizeof kpacejkaMembers[0]);
+
+// ---- Checks on the table ------------------------------------------------------------
+
+namespace {
+
+constexpr int kCount = int(sizeof kpacejkaMembers / sizeof kpacejkaMembers[0]);
+
+constexpr bool Same(const char *a, const char *b) {
+  while (*a && *a == *b) a++, b++;
+  return *a == *b;
+}
+
+constexpr int IndexOf(const char *name) {
+  for (int i = 0; i < kCount; i++)
+    if (Same(kpacejkaMembers[i].name, name)) return i;
+  return -1;
+}
+
+// Entries `first` ... `last` stand next to each other in the table and their
+// floats next to each other in the object: code that walks such a run by
+// position (reset, the editor's fields, the configuration reader) relies on it.
+constexpr bool Contiguous(const char *first, const char *last) {
+  const int from = IndexOf(first), to = IndexOf(last);
+  if (from < 0 || to < from) return false;
+  for (int i = from; i < to; i++)
+    if (kpacejkaMembers[i + 1].offset != kpacejkaMembers[i].offset + sizeof(float)) return false;
+  return true;
+}
+
+// Every place 0 ... KPACEJKA_INI_SCALING_COUNT-1 of the car.ini scaling order
+// is taken exactly once, and only by scaling factors.
+constexpr bool IniOrderComplete() {
+  for (int place = 0; place < KPACEJKA_INI_SCALING_COUNT; place++) {
+    int holders = 0;
+    for (int i = 0; i < kCount; i++)
+      if (kpacejkaMembers[i].iniOrder == place) holders += kpacejkaMembers[i].group == K::SCALING;
+    if (holders != 1) return false;
+  }
+  for (int i = 0; i < kCount; i++)
+    if (kpacejkaMembers[i].iniOrder >= KPACEJKA_INI_SCALING_COUNT) return false;
+  return true;
+}
+
+// Fitted entries are floats with a proper interval; only coefficient groups are fitted.
+constexpr bool FitBoundsSound() {
+  for (int i = 0; i < kCount; i++) {
+    const K &m = kpacejkaMembers[i];
+    if (m.fitMin > m.fitMax) return false;
+    if (m.fitMin == m.fitMax) continue;
+    if (m.kind != K::FLOAT || m.group == K::OTHER || m.group >= K::RELAXATION) return false;
+  }
+  return true;
+}
+
+static_assert(Contiguous("a0", "c17") && IndexOf("c17") - IndexOf("a0") + 1 == KPacejka::PAC96_COUNT,
+              "a0 ... c17 must stay one run of 46 floats");
+static_assert(Contiguous("lfz0", "lres") && IndexOf("lres") - IndexOf("lfz0") + 1 == KPacejka::SCALING_COUNT,
+              "the scaling factors must stay one run of 28 floats");
+static_assert(IndexOf("lfz0") == IndexOf("c17") + 1, "the scaling factors follow c17");
+static_assert(Contiguous("pcx1", "pty2") && Contiguous("qbz1", "ssz4") && Contiguous("zeta0", "zeta8"),
+              "the Magic Formula and turn-slip runs must stay contiguous");
+static_assert(IniOrderComplete(), "every car.ini scaling place needs exactly one factor");
+static_assert(FitBoundsSound(), "fit bounds only on float coefficients, with fitMin < fitMax");
+
+}  // namespace
+
+// ---- Lookups ------------------------------------------------------------------------
 
 int KPacejkaMemberIndex(const char *name) {
   if (!name) return -1;
@@ -72,6 +293,57 @@ const KPacejkaMember *KPacejkaFindMember(const char *name) {
   int i = KPacejkaMemberIndex(name);
   return i < 0 ? nullptr : &kpacejkaMembers[i];
 }
+
+const KPacejkaMember *KPacejkaFindTirMember(const char *section, const char *key) {
+  if (!section || !key) return nullptr;
+  for (const KPacejkaMember &m : kpacejkaMembers)
+    if (m.tirKey && !strcmp(m.tirSection, section) && !strcmp(m.tirKey, key)) return &m;
+  return nullptr;
+}
+
+const KPacejkaMember *KPacejkaPac96Member(int i) {
+  static const int a0 = IndexOf("a0");
+  return i >= 0 && i < KPacejka::PAC96_COUNT ? &kpacejkaMembers[a0 + i] : nullptr;
+}
+
+const KPacejkaMember *KPacejkaIniScalingMember(int order) {
+  if (order < 0 || order >= KPACEJKA_INI_SCALING_COUNT) return nullptr;
+  for (const KPacejkaMember &m : kpacejkaMembers)
+    if (m.iniOrder == order) return &m;
+  return nullptr;
+}
+
+// ---- Queries ------------------------------------------------------------------------
+
+bool KPacejkaModelReads(const KPacejkaMember &m, int model) {
+  switch (m.family) {
+    case KPacejkaMember::ANY: return true;
+    case KPacejkaMember::PAC96_FAMILY: return model == KPacejka::PAC96;
+    case KPacejkaMember::PAC2006_ONLY: return model == KPacejka::PAC2006;
+    case KPacejkaMember::MF_ONLY: return model != KPacejka::PAC96 && model != KPacejka::PAC2006;
+    default: return model != KPacejka::PAC96;  // MAGIC_FAMILY
+  }
+}
+
+int KPacejkaFittedMembers(int model, KPacejkaMember::Group group, const KPacejkaMember **out,
+                          int capacity) {
+  int n = 0;
+  for (const KPacejkaMember &m : kpacejkaMembers) {
+    if (m.group != group || !KPacejkaIsFitted(m) || !KPacejkaModelReads(m, model)) continue;
+    if (out && n < capacity) out[n] = &m;
+    n++;
+  }
+  return n;
+}
+
+const char *KPacejkaGroupName(KPacejkaMember::Group group) {
+  static const char *const names[KPacejkaMember::GROUP_COUNT] = {
+      "other",       "pure Fx",    "pure Fy",   "pure Mz",    "combined Fx", "combined Fy",
+      "combined Mz", "relaxation", "turn slip", "scaling",    "dimensions",  "ranges"};
+  return group < KPacejkaMember::GROUP_COUNT ? names[group] : "?";
+}
+
+// ---- Access -------------------------------------------------------------------------
 
 static char *At(const KPacejka &tyre, const KPacejkaMember &m) {
   return const_cast<char *>(reinterpret_cast<const char *>(&tyre)) + m.offset;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <strings.h>
 
 TEST(CoeffTable, ListFollowsModelThenFocus) {
   struct Case { int model, focus; CoeffList list; } cases[] = {
@@ -34,4 +35,15 @@ TEST(CoeffTable, LookupGivesTextsRangesAndFields) {
   // Past the end of a list: no field.
   for (auto [list, index] : {std::pair{COEFF_LIST_B, 13}, {COEFF_LIST_A, 15}, {COEFF_LIST_C, 18}})
     EXPECT_EQ(CoeffLookup(list, index).field, COEFF_FIELD_NONE) << index;
+}
+
+// Each scaling radio edits the factor its label names (labels differ from
+// member names only in case: "lKx" edits lkx).
+TEST(CoeffTable, ScalingRadiosEditTheFactorTheyName) {
+  for (int i = 0; i < COEFF_SCALE_COUNT; i++) {
+    CoeffInfo info = CoeffLookup(COEFF_LIST_SCALE, i);
+    const char *key = CoeffFieldKey(info.field);
+    ASSERT_NE(key, nullptr) << i;
+    EXPECT_EQ(strcasecmp(info.name, key), 0) << i << ": radio " << info.name << " edits " << key;
+  }
 }

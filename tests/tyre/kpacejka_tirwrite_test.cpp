@@ -1,0 +1,226 @@
+// The TIR writer: every bundled TIR file and an edited tyre survive write and
+// re-import bit for bit (members and forces), every keyed member lands in its
+// section, the text matches a golden file, and refusals and write failures
+// are reported.
+#include "tyre/kpacejka_tirwrite.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "base/qfile.h"
+#include "tests/base/capture.h"
+#include "tests/tyre/tyre_fixtures.h"
+#include "tyre/ptirfile.h"
+
+namespace fs = std::filesystem;
+using TirWriteTest = TyreFileTest;
+
+namespace {
+
+// The names of the members whose bytes differ.
+std::string MemberDiff(const KPacejka &a, const KPacejka &b) {
+  std::string diff;
+  for (int i = 0; i < kpacejkaMemberCount; i++) {
+    const KPacejkaMember &m = kpacejkaMembers[i];
+    const char *pa = reinterpret_cast<const char *>(&a) + m.offset;
+    const char *pb = reinterpret_cast<const char *>(&b) + m.offset;
+    if (memcmp(pa, pb, 4)) diff += std::string(diff.empty() ? "" : ", ") + m.name;
+  }
+  return diff;
+}
+
+// Points where Fx, Fy or Mz of the two tyres differ in any bit, over a grid
+// of loads, slip ratios, slip angles and cambers.
+int ForceDiffs(KPacejka &a, KPacejka &b) {
+  int diffs = 0;
+  for (double Fz : {800.0, 2500.0, 4000.0, 6500.0, 12000.0})
+    for (double kappa : {-0.6, -0.1, -0.01, 0.0, 0.02, 0.08, 0.3})
+      for (double alpha : {-0.35, -0.05, 0.0, 0.01, 0.12})
+        for (double gamma : {-0.08, 0.0, 0.04}) {
+          Evaluate(a, Fz, kappa, alpha, gamma);
+          Evaluate(b, Fz, kappa, alpha, gamma);
+          const float ra[3] = {a.Fx, a.Fy, a.Mz}, rb[3] = {b.Fx, b.Fy, b.Mz};
+          diffs += memcmp(ra, rb, sizeof ra) != 0;
+        }
+  return diffs;
+}
+
+std::vector<std::string> BundledTirFiles() {
+  std::vector<std::string> files;
+  for (const auto &e : fs::directory_iterator(TYRO_SOURCE_DIR "/data/tyres"))
+    if (e.path().extension() == ".tir") files.push_back(e.path().string());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::string ReadAll(const std::string &path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream ss;
+  ss << in.rdbuf();
+  return ss.str();
+}
+
+}  // namespace
+
+// ---- Round trips ----------------------------------------------------------------
+
+// Each bundled file: import, write, import the written file into a fresh
+// tyre. FITTYP 61 files come back as 6.1; every other FITTYP (5, 6, 62 or
+// none) is imported as 5.2 after the import's error, and written as 52.
+TEST_F(TirWriteTest, BundledFilesRoundTripBitForBit) {
+  const std::vector<std::string> files = BundledTirFiles();
+  ASSERT_EQ(files.size(), 7u);
+  int mf61 = 0;
+  for (const std::string &file : files) {
+    ReportCapture cap;
+    KPacejka original, back;
+    original.LoadFromTirFile(file.c_str());
+    const bool fittyp61 = PTirFile(file.c_str()).GetInt("model.fittyp", 0) == 61;
+    EXPECT_EQ(original.model, fittyp61 ? KPacejka::MF61 : KPacejka::MF52) << file;
+    EXPECT_EQ(cap.errors.find("only 52 (MF5.2) or 61 (MF6.1) supported") != std::string::npos, !fittyp61) << file;
+    mf61 += fittyp61;
+
+    const std::string out = dir + "/" + fs::path(file).filename().string();
+    ASSERT_TRUE(KPacejkaWriteTirFile(out.c_str(), original)) << file;
+    cap.errors.clear();
+    back.LoadFromTirFile(out.c_str());
+    EXPECT_EQ(cap.errors, "") << file << ": the written file has a FITTYP the import rejects";
+    EXPECT_EQ(MemberDiff(original, back), "") << file;
+    EXPECT_EQ(ForceDiffs(original, back), 0) << file;
+  }
+  EXPECT_EQ(mf61, 2);
+}
+
+// A tyre built in memory with every coefficient non-zero, for both models;
+// qbz4 is left at 0 because the import does not read it.
+TEST_F(TirWriteTest, EditedTyreRoundTripsForBothModels) {
+  for (int model : {KPacejka::MF52, KPacejka::MF61}) {
+    KPacejka original, back;
+    SetTestMF(original, model);
+    SetMembers(original, {{"qbz4", 0.0}, {"ptx1", 1.2}, {"ptx2", 0.0017}, {"ptx3", -0.3}, {"pty1", 2.1},
+                          {"pty2", 1.9}, {"lmp", 0.7}, {"lkyc", 1.2}, {"lt", 0.85}, {"slipangle_min", -0.6},
+                          {"slipratio_max", 0.9}, {"camber_min", -0.12}, {"fz_max", 20000}});
+    const std::string out = dir + "/edited.tir";
+    ASSERT_TRUE(KPacejkaWriteTirFile(out.c_str(), original));
+    back.LoadFromTirFile(out.c_str());
+    EXPECT_EQ(MemberDiff(original, back), "") << model;
+    EXPECT_EQ(ForceDiffs(original, back), 0) << model;
+  }
+}
+
+// Values that need all nine digits, tiny and huge magnitudes and -0 come
+// back with the same bits.
+TEST_F(TirWriteTest, EveryFloatComesBackExactly) {
+  std::mt19937 rng(20261123);
+  std::uniform_int_distribution<uint32_t> bits;
+  KPacejka original, back;
+  original.model = KPacejka::MF61;
+  int n = 0;
+  for (int i = 0; i < kpacejkaMemberCount; i++) {
+    const KPacejkaMember &m = kpacejkaMembers[i];
+    if (!m.tirKey) continue;
+    float v;
+    do {
+      const uint32_t b = bits(rng);
+      memcpy(&v, &b, sizeof v);
+    } while (!std::isfinite(v));
+    if (n == 0) v = -0.0f;
+    if (n == 1) v = 1e-38f;
+    if (n == 2) v = 3.4e38f;
+    if (n == 3) v = 0.1f;
+    *KPacejkaFloat(original, m) = v;
+    n++;
+  }
+  const std::string out = dir + "/bits.tir";
+  ASSERT_TRUE(KPacejkaWriteTirFile(out.c_str(), original));
+  back.LoadFromTirFile(out.c_str());
+  EXPECT_EQ(MemberDiff(original, back), "");
+}
+
+// ---- Structure ----------------------------------------------------------------------
+
+// Every member with a TIR key is written under its own section, once; the
+// model and dimension sections are there. (A writer that drops a section
+// whose values happen to equal the import's defaults still fails here.)
+TEST_F(TirWriteTest, EveryKeyedMemberIsInItsSection) {
+  KPacejka t;
+  SetTestMF(t, KPacejka::MF61);
+  std::string text;
+  ASSERT_TRUE(KPacejkaTirText(t, &text));
+  const std::string path = Write("sections.tir", text);
+  PTirFile tir(path.c_str());
+  int keyed = 0;
+  for (int i = 0; i < kpacejkaMemberCount; i++) {
+    const KPacejkaMember &m = kpacejkaMembers[i];
+    if (!m.tirKey) continue;
+    const std::string name = std::string(m.tirSection) + "." + m.tirKey;
+    EXPECT_GE(tir.FindIndex(name.c_str()), 0) << name << " missing";
+    keyed++;
+  }
+  EXPECT_EQ(keyed, 25 + 35 + 29 + 31 + 8 + 2);  // the import's keys, ranges and dimensions
+  EXPECT_EQ(tir.GetInt("model.fittyp", 0), 61);
+  for (const char *section : {"[MODEL]", "[DIMENSIONS]", "[VERTICAL]", "[LONG_SLIP_RANGE]", "[SLIP_ANGLE_RANGE]",
+                              "[INCLINATION_ANGLE_RANGE]", "[VERTICAL_FORCE_RANGE]", "[SCALING_COEFFICIENTS]",
+                              "[LONGITUDINAL_COEFFICIENTS]", "[LATERAL_COEFFICIENTS]", "[ALIGNING_COEFFICIENTS]"}) {
+    const size_t at = text.find(std::string("\n") + section + "\n");
+    EXPECT_NE(at, std::string::npos) << section;
+    EXPECT_EQ(text.find(std::string("\n") + section + "\n", at + 1), std::string::npos) << section << " twice";
+  }
+  EXPECT_EQ(text.find("QBZ4"), std::string::npos);  // the import does not read it
+}
+
+// The text of the bundled sample tyre, byte for byte.
+TEST_F(TirWriteTest, GoldenText) {
+  KPacejka t;
+  t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/sample.tir");
+  std::string text;
+  ASSERT_TRUE(KPacejkaTirText(t, &text));
+  const std::string golden = TYRO_TEST_DATA "/tyre/sample_written.tir";
+  if (getenv("TYRO_UPDATE_GOLDEN")) std::ofstream(golden, std::ios::binary) << text;
+  EXPECT_EQ(text, ReadAll(golden)) << "regenerate with TYRO_UPDATE_GOLDEN=1 after checking the change";
+}
+
+// ---- Refusals and failures -------------------------------------------------------------
+
+TEST_F(TirWriteTest, OtherModelsAreRefusedWithoutAFile) {
+  for (int model : {int(KPacejka::PAC96), int(KPacejka::PAC2006), 7}) {
+    ReportCapture cap;
+    KPacejka t;
+    t.model = model;
+    const std::string out = dir + "/refused.tir";
+    EXPECT_FALSE(KPacejkaWriteTirFile(out.c_str(), t)) << model;
+    EXPECT_FALSE(fs::exists(out)) << model;
+    EXPECT_NE(cap.errors.find("has no TIR form; only Magic Formula 5.2 and 6.1 tyres can be written"),
+              std::string::npos) << cap.errors;
+    EXPECT_NE(cap.errors.find(KPacejka::GetModelName(model)), std::string::npos) << cap.errors;
+  }
+}
+
+TEST_F(TirWriteTest, UnwritablePathAndFailedWriteNameTheReason) {
+  KPacejka t;
+  SetTestMF(t, KPacejka::MF52);
+  {
+    ReportCapture cap;
+    const std::string out = dir + "/no/such/folder/x.tir";
+    EXPECT_FALSE(KPacejkaWriteTirFile(out.c_str(), t));
+    EXPECT_NE(cap.errors.find(out + ": can't open for writing: No such file or directory"), std::string::npos)
+        << cap.errors;
+  }
+  {
+    ReportCapture cap;
+    const std::string out = dir + "/full.tir";
+    qfFailNextWrites(1);
+    EXPECT_FALSE(KPacejkaWriteTirFile(out.c_str(), t));
+    qfFailNextWrites(0);
+    EXPECT_NE(cap.errors.find(out + ": write failed"), std::string::npos) << cap.errors;
+    EXPECT_FALSE(fs::exists(out));
+  }
+}

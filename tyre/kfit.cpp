@@ -1,0 +1,339 @@
+// KFitTyre: the staged fit, one bounded least-squares problem per stage,
+// solved by Ceres (Levenberg-Marquardt with bounds).
+//
+//   [1] model names, copying, evaluation against data
+//   [2] the stage problem: residuals and their central differences
+//   [3] one stage through the solver
+//   [4] KFitTyre: signs, start, stages, ranges, statistics
+#include "tyre/kfit.h"
+
+#include <ceres/ceres.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <strings.h>
+#include <vector>
+
+#include "diag/qdebug.h"
+
+namespace {
+
+// ---- [1] model names, copying, evaluation ----------------------------------------
+
+struct ModelKey {
+  const char *key;
+  int model;
+};
+const ModelKey kModelKeys[] = {
+    {"pac96", KPacejka::PAC96}, {"mf52", KPacejka::MF52}, {"mf61", KPacejka::MF61}};
+
+// Sets the operating point as tyrograph-cli eval does and evaluates.
+void EvaluateAt(KPacejka &tyre, const KMeasuredPoint &p) {
+  tyre.SetNormalLoad(float(p.fz));
+  tyre.SetSlipRatio(float(p.kappa));
+  tyre.SetSlipAngle(float(p.alpha));
+  tyre.SetCamber(float(p.gamma));
+  tyre.Calculate();
+}
+
+double Output(const KPacejka &tyre, int channel) {
+  return channel == KCH_FX ? double(tyre.Fx) : channel == KCH_FY ? double(tyre.Fy) : double(tyre.Mz);
+}
+
+// ---- [2] the stage problem ------------------------------------------------------------
+
+// Step of the forward differences, in scaled units (a parameter's start
+// magnitude, see RunStage). Calculate works in single precision: a step of
+// 1e-3 changes the outputs by a few thousand float epsilons, far above the
+// rounding, and is still small against the curvature of the curves.
+constexpr double DIFF_STEP = 1e-3;
+
+// The residuals of one stage: (Calculate − measured) / peak for each of its
+// points, over the scaled parameters x (member value = x · scale), with
+// the Jacobian by forward differences.
+class StageCost : public ceres::CostFunction {
+ public:
+  StageCost(KPacejka *tyre, const std::vector<float *> &members, const std::vector<double> &scale,
+            const std::vector<const KMeasuredPoint *> &points, int channel, double peak)
+      : tyre_(tyre), members_(members), scale_(scale), points_(points), channel_(channel), peak_(peak) {
+    set_num_residuals(int(points.size()));
+    mutable_parameter_block_sizes()->push_back(int(members.size()));
+    plus_.resize(points.size());
+  }
+
+  bool Evaluate(double const *const *parameters, double *residuals, double **jacobians) const override {
+    const double *x = parameters[0];
+    const size_t P = members_.size();
+    for (size_t j = 0; j < P; j++) Set(j, x[j]);
+    Residuals(residuals);
+    if (jacobians && jacobians[0]) {
+      for (size_t j = 0; j < P; j++) {
+        Set(j, x[j] + DIFF_STEP);
+        Residuals(plus_.data());
+        Set(j, x[j]);
+        for (size_t i = 0; i < points_.size(); i++)
+          jacobians[0][i * P + j] = (plus_[i] - residuals[i]) / DIFF_STEP;
+      }
+    }
+    for (size_t i = 0; i < points_.size(); i++)
+      if (!std::isfinite(residuals[i])) return false;  // the solver shortens its step
+    return true;
+  }
+
+ private:
+  void Set(size_t j, double x) const { *members_[j] = float(x * scale_[j]); }
+  void Residuals(double *r) const {
+    for (size_t i = 0; i < points_.size(); i++) {
+      EvaluateAt(*tyre_, *points_[i]);
+      r[i] = (Output(*tyre_, channel_) - points_[i]->force[channel_]) / peak_;
+    }
+  }
+
+  KPacejka *tyre_;
+  std::vector<float *> members_;
+  std::vector<double> scale_;
+  std::vector<const KMeasuredPoint *> points_;
+  int channel_;
+  double peak_;
+  mutable std::vector<double> plus_;
+};
+
+// Forwards the solver's iterations to the caller's progress callback.
+class ProgressRelay : public ceres::IterationCallback {
+ public:
+  ProgressRelay(const KFitOptions &o, const KFitStage &s, int index, int count)
+      : options_(o), stage_(s), index_(index), count_(count) {}
+  ceres::CallbackReturnType operator()(const ceres::IterationSummary &summary) override {
+    if (options_.progress)
+      options_.progress(options_.user,
+                        {KPacejkaGroupName(stage_.group), index_, count_, summary.iteration, summary.cost});
+    return ceres::SOLVER_CONTINUE;
+  }
+
+ private:
+  const KFitOptions &options_;
+  const KFitStage &stage_;
+  int index_, count_;
+};
+
+// ---- [3] one stage ------------------------------------------------------------------
+
+// The points a stage fits: those measuring its channel, pure slip for the
+// pure stages (the other slip exactly 0; all points when the data has no
+// pure sweep), both slips non-zero for the combined ones.
+std::vector<const KMeasuredPoint *> StagePoints(const KMeasuredData &data, const KFitStage &s) {
+  std::vector<const KMeasuredPoint *> out;
+  if (!data.has[s.channel]) return out;
+  for (const KMeasuredPoint &p : data.points) {
+    const bool pure = s.channel == KCH_FX ? p.alpha == 0 : p.kappa == 0;
+    const bool combined = p.alpha != 0 && p.kappa != 0;
+    if (s.combined ? combined : pure) out.push_back(&p);
+  }
+  if (out.empty() && !s.combined)
+    for (const KMeasuredPoint &p : data.points) out.push_back(&p);
+  return out;
+}
+
+// Fits the members stage `s` varies; returns the solver's iteration count.
+int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
+             KPacejka *tyre) {
+  // 1. the points and the channel's scale
+  const std::vector<const KMeasuredPoint *> points = StagePoints(data, s);
+  double peak = 0;
+  for (const KMeasuredPoint *p : points) peak = std::max(peak, std::fabs(p->force[s.channel]));
+  if (points.empty() || peak == 0) return 0;
+  // 2. the members, each scaled by its start magnitude (or a hundredth of
+  //    its range when it starts at or near zero) and kept within its bounds
+  std::vector<float *> members;
+  std::vector<double> scale, x, lo, hi;
+  for (int i = 0; i < kpacejkaMemberCount; i++) {
+    float l, h;
+    if (!KFitVaries(tyre->model, s, kpacejkaMembers[i], &l, &h)) continue;
+    float *p = KPacejkaFloat(*tyre, kpacejkaMembers[i]);
+    const double v = std::clamp(double(*p), double(l), double(h));
+    const double sc = std::max(std::fabs(v), 0.01 * (double(h) - double(l)));
+    members.push_back(p);
+    scale.push_back(sc);
+    x.push_back(v / sc);
+    lo.push_back(l / sc);
+    hi.push_back(h / sc);
+  }
+  if (members.empty()) return 0;
+  // 3. the problem (the cost function is the problem's to delete)
+  ceres::Problem problem;
+  problem.AddResidualBlock(new StageCost(tyre, members, scale, points, s.channel, peak), nullptr, x.data());
+  for (size_t j = 0; j < x.size(); j++) {
+    problem.SetParameterLowerBound(x.data(), int(j), lo[j]);
+    problem.SetParameterUpperBound(x.data(), int(j), hi[j]);
+  }
+  // 4. solve; one thread, no output of the solver's own
+  ceres::Solver::Options so;
+  so.linear_solver_type = ceres::DENSE_QR;
+  so.max_num_iterations = o.maxIterations;
+  so.num_threads = 1;
+  so.logging_type = ceres::SILENT;
+  so.minimizer_progress_to_stdout = false;
+  // Small first steps: a long first step lands where a curvature is capped at
+  // 1 and its coefficients lose their gradient, and the solver stops there.
+  so.initial_trust_region_radius = 0.1;
+  so.function_tolerance = 1e-8;
+  so.parameter_tolerance = 1e-8;
+  ProgressRelay relay(o, s, index, count);
+  so.callbacks.push_back(&relay);
+  ceres::Solver::Summary summary;
+  ceres::Solve(so, &problem, &summary);
+  // 5. the tyre keeps the best parameters the solver found
+  for (size_t j = 0; j < members.size(); j++) *members[j] = float(x[j] * scale[j]);
+  if (!summary.IsSolutionUsable())
+    QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
+  return int(summary.iterations.size());
+}
+
+// ---- [4] ranges and signs ------------------------------------------------------------
+
+// The ranges a fit works in: wide open, so no setter clamps a trial point.
+void OpenRanges(KPacejka *t) {
+  t->slipAngleMin = t->slipRatioMin = t->camberMin = -99.0f;
+  t->slipAngleMax = t->slipRatioMax = t->camberMax = 99.0f;
+  t->fzMin = 0.0f;
+  t->fzMax = 999999.0f;
+}
+
+// The fitted tyre's ranges: what the data covers (a quantity the data holds
+// at one value only keeps the open range).
+void RangesFromData(const KMeasuredData &data, KPacejka *t) {
+  struct Range { double KMeasuredPoint::*field; float *lo, *hi; };
+  const Range ranges[] = {{&KMeasuredPoint::fz, &t->fzMin, &t->fzMax},
+                          {&KMeasuredPoint::kappa, &t->slipRatioMin, &t->slipRatioMax},
+                          {&KMeasuredPoint::alpha, &t->slipAngleMin, &t->slipAngleMax},
+                          {&KMeasuredPoint::gamma, &t->camberMin, &t->camberMax}};
+  for (const Range &r : ranges) {
+    double lo = HUGE_VAL, hi = -HUGE_VAL;
+    for (const KMeasuredPoint &p : data.points) lo = std::min(lo, p.*r.field), hi = std::max(hi, p.*r.field);
+    if (lo < hi) *r.lo = float(lo), *r.hi = float(hi);
+  }
+}
+
+bool IsMagic(int model) { return model == KPacejka::MF52 || model == KPacejka::MF61; }
+
+double MeanLoad(const KMeasuredData &data) {
+  double sum = 0;
+  for (const KMeasuredPoint &p : data.points) sum += p.fz;
+  return data.points.empty() ? 0 : sum / double(data.points.size());
+}
+
+// The points the figures are taken over: all of them, except that a model
+// without combined-slip terms is not held to the combined points.
+KMeasuredData FiguresData(const KMeasuredData &data, int model, int *leftOut) {
+  *leftOut = 0;
+  using G = KPacejkaMember;
+  for (G::Group g : {G::COMBINED_FX, G::COMBINED_FY, G::COMBINED_MZ})
+    if (KPacejkaFittedMembers(model, g, nullptr, 0) > 0) return data;
+  KMeasuredData pure;
+  std::copy(std::begin(data.has), std::end(data.has), std::begin(pure.has));
+  for (const KMeasuredPoint &p : data.points) {
+    if (p.kappa != 0 && p.alpha != 0) ++*leftOut;
+    else pure.points.push_back(p);
+  }
+  return pure;
+}
+
+}  // namespace
+
+// ---- public -----------------------------------------------------------------------------
+
+bool KFitModelByName(const char *name, int *model) {
+  for (const ModelKey &k : kModelKeys)
+    if (name && !strcasecmp(name, k.key)) return *model = k.model, true;
+  return false;
+}
+
+const char *KFitModelKey(int model) {
+  for (const ModelKey &k : kModelKeys)
+    if (k.model == model) return k.key;
+  return "?";
+}
+
+void KFitCopy(const KPacejka &from, KPacejka *to) {
+  for (int i = 0; i < kpacejkaMemberCount; i++)
+    KPacejkaSetMember(*to, kpacejkaMembers[i], KPacejkaGetMember(from, kpacejkaMembers[i]));
+}
+
+void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT]) {
+  for (int ch = 0; ch < KCH_COUNT; ch++) {
+    KFitChannelStats &s = stats[ch];
+    s = KFitChannelStats();
+    if (!data.has[ch] || data.points.empty()) continue;
+    double mean = 0;
+    for (const KMeasuredPoint &p : data.points) {
+      mean += p.force[ch];
+      s.peak = std::max(s.peak, std::fabs(p.force[ch]));
+    }
+    mean /= double(data.points.size());
+    double ssRes = 0, ssTot = 0;
+    for (const KMeasuredPoint &p : data.points) {
+      EvaluateAt(tyre, p);
+      const double e = Output(tyre, ch) - p.force[ch];
+      ssRes += e * e;
+      ssTot += (p.force[ch] - mean) * (p.force[ch] - mean);
+    }
+    s.points = int(data.points.size());
+    s.rms = std::sqrt(ssRes / double(s.points));
+    s.rmsPercent = s.peak > 0 ? 100.0 * s.rms / s.peak : 0;
+    s.r2 = ssTot > 0 ? 1.0 - ssRes / ssTot : (ssRes == 0 ? 1.0 : 0.0);
+  }
+}
+
+bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KFitResult *result) {
+  *result = KFitResult();
+  const auto t0 = std::chrono::steady_clock::now();
+  // 1. what can be fitted
+  if (o.model != KPacejka::PAC96 && !IsMagic(o.model)) {
+    result->error = "model " + std::to_string(o.model) + " cannot be fitted (pac96, mf52 or mf61)";
+  } else if (data.points.empty()) {
+    result->error = "no data points";
+  } else if (o.start && (o.start->model == KPacejka::PAC96) != (o.model == KPacejka::PAC96)) {
+    result->error = std::string("the start tyre is ") + o.start->GetModelName() + ", not of the family of " +
+                    KPacejka::GetModelName(o.model);
+  }
+  if (!result->error.empty()) {
+    QERR("%s", result->error.c_str());
+    return false;
+  }
+  // 2. channels pointing the unusual way are fitted mirrored
+  KMeasuredData work = data;
+  for (int ch : {KCH_FY, KCH_MZ}) {
+    const int sign = KFitDataSlopeSign(data, ch);
+    result->mirrored[ch] = sign != 0 && sign != KFitUsualSign(ch);
+    if (result->mirrored[ch])
+      for (KMeasuredPoint &p : work.points) p.force[ch] = -p.force[ch];
+  }
+  // 3. the start, itself turned the usual way
+  if (o.start) {
+    KFitCopy(*o.start, out);
+    out->model = o.model;
+    const double fz = MeanLoad(data);
+    OpenRanges(out);
+    const bool fy = KFitTyreSlopeSign(*out, fz, KCH_FY) == -KFitUsualSign(KCH_FY);
+    const bool mz = KFitTyreSlopeSign(*out, fz, KCH_MZ) == -KFitUsualSign(KCH_MZ);
+    KFitMirror(*out, fy, mz);
+  } else {
+    KFitBuiltinStart(o.model, work, out);
+  }
+  OpenRanges(out);
+  // 4. the stages, in order
+  const KFitStage *stages[8];
+  const int count = KFitStagesFor(o.model, stages, 8);
+  for (int i = 0; i < count; i++) {
+    if (o.stageStart) o.stageStart(o.user, *stages[i], *out);
+    result->iterations += RunStage(work, o, *stages[i], i, count, out);
+  }
+  // 5. back to the data's signs, the data's ranges, and how well it fits
+  KFitMirror(*out, result->mirrored[KCH_FY], result->mirrored[KCH_MZ]);
+  RangesFromData(data, out);
+  KFitEvaluate(*out, FiguresData(data, o.model, &result->combinedLeftOut), result->channel);
+  result->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+  return true;
+}

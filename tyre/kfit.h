@@ -1,0 +1,113 @@
+// Fitting a tyre model to measured data: staged, bounded least squares.
+//
+// The stages run in a fixed order (kFitStages in kfit_stages.cpp): pure
+// longitudinal force, pure lateral force, aligning moment, then, for the
+// Magic Formula models, the combined-slip weighting of each. A stage varies
+// only the coefficients of its own group of the member table (family, group,
+// fitMin/fitMax of KPacejkaMember) and keeps everything the earlier stages
+// found. The function fitted is the model's own KPacejka::Calculate, in
+// single precision, at the same operating point `tyrograph-cli eval` sets.
+//
+// Lateral force and aligning moment whose slope at small slip angle has the
+// opposite sign to the usual one (Fy rising, Mz falling with the slip angle,
+// as the Pacejka89/96 sets and most TIR files have it) are fitted mirrored
+// and the fitted tyre mirrored back (kfit_mirror.cpp); the result says so.
+//
+// No printing here: progress goes to a callback, problems to the reporters
+// and into KFitResult::error.
+#pragma once
+
+#include <string>
+
+#include "tyre/kmeasured.h"
+#include "tyre/kpacejka.h"
+
+// One stage of the fit.
+struct KFitStage {
+  KPacejkaMember::Group group;  // the coefficients it varies (named by KPacejkaGroupName)
+  int channel;                  // the channel it fits (KCH_FX ...)
+  bool combined;                // fits the points with both slips non-zero
+};
+
+// The stages that run for `model`, in order; returns their number.
+int KFitStagesFor(int model, const KFitStage *stages[], int maxStages);
+// Whether stage `s` of a fit to `model` varies member `m`, and its bounds.
+bool KFitVaries(int model, const KFitStage &s, const KPacejkaMember &m, float *lo, float *hi);
+
+// A report from a running fit: once per solver iteration.
+struct KFitProgress {
+  const char *stage;
+  int stageIndex, stageCount;
+  int iteration;  // within the stage
+  double cost;    // half the sum of squared residuals, each divided by the channel's peak
+};
+typedef void (*KFitProgressFn)(void *user, const KFitProgress &progress);
+// Called at the start of each stage with the tyre as the earlier stages left it.
+typedef void (*KFitStageFn)(void *user, const KFitStage &stage, const KPacejka &tyre);
+
+struct KFitOptions {
+  int model = KPacejka::MF61;       // PAC96, MF52 or MF61
+  const KPacejka *start = nullptr;  // null: KFitBuiltinStart
+  int maxIterations = 200;          // per stage
+  KFitProgressFn progress = nullptr;
+  KFitStageFn stageStart = nullptr;
+  void *user = nullptr;
+};
+
+// How well a tyre reproduces one channel of the data.
+struct KFitChannelStats {
+  int points = 0;          // 0: the data has no such channel
+  double rms = 0;          // N or N·m
+  double peak = 0;         // largest |value| in the data
+  double rmsPercent = 0;   // rms / peak × 100
+  double r2 = 0;           // 1 − residual / total sum of squares
+};
+
+struct KFitResult {
+  KFitChannelStats channel[KCH_COUNT];
+  int iterations = 0;                       // solver iterations, all stages
+  double seconds = 0;                       // wall time of the fit
+  bool mirrored[KCH_COUNT] = {false, false, false};  // Fy / Mz fitted mirrored
+  int combinedLeftOut = 0;  // points with both slips a model without combined-slip terms skips
+  std::string error;
+};
+
+// "pac96", "mf52", "mf61" (any case) -> model number; false for anything else.
+bool KFitModelByName(const char *name, int *model);
+const char *KFitModelKey(int model);
+
+// Fits `out` (any previous content replaced) to `data`. False with
+// result->error when the model or data cannot be fitted.
+bool KFitTyre(const KMeasuredData &data, const KFitOptions &options, KPacejka *out, KFitResult *result);
+
+// The starting set for `model` when the caller gives none: generic shape
+// factors, with friction, slip stiffness, trail and nominal load estimated
+// from the data.
+void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out);
+
+// Evaluates `tyre` at every point of `data` (as eval does) and compares.
+void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT]);
+
+// Every named member of `from` into `to`, through the member table.
+void KFitCopy(const KPacejka &from, KPacejka *to);
+
+// ---- Sign conventions (kfit_mirror.cpp) ----------------------------------------
+// +1 or −1: the sign of the slope of `channel` (KCH_FY or KCH_MZ) over small
+// slip angles in the data's pure lateral points; 0 when it cannot be told.
+int KFitDataSlopeSign(const KMeasuredData &data, int channel);
+// The same for a tyre at load `fz` (N), no camber.
+int KFitTyreSlopeSign(KPacejka &tyre, double fz, int channel);
+// The usual sign of each channel's slope: Fy +1, Mz −1.
+int KFitUsualSign(int channel);
+// Changes the sign of Fy and/or Mz of `tyre` at every operating point,
+// leaving the other outputs as they are.
+void KFitMirror(KPacejka &tyre, bool fy, bool mz);
+
+// ---- Converting (kfit_convert.cpp) -------------------------------------------------
+// Loads of the samples convert fits.
+constexpr int KFIT_CONVERT_LOADS = 5;
+// Samples `source` over its own ranges (KSamplePlanFor with
+// KFIT_CONVERT_LOADS loads) and fits the sample; `samples` (may be null)
+// receives the points.
+bool KFitConvert(KPacejka &source, const KFitOptions &options, KPacejka *out, KFitResult *result,
+                 KMeasuredData *samples = nullptr);

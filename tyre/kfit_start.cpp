@@ -1,0 +1,202 @@
+// KFitBuiltinStart: a starting set for each model, from generic shape
+// factors and a few quantities read off the data: friction (peak force over
+// load), slip stiffness (slope at small slip over load), pneumatic trail
+// (moment slope over force slope) and the typical load.
+//
+// The data is taken in the usual signs (Fy rising and Mz falling with the
+// slip angle); KFitTyre mirrors data that points the other way first.
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "tyre/kfit.h"
+
+namespace {
+
+constexpr double DEG_TO_RAD = 0.017453292519943295;
+
+// Least-squares slope (with intercept) of `y` over `x` for the pure points of
+// one slip that lie within `limit` of zero slip.
+struct SlopeFit {
+  double n = 0, sx = 0, sy = 0, sxx = 0, sxy = 0;
+  void Add(double x, double y) { n++, sx += x, sy += y, sxx += x * x, sxy += x * y; }
+  bool Get(double *slope) const {
+    const double d = n * sxx - sx * sx;
+    if (n < 2 || d <= 0) return false;
+    *slope = (n * sxy - sx * sy) / d;
+    return true;
+  }
+};
+
+// Shape factor and curvature of a curve.
+struct Shape {
+  double C, E;
+};
+
+// What the start takes from the data; each has a generic fallback.
+struct DataFeatures {
+  double meanFz = 4000, maxFz = 6000;  // N
+  double muX = 1.0, muY = 1.0;         // peak force / load
+  double kx = 20.0;                    // dFx/dkappa / Fz
+  double ky = 15.0;                    // dFy/dalpha / Fz, per rad
+  double trail = 0.03;                 // −dMz/dalpha / dFy/dalpha, m
+  double mzPerFz = 0.02;               // peak |Mz| / Fz, m
+  bool combined = false;               // points with both slips non-zero
+  Shape shape[KCH_COUNT] = {{1.65, 0}, {1.3, 0}, {2.3, 0}};  // C, E of each curve
+};
+
+// Slopes are read within this slip of zero: the linear part of the curves.
+constexpr double SMALL_KAPPA = 0.02, SMALL_ALPHA = 0.035;
+
+// The slope of channel `ch` over the slip `slip` (kappa for Fx, alpha
+// otherwise), per newton of load, from the pure points nearest zero slip.
+bool SmallSlipSlope(const KMeasuredData &d, int ch, bool perLoad, double *out) {
+  const bool lon = ch == KCH_FX;
+  auto slip = [lon](const KMeasuredPoint &p) { return lon ? p.kappa : p.alpha; };
+  auto pure = [lon](const KMeasuredPoint &p) { return lon ? p.alpha == 0 : p.kappa == 0; };
+  double smallest = HUGE_VAL;
+  for (const KMeasuredPoint &p : d.points)
+    if (pure(p) && slip(p) != 0) smallest = std::min(smallest, std::fabs(slip(p)));
+  if (smallest == HUGE_VAL) return false;
+  const double limit = std::max(lon ? SMALL_KAPPA : SMALL_ALPHA, 1.5 * smallest);
+  SlopeFit f;
+  for (const KMeasuredPoint &p : d.points)
+    if (pure(p) && std::fabs(slip(p)) <= limit && p.fz > 0)
+      f.Add(slip(p), perLoad ? p.force[ch] / p.fz : p.force[ch]);
+  return f.Get(out);
+}
+
+// The shape factor C and curvature E of one pure-slip curve, read off the
+// sweep nearest the mean load at the smallest camber: with D the peak, x_m
+// its slip, y_end the value at the largest slip and K the slope at zero,
+//   y_end / D = sin(C·π/2)                      (the curve's far end)
+//   B·x_m − E·(B·x_m − atan(B·x_m)) = tan(π/(2C))  (its peak), B = K/(C·D).
+// Shifts are ignored; this is a start, the fit does the rest.
+bool EstimateShape(const KMeasuredData &d, int ch, int usualSign, double meanFz, Shape *out) {
+  const bool lon = ch == KCH_FX;
+  auto slip = [lon](const KMeasuredPoint &p) { return lon ? p.kappa : p.alpha; };
+  auto pure = [lon](const KMeasuredPoint &p) { return lon ? p.alpha == 0 : p.kappa == 0; };
+  // 1. the sweep: the load nearest the mean, the smallest camber there
+  double fzRef = 0, gRef = HUGE_VAL;
+  for (const KMeasuredPoint &p : d.points)
+    if (pure(p) && std::fabs(p.fz - meanFz) < std::fabs(fzRef - meanFz)) fzRef = p.fz;
+  for (const KMeasuredPoint &p : d.points)
+    if (pure(p) && std::fabs(p.fz - fzRef) <= 0.02 * fzRef) gRef = std::min(gRef, std::fabs(p.gamma));
+  std::vector<std::pair<double, double>> sweep;  // (slip, value in the rising sign)
+  for (const KMeasuredPoint &p : d.points)
+    if (pure(p) && std::fabs(p.fz - fzRef) <= 0.02 * fzRef && std::fabs(p.gamma) <= gRef + 0.005)
+      sweep.push_back({slip(p), usualSign * p.force[ch]});
+  std::sort(sweep.begin(), sweep.end());
+  // 2. slope at zero, peak and far end on the positive side
+  SlopeFit f;
+  double D = 0, xm = 0, xEnd = 0, yEnd = 0;
+  const double small = lon ? SMALL_KAPPA : SMALL_ALPHA;
+  for (const auto &[x, y] : sweep) {
+    if (std::fabs(x) <= small) f.Add(x, y);
+    if (x > 0 && y > D) D = y, xm = x;
+    if (x > xEnd) xEnd = x, yEnd = y;
+  }
+  double K;
+  if (!f.Get(&K) || K <= 0 || D <= 0 || xm <= 0 || xm >= xEnd) return false;
+  // 3. C from the far end, then E from the peak
+  const double C = std::clamp(2.0 - 2.0 / M_PI * std::asin(std::clamp(yEnd / D, -1.0, 1.0)), 1.05, 2.8);
+  const double u = K / (C * D) * xm;
+  if (u <= 0.1) return false;
+  const double E = (u - std::tan(M_PI / (2 * C))) / (u - std::atan(u));
+  out->C = C;
+  out->E = std::clamp(E, -5.0, 0.9);
+  return true;
+}
+
+DataFeatures Features(const KMeasuredData &d) {
+  DataFeatures f;
+  if (d.points.empty()) return f;
+  double sum = 0, maxFz = 0, peak[KCH_COUNT] = {0, 0, 0};
+  for (const KMeasuredPoint &p : d.points) {
+    sum += p.fz;
+    maxFz = std::max(maxFz, p.fz);
+    f.combined = f.combined || (p.kappa != 0 && p.alpha != 0);
+    if (p.fz <= 0) continue;
+    for (int ch = 0; ch < KCH_COUNT; ch++) peak[ch] = std::max(peak[ch], std::fabs(p.force[ch]) / p.fz);
+  }
+  if (sum > 0) f.meanFz = sum / double(d.points.size()), f.maxFz = maxFz;
+  if (d.has[KCH_FX] && peak[KCH_FX] > 0.05) f.muX = peak[KCH_FX];
+  if (d.has[KCH_FY] && peak[KCH_FY] > 0.05) f.muY = peak[KCH_FY];
+  if (d.has[KCH_MZ] && peak[KCH_MZ] > 0) f.mzPerFz = peak[KCH_MZ];
+  double s;
+  if (d.has[KCH_FX] && SmallSlipSlope(d, KCH_FX, true, &s) && s > 1) f.kx = s;
+  if (d.has[KCH_FY] && SmallSlipSlope(d, KCH_FY, true, &s) && s > 1) f.ky = s;
+  for (int ch = 0; ch < KCH_COUNT; ch++) {
+    Shape sh;
+    if (d.has[ch] && EstimateShape(d, ch, KFitUsualSign(ch), f.meanFz, &sh)) f.shape[ch] = sh;
+  }
+  double mz, fy;
+  if (d.has[KCH_MZ] && d.has[KCH_FY] && SmallSlipSlope(d, KCH_MZ, false, &mz) &&
+      SmallSlipSlope(d, KCH_FY, false, &fy) && fy > 0 && -mz / fy > 0.002)
+    f.trail = std::min(-mz / fy, 0.3);
+  return f;
+}
+
+// Pacejka89/96: load in kN, slip in percent, angles in degrees. With the
+// quadratic and exponential load terms at 0: D = b2·Fz, BCD = b4·Fz (per
+// percent), and alike for Fy (BCD = a3·sin(2·atan(Fz/a4)), per degree) and
+// Mz (D = c2·Fz, BCD = c4·Fz; both negative for the usual sign).
+void StartPac96(const DataFeatures &f, KPacejka *t) {
+  const double fz = f.meanFz * 0.001, fzMax = f.maxFz * 0.001;
+  const double csDeg = f.ky * f.meanFz * DEG_TO_RAD;  // N per degree at the mean load
+  t->b0 = float(f.shape[KCH_FX].C);
+  t->b8 = float(f.shape[KCH_FX].E);
+  t->b2 = float(1000 * f.muX);
+  t->b4 = float(10 * f.kx);  // kx·Fz·1000 N per unit slip = 10·kx·Fz per percent
+  t->a0 = float(f.shape[KCH_FY].C);
+  t->a7 = float(f.shape[KCH_FY].E);
+  t->a2 = float(1000 * f.muY);
+  t->a4 = float(std::max(1.5 * fzMax, 1.0));
+  t->a3 = float(csDeg / std::sin(2 * std::atan(fz / double(t->a4))));
+  t->c0 = float(f.shape[KCH_MZ].C);
+  t->c9 = float(f.shape[KCH_MZ].E);
+  t->c2 = float(-1000 * f.mzPerFz);
+  t->c4 = float(-f.trail * csDeg / fz);
+}
+
+// Magic Formula: loads relative to a nominal load at the data's mean.
+void StartMagic(const DataFeatures &f, KPacejka *t) {
+  t->fz0 = float(f.meanFz);
+  t->r0 = 0.3f;
+  // longitudinal
+  t->pcx1 = float(f.shape[KCH_FX].C);
+  t->pex1 = float(f.shape[KCH_FX].E);
+  t->pdx1 = float(f.muX);
+  t->pkx1 = float(f.kx);
+  // lateral: Ky(Fz0) = pky1·Fz0·sin(2·atan(1/pky2)); negative for the usual sign
+  t->pcy1 = float(f.shape[KCH_FY].C);
+  t->pey1 = float(f.shape[KCH_FY].E);
+  t->pdy1 = float(f.muY);
+  t->pky2 = 2.0f;
+  t->pky1 = float(-f.ky / std::sin(2 * std::atan(0.5)));
+  // aligning: trail Dt = qdz1·r0 at the nominal load; the residual torque starts at 0
+  t->qbz1 = 10.0f;
+  t->qcz1 = 1.2f;
+  t->qdz1 = float(std::clamp(f.trail / double(t->r0), 0.01, 0.5));
+  t->qbz9 = 10.0f;
+  // combined slip: a moderate weighting when the data has combined points to
+  // fit it to, none otherwise (the forces then ignore the other slip)
+  if (f.combined) {
+    t->rbx1 = 10.0f, t->rbx2 = 8.0f, t->rcx1 = 1.0f;
+    t->rby1 = 10.0f, t->rby2 = 8.0f, t->rcy1 = 1.0f;
+    t->rvy4 = 10.0f, t->rvy5 = 1.9f, t->rvy6 = 10.0f;
+  }
+}
+
+}  // namespace
+
+void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out) {
+  out->ResetCoefficients();
+  out->model = model;
+  out->flags = 0;
+  out->fyShiftScale = 1.0f;
+  const DataFeatures f = Features(data);
+  if (model == KPacejka::PAC96) StartPac96(f, out);
+  else StartMagic(f, out);
+}
