@@ -11,14 +11,14 @@
 #include "platform/cairo/qcairo.h"
 #include "tool/graph.h"
 #include "tool/plot.h"
+#include "tyre/kmeasured.h"
 
 namespace {
 
-const char *const OWN_USAGE =
-    "-o OUT.png|.svg|.pdf [--kind KIND] [--size WxH] [--focus none|fx|fy|mz] [--ghosts load|camber]";
 
 struct PlotOptions {
   std::string out;
+  std::string data;  // measured points, CSV
   PlotKind kind = PLOT_CURVES;
   int wid = PLOT_WIDTH, hgt = PLOT_HEIGHT;
   int focus = 0;
@@ -64,6 +64,8 @@ bool ParseOwn(const std::vector<std::string> &rest, PlotOptions *o) {
       for (int f = 0; f < 4; f++)
         if (val == names[f]) o->focus = f;
       if (o->focus < 0) return Bad("--focus", val, "none, fx, fy or mz");
+    } else if (opt == "--data") {
+      o->data = val;
     } else if (opt == "--ghosts") {
       if (val != "load" && val != "camber") return Bad("--ghosts", val, "load or camber");
       o->ghostCamber = val == "camber";
@@ -89,7 +91,7 @@ bool ParseOwn(const std::vector<std::string> &rest, PlotOptions *o) {
 // their values.
 std::vector<size_t> SourcePositions(const std::vector<std::string> &args) {
   static const char *const valued[] = {"--wheel", "--load", "--slip-ratio", "--slip-angle", "--camber", "--zoom",
-                                       "--set", "-o", "--kind", "--size", "--focus", "--ghosts"};
+                                       "--set", "-o", "--kind", "--size", "--focus", "--ghosts", "--data"};
   std::vector<size_t> out;
   for (size_t i = 0; i < args.size(); i++) {
     bool isValued = false;
@@ -135,8 +137,10 @@ bool LoadGraphs(const CliTyreState &st, const std::string &source, int index, Ty
 int RunPlot(const std::vector<std::string> &args) {
   if (CliWantsHelp("plot", args,
                    "[TYRE...] -o OUT.png|.svg|.pdf [--kind curves|ellipse|mu-load|stiffness] [--size WxH]\n"
-                   "  [--focus none|fx|fy|mz] [--ghosts load|camber]\n\n"
-                   "Several TYREs overlay, with a legend; the default size is 700x500 (the window's graph area)"))
+                   "  [--focus none|fx|fy|mz] [--ghosts load|camber] [--data FILE.csv]\n\n"
+                   "Several TYREs overlay, with a legend; the default size is 700x500 (the window's graph area).\n"
+                   "--data draws measured points (columns fz, kappa, alpha, gamma, fx, fy, mz) near the\n"
+                   "operating load and camber behind the curves and in the ellipse"))
     return 0;
   // The shared parser takes one TYRE: it gets the arguments without the others.
   std::vector<size_t> at = SourcePositions(args);
@@ -149,7 +153,7 @@ int RunPlot(const std::vector<std::string> &args) {
   }
   auto st = std::make_unique<CliTyreState>();
   PlotOptions o;
-  if (!CliParseTyreArgs("plot", kept, {"-o", "--kind", "--size", "--focus", "--ghosts"}, st.get(), &rest) ||
+  if (!CliParseTyreArgs("plot", kept, {"-o", "--kind", "--size", "--focus", "--ghosts", "--data"}, st.get(), &rest) ||
       !ParseOwn(rest, &o))
     return 2;
 
@@ -169,10 +173,20 @@ int RunPlot(const std::vector<std::string> &args) {
     state.overlays.push_back(ov);
   }
 
+  // Measured points: the reader names file, line and column of a problem.
+  PlotPoints points;
+  if (!o.data.empty()) {
+    KMeasuredData data;
+    if (!KMeasuredRead(o.data.c_str(), &data)) return 2;
+    if (PlotPointsFromMeasured(data, st->point.load, st->point.camber / CURVE_RAD2DEG, &points) == 0)
+      fprintf(stderr, "tyrograph-cli plot: %s: no measured point near load %g N and camber %g deg\n", o.data.c_str(),
+              double(st->point.load), double(st->point.camber));
+  }
+
   std::string error;
   bool ok = QCairoWriteFile(
       o.out, o.wid, o.hgt, PLOT_WIDTH, PLOT_HEIGHT,
-      [&](QRenderer *r) { PlotPaint(r, o.kind, state, QRect(0, 0, PLOT_WIDTH, PLOT_HEIGHT), nullptr); }, &error);
+      [&](QRenderer *r) { PlotPaint(r, o.kind, state, QRect(0, 0, PLOT_WIDTH, PLOT_HEIGHT), &points); }, &error);
   if (!ok) {
     fprintf(stderr, "tyrograph-cli plot: %s\n", error.c_str());
     return 2;

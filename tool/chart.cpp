@@ -92,7 +92,7 @@ void PaintSeries(QRenderer *r, const Mapper &m, const ChartSeries &s) {
   if (s.points) {
     for (size_t i = 0; i < n; i++)
       if (std::isfinite(s.x[i]) && std::isfinite(s.y[i]))
-        r->FillRect(QRect(int(std::lround(m.X(s.x[i]))) - 1, int(std::lround(m.Y(s.y[i]))) - 1, 3, 3), s.color);
+        r->FillRect(QRect(int(std::lround(m.X(s.x[i]))) - 2, int(std::lround(m.Y(s.y[i]))) - 2, 5, 5), s.color);
     return;
   }
   // Pixel-centre positions (relative to pixel 0, 0); a gap (NaN) splits the line.
@@ -126,7 +126,7 @@ void PaintLegend(QRenderer *r, const Chart &chart, const QRect &box) {
   for (const ChartSeries &s : chart.series) {
     if (s.label.empty()) continue;
     if (s.points) {
-      r->FillRect(QRect(x + 10, y + 6, 3, 3), s.color);
+      r->FillRect(QRect(x + 10, y + 5, 5, 5), s.color);
     } else {
       QPointF line[2] = {{0.0f, 0.0f}, {24.0f, 0.0f}};
       r->Polyline(line, 2, QStroke{s.color, s.alpha < 0.6f ? 0.6f : s.alpha, 2.0f, true}, x, y + 7);

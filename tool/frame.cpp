@@ -124,6 +124,7 @@ void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
   }
 
   GraphPaintGrid(r, cx, cy);
+  if (st.underlay) st.underlay(r);
   // A frame can come before the graphs exist: an error box raised during
   // the start-up runs the loop, and so the paint callback.
   for (Graph *g : st.graphs) {

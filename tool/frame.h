@@ -5,6 +5,7 @@
 // session's state, then the texts of the selected coefficient.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ struct FrameState {
   bool ghostCamber = false;         // ghosts over camber, else over load
   std::string label;                // legend line of the main tyre (with overlays)
   std::vector<FrameOverlay> overlays;
+  // Drawn over the grid and under the curves (measured points); may be empty.
+  std::function<void(QRenderer *)> underlay;
 };
 
 // The session's graphs, focus and ghost radio.

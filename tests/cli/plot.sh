@@ -42,8 +42,16 @@ check "pdf opens in pdftoppm" pdftoppm -png -singlefile e.pdf page
 check "pdf page rendered" test -s page.png
 check "same state, same png" "$CLI" plot "$CAR/car.ini" --kind curves -o again.png
 check "car.ini equals the folder" cmp -s curves.png again.png
+# Measured points: a slip-ratio and a slip-angle sweep of the tyre itself.
+printf '2500 0.05 0 0\n2500 0.2 0 0\n2500 0 0.05 0\n2500 0 0.1 0\n' >pts.txt
+"$CLI" eval "$CAR" <pts.txt | paste -d' ' pts.txt - | awk 'BEGIN { print "fz,kappa,alpha,gamma,fx,fy,mz" } { print $1","$2","$3","$4","$5","$6","$7 }' >m.csv
+check "with data" "$CLI" plot "$CAR" --data m.csv -o data.png
+check "data adds pixels" bash -c "! cmp -s data.png curves.png"
+"$CLI" plot "$CAR" --data m.csv --load 9000 -o far.png 2>err.txt
+check "no point near the load: said, still drawn" grep -qF "m.csv: no measured point near load 9000 N and camber 0 deg" err.txt
+rm -f far.png pts.txt err.txt
 check "only the asked-for files" test "$(ls | sort | tr '\n' ' ')" = \
-  "again.png big.png c.svg curves.png e.pdf ellipse.png mu-load.png page.png stiffness.png two.png "
+  "again.png big.png c.svg curves.png data.png e.pdf ellipse.png m.csv mu-load.png page.png stiffness.png two.png "
 
 bad "unknown kind" "--kind: 'pie' is none of curves, ellipse, mu-load, stiffness" "$CAR" --kind pie -o x.png
 bad "unsupported extension" "x.gif: unsupported extension (.png, .svg or .pdf)" "$CAR" -o x.gif
@@ -54,6 +62,9 @@ bad "bad size" "--size: '12x' is not WxH" "$CAR" --size 12x -o x.png
 bad "bad focus" "--focus: 'fz' is not none, fx, fy or mz" "$CAR" --focus fz -o x.png
 bad "bad ghosts" "--ghosts: 'slip' is not load or camber" "$CAR" --ghosts slip -o x.png
 bad "missing tyre" "nowhere" "$T/nowhere" -o x.png
+printf 'fz,kappa,fx\n2500,0.1,3000\n2500,abc,1\n' >bad.csv
+bad "data that does not parse" "bad.csv:3:" "$CAR" --data bad.csv -o x.png
+bad "missing data file" "none.csv" "$CAR" --data none.csv -o x.png
 check "no file after errors" test ! -e x.png -a ! -e x.gif
 
 [ $fail -eq 0 ] && echo "cli plot: all checks passed"
