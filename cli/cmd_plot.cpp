@@ -136,11 +136,8 @@ bool LoadGraphs(const CliTyreState &st, const std::string &source, int index, Ty
 
 int RunPlot(const std::vector<std::string> &args) {
   if (CliWantsHelp("plot", args,
-                   "[TYRE...] -o OUT.png|.svg|.pdf [--kind curves|ellipse|mu-load|stiffness] [--size WxH]\n"
-                   "  [--focus none|fx|fy|mz] [--ghosts load|camber] [--data FILE.csv]\n\n"
-                   "Several TYREs overlay, with a legend; the default size is 700x500 (the window's graph area).\n"
-                   "--data draws measured points (columns fz, kappa, alpha, gamma, fx, fy, mz) near the\n"
-                   "operating load and camber behind the curves and in the ellipse"))
+                   "[TYRE...] -o OUT.png|.svg|.pdf [--kind curves|ellipse|mu-load|stiffness]\n"
+                   "  [--size WxH (700x500)] [--focus none|fx|fy|mz] [--ghosts load|camber] [--data FILE.csv]"))
     return 0;
   // The shared parser takes one TYRE: it gets the arguments without the others.
   std::vector<size_t> at = SourcePositions(args);
