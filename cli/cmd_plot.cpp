@@ -184,6 +184,7 @@ int RunPlot(const std::vector<std::string> &args) {
   bool ok = QCairoWriteFile(
       o.out, o.wid, o.hgt, PLOT_WIDTH, PLOT_HEIGHT,
       [&](QRenderer *r) { PlotPaint(r, o.kind, state, QRect(0, 0, PLOT_WIDTH, PLOT_HEIGHT), &points); }, &error);
+  QCairoReleaseCaches();
   if (!ok) {
     fprintf(stderr, "tyrograph-cli plot: %s\n", error.c_str());
     return 2;

@@ -6,6 +6,7 @@
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cairo.h>
+#include <fontconfig/fontconfig.h>
 
 #include <algorithm>
 #include <cctype>
@@ -212,4 +213,9 @@ bool QCairoWriteFile(const std::string &path, int wid, int hgt, int baseWid, int
   if (st == CAIRO_STATUS_SUCCESS) st = cairo_surface_status(surface);
   cairo_surface_destroy(surface);
   return !Fail(st, error, path);
+}
+
+void QCairoReleaseCaches() {
+  cairo_debug_reset_static_data();
+  FcFini();
 }

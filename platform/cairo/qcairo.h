@@ -46,3 +46,8 @@ bool QCairoFormatOf(const std::string &path, QCairoFormat *format);
 // the reason in `error` (unknown extension, file not writable, Cairo error).
 bool QCairoWriteFile(const std::string &path, int wid, int hgt, int baseWid, int baseHgt,
                      const std::function<void(QRenderer *)> &draw, std::string *error);
+
+// Frees what Cairo and the font configuration keep for the life of the
+// process (font caches), so a command-line tool ends with nothing allocated.
+// Only when no Cairo object is left; a later picture builds them again.
+void QCairoReleaseCaches();
