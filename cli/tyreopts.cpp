@@ -104,15 +104,27 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
   return true;
 }
 
-bool CliLoadTyreState(CliTyreState *state, std::string *error) {
-  for (KPacejka &tyre : state->tyres) {
-    if (!CarLoadTyreSource(state->source.c_str(), state->wheel, &tyre, error)) return false;
-    // The window applies the whole operating point after loading and each
-    // edit later, directly into the tyre's storage.
-    OpApplyAll(&tyre, state->point);
-    for (const auto &[key, value] : state->sets) KPacejkaSetMember(tyre, *KPacejkaFindMember(key.c_str()), value);
-  }
+// One tyre from `source` with the state's wheel, operating point and edits.
+static bool LoadOne(const CliTyreState &state, const std::string &source, KPacejka *tyre, std::string *error) {
+  if (!CarLoadTyreSource(source.c_str(), state.wheel, tyre, error)) return false;
+  // The window applies the whole operating point after loading and each
+  // edit later, directly into the tyre's storage.
+  OpApplyAll(tyre, state.point);
+  for (const auto &[key, value] : state.sets) KPacejkaSetMember(*tyre, *KPacejkaFindMember(key.c_str()), value);
   return true;
+}
+
+bool CliLoadTyreState(CliTyreState *state, std::string *error) {
+  for (KPacejka &tyre : state->tyres)
+    if (!LoadOne(*state, state->source, &tyre, error)) return false;
+  return true;
+}
+
+bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre) {
+  std::string error;
+  if (LoadOne(state, source, tyre, &error)) return true;
+  fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
+  return false;
 }
 
 bool CliLoadTyres(const char *cmd, CliTyreState *state) {

@@ -39,6 +39,8 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state);
 // The values export-ascii accepts: steps >= 0 and a maximum above 0 (the
 // window asks again for anything else).
 bool CliAsciiArgsValid(int steps, float maximum);
+// Loads one tyre from `source` with the state's wheel, edits and operating point.
+bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre);
 // A number argument: false (with a message) when `text` is not wholly a number.
 bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out);
 bool CliParseInt(const char *cmd, const char *option, const std::string &text, int *out);

@@ -3,6 +3,7 @@
 
 #include "tool/commands.h"
 #include "tool/panel.h"
+#include "tool/viewkeys.h"
 #include "ui/qapp.h"
 #include "ui/qbutton.h"
 #include "ui/qcheck.h"
@@ -34,6 +35,7 @@ bool ToolDispatch(QEvent *ev) {
       PanelEnterNumerically();
     }
   }
+  if (ViewKeyDispatch(ev)) return true;
   // Escape or Shift+Q (0x51 with the Shift bit) ends the program.
   if (ev->type == QEVENT_KEYPRESS && (ev->n == QK_ESC || ev->xn == (0x51 | QK_MOD_SHIFT))) app->Exit(0);
   return false;

@@ -1,8 +1,6 @@
 // Frame drawing: graphs, ghosts and the selected coefficient's texts.
 #include "tool/frame.h"
 
-#include <GL/gl.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -10,9 +8,11 @@
 #include "tool/frametexts.h"
 #include "tool/graph.h"
 #include "tool/layout.h"
+#include "tool/plot.h"
 #include "tool/session.h"
 #include "tool/settings.h"
-#include "ui/qcanvas.h"
+#include "tool/tyreguard.h"
+#include "ui/qrenderer.h"
 
 float FrameLoadGhostAlpha(int i) {
   // Deliberately uneven: the two highest loads are not the faintest.
@@ -26,85 +26,148 @@ float FrameCamberGhostAlpha(int i) {
 
 namespace {
 
-// Ghost curves of the focused graph at five loads or six cambers; the
-// tyre's own load or camber is put back afterwards.
-void PaintGhosts(QCanvas *cv, int cx, int cy, bool camber) {
-  Graph *g = session.graphs[session.focus - 1];
+// Ghost curves of the focused graph at five loads or six cambers. The tyre
+// goes back to its own state through the guard.
+void PaintGhosts(QRenderer *r, const FrameState &st, int cx, int cy) {
+  Graph *g = st.graphs[st.focus - 1];
   if (!g) return;
   KPacejka *tyre = g->GetCurrentTyre();
-  if (!camber) {
+  TyreStateGuard keep(tyre);
+  if (!st.ghostCamber) {
     float load = tyre->Fz * 1000.0f;
     for (int i = 0; i < 5; i++) {
       tyre->SetNormalLoad(load * 7.0f * float(i) / 25.0f);
       g->SetAlpha(FrameLoadGhostAlpha(i));
       g->Sample();
-      g->PaintCurve(cv, cx, cy, true);
+      g->PaintCurve(r, cx, cy, true);
     }
-    tyre->SetNormalLoad(load);
   } else {
-    float saved = tyre->GetCamber();
     for (int i = 0; i < 6; i++) {
       tyre->SetCamber((20.0f * float(i) / 5.0f - 10.0f) / CURVE_RAD2DEG);
       g->SetAlpha(FrameCamberGhostAlpha(i));
       g->Sample();
-      g->PaintCurve(cv, cx, cy, true);
+      g->PaintCurve(r, cx, cy, true);
     }
-    tyre->SetCamber(saved);
   }
 }
 
-void PaintCoefficientTexts(QCanvas *cv, int left, int top, int bandTop) {
+// One line per tyre beside the peak texts: a short stroke in the Fy graph's
+// colour, then the label; moved left when the longest label would pass `right`.
+void PaintLegend(QRenderer *r, const FrameState &st, int x, int y, int right) {
+  if (!r->HasFont()) return;
+  int widest = r->MeasureText(st.label.c_str());
+  for (const FrameOverlay &o : st.overlays)
+    if (r->MeasureText(o.label.c_str()) > widest) widest = r->MeasureText(o.label.c_str());
+  if (x + 30 + widest > right) x = right - 30 - widest;
+  auto line = [&](Graph *const *graphs, const std::string &label, int row) {
+    Graph *g = graphs[CURVE_FY] ? graphs[CURVE_FY] : graphs[CURVE_FX];
+    if (!g) return;
+    int ty = y + 16 * row;
+    QPointF stroke[2] = {{0.0f, 0.0f}, {24.0f, 0.0f}};
+    r->Polyline(stroke, 2, QStroke{g->GetColor(), 1.0f, 2.0f, true}, x, ty + 7);
+    r->DrawText(label.c_str(), x + 30, ty, g->GetColor());
+  };
+  line(st.graphs, st.label, 0);
+  for (size_t i = 0; i < st.overlays.size(); i++) line(st.overlays[i].graphs, st.overlays[i].label, int(i) + 1);
+}
+
+void PaintCoefficientTexts(QRenderer *r, int left, int top, int bandTop) {
   // Nothing is selected yet while the start-up still loads the car.
-  if (!cv->GetFont() || !session.edit.desc || !session.edit.unit) return;
+  if (!r->HasFont() || !session.edit.desc || !session.edit.unit) return;
   char buf[160];
-  cv->SetColor(0, 0, 0, 255);
+  const QColor black(0, 0, 0, 255);
   snprintf(buf, sizeof buf, "%s: %s", session.edit.name, session.edit.desc);
-  cv->Text(buf, left, top);
+  r->DrawText(buf, left, top, black);
   const char *unit = *session.edit.unit ? session.edit.unit : "(non-dimensional)";
-  int textsRight = left + cv->GetTextWidth(buf);
+  int textsRight = left + r->MeasureText(buf);
   snprintf(buf, sizeof buf, "Value: %.3f %s", double(SessionCoefficientValue()), unit);
-  cv->Text(buf, left, top + 16);
-  FramePaintEntryNote(cv, left + cv->GetTextWidth(buf), top + 16);
-  textsRight = std::max(textsRight, left + cv->GetTextWidth(buf));
+  r->DrawText(buf, left, top + 16, black);
+  FramePaintEntryNote(r, left + r->MeasureText(buf), top + 16);
+  textsRight = std::max(textsRight, left + r->MeasureText(buf));
   if (!session.graphs[CURVE_FX] || session.graphs[CURVE_FX]->GetCurrentTyre()->model != 1) return;
   // Magic Formula 5.2: all scaling factors, beside these texts under the
   // operating-point sliders.
-  FramePaintScaleList(cv, *session.graphs[CURVE_FX]->GetCurrentTyre(), textsRight, bandTop);
+  FramePaintScaleList(r, *session.graphs[CURVE_FX]->GetCurrentTyre(), textsRight, bandTop);
 }
 
 }  // namespace
 
-void FramePaintGraphs(QCanvas *cv, int viewWidth, int viewHeight) {
+FrameState FrameStateFromSession() {
+  FrameState st;
+  for (int i = 0; i < CURVE_COUNT; i++) st.graphs[i] = session.graphs[i];
+  st.focus = session.focus;
+  st.ghostCamber = session.ghostCamber;
+  if (session.reference[CURVE_FX] && session.graphs[CURVE_FX]) {
+    // The reference tyre follows the operating point and the zoom.
+    FrameOverlay ref;
+    for (int i = 0; i < CURVE_COUNT; i++) {
+      ref.graphs[i] = session.reference[i];
+      OpApplyAll(session.reference[i]->GetCurrentTyre(), session.point);
+      session.reference[i]->SetZoom(session.zoom);
+    }
+    ref.label = session.referenceLabel;
+    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel) : session.lastTir;
+    st.overlays.push_back(ref);
+  }
+  return st;
+}
+
+void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
   char buf[128];
-  int cx = GRAPH_LEFT_MARGIN + viewWidth / 2, cy = GRAPH_TOP_MARGIN + viewHeight / 2;
-  int areaTop = GRAPH_TOP_MARGIN, areaBottom = GRAPH_TOP_MARGIN + viewHeight;
+  int cx = view.x + view.wid / 2, cy = view.y + view.hgt / 2;
+  int areaTop = view.y, areaBottom = view.y + view.hgt;
 
-  cv->Select();
-  glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
-  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-
-  cv->SetColor(100, 100, 255, 255);
-  if (cv->GetFont() && session.graphs[CURVE_FX]) {
-    snprintf(buf, sizeof buf, "Model: %s", session.graphs[CURVE_FX]->GetCurrentTyre()->GetModelName());
-    cv->Text(buf, 30, areaTop + 10);
-    FramePaintCarNote(cv, 30, areaTop + 10);
+  if (r->HasFont() && st.graphs[CURVE_FX]) {
+    snprintf(buf, sizeof buf, "Model: %s", st.graphs[CURVE_FX]->GetCurrentTyre()->GetModelName());
+    r->DrawText(buf, view.x + 15, areaTop + 10, QColor(100, 100, 255, 255));
   }
 
-  GraphPaintGrid(cv, cx, cy);
+  GraphPaintGrid(r, cx, cy);
+  if (st.underlay) st.underlay(r);
   // A frame can come before the graphs exist: an error box raised during
   // the start-up runs the loop, and so the paint callback.
-  for (Graph *g : session.graphs) {
+  for (Graph *g : st.graphs) {
     if (!g) continue;
+    TyreStateGuard keep(g->GetCurrentTyre());
     g->SetAlpha(1.0f);
     g->Sample();
-    g->PaintCurve(cv, cx, cy, false);
+    g->PaintCurve(r, cx, cy, false);
   }
   // The texts once all curves are known, so that the labels can keep off them.
-  const bool xMinAbove = FrameXMinLabelsAbove(cv, cx, cy);
-  for (Graph *g : session.graphs)
-    if (g) g->PaintTexts(cv, cx, cy, areaTop, areaBottom, xMinAbove);
-  if (session.focus >= 1 && session.focus <= 3) PaintGhosts(cv, cx, cy, session.ghostCamber);
-  FramePaintOpLine(cv, cx - Graph::X_ORIGIN, GRAPH_LEFT_MARGIN + viewWidth, areaBottom);
-  const QRect lastSlider = LayoutCompute(viewWidth, viewHeight).op[OP_SLIDERS - 1];
-  PaintCoefficientTexts(cv, 13, viewHeight + 72 + 4 * 21 + 4, lastSlider.y + lastSlider.hgt + 1);
+  const bool xMinAbove = FrameXMinLabelsAbove(r, st.graphs, cx, cy);
+  for (Graph *g : st.graphs)
+    if (g) g->PaintTexts(r, cx, cy, areaTop, areaBottom, xMinAbove);
+  for (const FrameOverlay &o : st.overlays)
+    for (Graph *g : o.graphs) {
+      if (!g) continue;
+      TyreStateGuard keep(g->GetCurrentTyre());
+      g->SetAlpha(1.0f);
+      g->Sample();
+      g->PaintCurve(r, cx, cy, false);
+    }
+  if (!st.overlays.empty()) PaintLegend(r, st, cx + 20, areaBottom - 52, view.x + view.wid - 4);
+  if (st.focus >= 1 && st.focus <= 3) PaintGhosts(r, st, cx, cy);
+}
+
+void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
+  r->BeginPicture(QColor(255, 255, 255, 255));
+  QRect view(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, viewWidth, viewHeight);
+  PlotPaint(r, PlotKind(session.view), FrameStateFromSession(), view, nullptr);
+  int cx = GRAPH_LEFT_MARGIN + viewWidth / 2;
+  int areaTop = GRAPH_TOP_MARGIN, areaBottom = GRAPH_TOP_MARGIN + viewHeight;
+  if (r->HasFont() && session.graphs[CURVE_FX]) FramePaintCarNote(r, view.x + 15, areaTop + 10);
+  if (session.view == PLOT_CURVES) FramePaintOpLine(r, cx - Graph::X_ORIGIN, GRAPH_LEFT_MARGIN + viewWidth, areaBottom);
+  const PanelLayout layout = LayoutCompute(viewWidth, viewHeight);
+  const QRect lastSlider = layout.op[OP_SLIDERS - 1];
+  PaintCoefficientTexts(r, 13, viewHeight + 72 + 4 * 21 + 4, lastSlider.y + lastSlider.hgt + 1);
+  // The keys of the views, in the free corner under the wheel slider (the
+  // band along the bottom edge holds a Magic Formula 5.2 tyre's scale list).
+  if (r->HasFont()) {
+    char hint[3][64];
+    snprintf(hint[0], sizeof hint[0], "F2 view: %s", PlotKindName(PlotKind(session.view)));
+    snprintf(hint[1], sizeof hint[1], "F3 reference tyre: %s", session.reference[CURVE_FX] ? "on" : "off");
+    snprintf(hint[2], sizeof hint[2], "F4 save view as PNG");
+    const int top = layout.wheel.y + layout.wheel.hgt + 12;
+    for (int i = 0; i < 3; i++) r->DrawText(hint[i], layout.wheel.x, top + 15 * i, QColor(128, 128, 128, 255));
+  }
 }

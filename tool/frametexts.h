@@ -5,24 +5,25 @@
 // tool/textplace.h.
 #pragma once
 
+class Graph;
 class KPacejka;
-class QCanvas;
+class QRenderer;
 
 // Whether the x-minimum range labels go above the horizontal axis: when the
 // curves just sampled run through their place below it and less through the
 // one above.
-bool FrameXMinLabelsAbove(QCanvas *cv, int cx, int cy);
+bool FrameXMinLabelsAbove(QRenderer *r, Graph *const *graphs, int cx, int cy);
 // The session's car note (missing car or wheels), under "Model: %s" at
 // (modelX, modelY); nothing when there is none.
-void FramePaintCarNote(QCanvas *cv, int modelX, int modelY);
+void FramePaintCarNote(QRenderer *r, int modelX, int modelY);
 // Fx, Fy and Mz of the current wheel's tyre at the operating point and the
 // clamps the model applies to it, under the peak texts; the graph area ends
 // at areaRight and areaBottom.
-void FramePaintOpLine(QCanvas *cv, int plotLeft, int areaRight, int areaBottom);
+void FramePaintOpLine(QRenderer *r, int plotLeft, int areaRight, int areaBottom);
 // The note of the last typed value, after the value line that ends at
 // (x, y); nothing when the value was a plain number.
-void FramePaintEntryNote(QCanvas *cv, int x, int y);
+void FramePaintEntryNote(QRenderer *r, int x, int y);
 // The 28 scale factors of `tyre`, four rows of columns from the right of the
 // selected coefficient's texts (ending at x = textsRight) to the window's
 // right edge, in the band from `top` to the window's bottom.
-void FramePaintScaleList(QCanvas *cv, const KPacejka &tyre, int textsRight, int top);
+void FramePaintScaleList(QRenderer *r, const KPacejka &tyre, int textsRight, int top);

@@ -1,12 +1,10 @@
 // Drawing of the graphs.
 #include "tool/graph.h"
 
-#include <GL/gl.h>
-
 #include <cstdio>
 
 #include "tool/textplace.h"
-#include "ui/qcanvas.h"
+#include "ui/qrenderer.h"
 
 static QColor ColorOf(CurveKind kind) {
   switch (kind) {
@@ -42,38 +40,26 @@ static float Rise(float value, float yScale) {
 
 int Graph::SampleY(float value, int cy) const { return cy - int(Rise(value, yScale)); }
 
-void Graph::PaintCurve(QCanvas *cv, int cx, int cy, bool ghost) const {
+void Graph::PaintCurve(QRenderer *r, int cx, int cy, bool ghost) const {
   float a = (!ghost && (flags & GRAPH_DIMMED)) ? 0.1f : alpha;
-  glLineWidth(1.5f);
-  glEnable(GL_LINE_SMOOTH);
-  glHint(GL_LINE_SMOOTH_HINT, GL_NICEST);
-  glEnable(GL_BLEND);
-  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-  glColor4f(float(color.GetR()) / 255.0f, float(color.GetG()) / 255.0f, float(color.GetB()) / 255.0f, a);
-  // Vertically at sub-pixel precision (OpenGL's y grows upwards), so the
-  // smoothed line does not show the pixel steps.
-  float glCentre = float(cv->MapY(cy)) + 0.5f;
+  // Vertically at sub-pixel precision, so the smoothed line does not show
+  // the pixel steps.
+  QPointF points[CURVE_SAMPLES];
+  for (int i = 0; i < CURVE_SAMPLES; i++) points[i] = {float(SampleX(i, cx) - cx), -Rise(curve.samples[i], yScale)};
   // A curve beyond the vertical range (a heavy load, a wild coefficient)
   // stops at the plot's edge instead of running over the texts and controls.
-  cv->Clip(QRect(cx - X_ORIGIN, cy - Y_ORIGIN, 2 * X_ORIGIN + 1, 2 * Y_ORIGIN + 1));
-  glBegin(GL_LINE_STRIP);
-  for (int i = 0; i < CURVE_SAMPLES; i++)
-    glVertex2f(float(cv->MapX(SampleX(i, cx))) + 0.5f, glCentre + Rise(curve.samples[i], yScale));
-  glEnd();
-  cv->NoClip();
-  glLineWidth(1.0f);
-  glDisable(GL_LINE_SMOOTH);
-  glDisable(GL_BLEND);
+  r->ClipRect(QRect(cx - X_ORIGIN, cy - Y_ORIGIN, 2 * X_ORIGIN + 1, 2 * Y_ORIGIN + 1));
+  r->Polyline(points, CURVE_SAMPLES, QStroke{color, a, 1.5f, true}, cx, cy);
+  r->ClipNone();
 }
 
-void Graph::PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom, bool xMinAbove) const {
+void Graph::PaintTexts(QRenderer *r, int cx, int cy, int areaTop, int areaBottom, bool xMinAbove) const {
   // Without the UI font (already reported at start-up) the curves still draw.
-  if (!cv->GetFont()) return;
+  if (!r->HasFont()) return;
   char buf[128];
   int shift = 16 * int(kind);
   int left = cx - X_ORIGIN, right = cx + X_ORIGIN;
   const char *xq = CurveXQuantity(kind), *yu = CurveYUnit(kind);
-  cv->SetColor(color);
 
   // Range labels: x at the ends of the horizontal axis, y at the ends of the
   // vertical one, each graph's set 16 pixels below the previous graph's, in
@@ -81,36 +67,50 @@ void Graph::PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom,
   const float ends[4] = {range.xMin, range.xMax, range.yMax, range.yMin};
   for (int i = 0; i < 4; i++) {
     snprintf(buf, sizeof buf, "%.1f %s", double(ends[i]), i < 2 ? xq : yu);
-    TextSpot at = TextPlaceRangeLabel(RangeLabel(i), int(kind), cv->GetTextWidth(buf), cx, cy, xMinAbove);
-    cv->Text(buf, at.x, at.y);
+    TextSpot at = TextPlaceRangeLabel(RangeLabel(i), int(kind), r->MeasureText(buf), cx, cy, xMinAbove);
+    r->DrawText(buf, at.x, at.y, color);
   }
 
   // Title above the plot, peak text below it, one line per graph.
-  cv->Text(CurveTitle(kind), right - 250, areaTop + 10 + shift);
+  r->DrawText(CurveTitle(kind), right - 250, areaTop + 10 + shift, color);
   snprintf(buf, sizeof buf, CurvePeakFormat(kind), double(curve.peakX), double(curve.peakValue));
   TextSpot peak = TextPlacePeak(int(kind), left, areaBottom);
-  cv->Text(buf, peak.x, peak.y);
+  r->DrawText(buf, peak.x, peak.y, color);
 }
 
-void GraphPaintGrid(QCanvas *cv, int cx, int cy) {
+void GraphPaintGrid(QRenderer *r, int cx, int cy) {
   const int hw = Graph::X_ORIGIN, hh = Graph::Y_ORIGIN;
-  glDisable(GL_DEPTH_TEST);
+  QSegment grid[2 * 21], axes[2 + 4 * 11];
+  int n = 0;
   // Grid at every tenth of the half sizes, light grey.
-  cv->SetColor(230, 230, 230, 255);
   for (int t = -10; t <= 10; t++) {
     int x = cx + hw * t / 10, y = cy + hh * t / 10;
-    cv->Line(x, cy - hh, x, cy + hh);
-    cv->Line(cx - hw, y, cx + hw, y);
+    grid[n++] = {x, cy - hh, x, cy + hh};
+    grid[n++] = {cx - hw, y, cx + hw, y};
   }
+  r->Segments(grid, n, QColor(230, 230, 230, 255));
   // Axes through the centre and their ticks, mid grey.
-  cv->SetColor(128, 128, 128, 255);
-  cv->Line(cx - hw, cy, cx + hw, cy);
-  cv->Line(cx, cy - hh, cx, cy + hh);
+  n = 0;
+  axes[n++] = {cx - hw, cy, cx + hw, cy};
+  axes[n++] = {cx, cy - hh, cx, cy + hh};
   for (int t = 0; t <= 10; t++) {
     for (int side = -1; side <= 1; side += 2) {
       int x = cx + side * hw * t / 10, y = cy + side * hh * t / 10;
-      cv->Line(x, cy - 3, x, cy + 2);  // 5 pixels across the horizontal axis
-      cv->Line(cx - 2, y, cx + 2, y);  // 4 pixels across the vertical axis
+      axes[n++] = {x, cy - 3, x, cy + 2};  // 5 pixels across the horizontal axis
+      axes[n++] = {cx - 2, y, cx + 2, y};  // 4 pixels across the vertical axis
     }
+  }
+  r->Segments(axes, n, QColor(128, 128, 128, 255));
+}
+
+void GraphApplyEmphasis(Graph *const graphs[CURVE_COUNT], int focus) {
+  int emphasised = focus == 0 ? 0 : focus - 1;
+  for (int i = 0; i < CURVE_COUNT; i++) {
+    unsigned f = graphs[i]->GetFlags() & ~unsigned(GRAPH_DIMMED | GRAPH_EMPHASISED);
+    if (i == emphasised)
+      f |= GRAPH_EMPHASISED;
+    else if (focus != 0)
+      f |= GRAPH_DIMMED;
+    graphs[i]->SetFlags(f);
   }
 }

@@ -15,7 +15,7 @@
 #include "tyre/kpacejka.h"
 #include "ui/qcolor.h"
 
-class QCanvas;
+class QRenderer;
 
 enum : unsigned {
   GRAPH_DIMMED = 1,      // another graph has the focus: main curve at alpha 0.1
@@ -50,6 +50,8 @@ class Graph {
   float GetAlpha() const { return alpha; }
   const Curve &GetCurve() const { return curve; }
   QColor GetColor() const { return color; }
+  // Another colour for the curve and its texts (overlaid tyres).
+  void SetColor(QColor c) { color = c; }
   float GetXScale() const { return xScale; }
   float GetYScale() const { return yScale; }
   const char *GetXAxisName() const { return xAxisName; }
@@ -62,10 +64,10 @@ class Graph {
   int SampleX(int i, int cx) const;
   int SampleY(float value, int cy) const;
   // The curve as a line strip; `ghost` curves ignore the dimmed flag.
-  void PaintCurve(QCanvas *cv, int cx, int cy, bool ghost) const;
+  void PaintCurve(QRenderer *r, int cx, int cy, bool ghost) const;
   // Range labels (stacked by index), title and peak text of the main curve;
   // `xMinAbove` puts the x-minimum label above the horizontal axis.
-  void PaintTexts(QCanvas *cv, int cx, int cy, int areaTop, int areaBottom, bool xMinAbove = false) const;
+  void PaintTexts(QRenderer *r, int cx, int cy, int areaTop, int areaBottom, bool xMinAbove = false) const;
 
  private:
   CurveKind kind;
@@ -84,4 +86,7 @@ class Graph {
 
 // The grid shared by the three graphs: 21 x 21 lines at tenths of the plot's
 // half sizes, the two axes and the tick marks, around the plot centre.
-void GraphPaintGrid(QCanvas *cv, int cx, int cy);
+void GraphPaintGrid(QRenderer *r, int cx, int cy);
+// Emphasis of the three graphs by focus: focus 0 emphasises Fx and dims
+// none; focus n emphasises graph n-1 and dims the other two.
+void GraphApplyEmphasis(Graph *const graphs[CURVE_COUNT], int focus);

@@ -24,17 +24,7 @@ void SessionApplyZoom() {
   for (Graph *g : session.graphs) g->SetZoom(session.zoom);
 }
 
-void SessionApplyEmphasis() {
-  int emphasised = session.focus == 0 ? 0 : session.focus - 1;
-  for (int i = 0; i < CURVE_COUNT; i++) {
-    unsigned f = session.graphs[i]->GetFlags() & ~unsigned(GRAPH_DIMMED | GRAPH_EMPHASISED);
-    if (i == emphasised)
-      f |= GRAPH_EMPHASISED;
-    else if (session.focus != 0)
-      f |= GRAPH_DIMMED;
-    session.graphs[i]->SetFlags(f);
-  }
-}
+void SessionApplyEmphasis() { GraphApplyEmphasis(session.graphs, session.focus); }
 
 bool SessionLookupCoefficient() {
   session.edit = CoeffLookup(SessionList(), session.selected);

@@ -32,6 +32,9 @@ struct Session {
   // number (tool/panel.h); empty otherwise.
   std::string entryNote;
   Graph *graphs[CURVE_COUNT] = {};
+  int view = 0;                          // what the graph area shows: a PlotKind (tool/plot.h)
+  Graph *reference[CURVE_COUNT] = {};    // a reference tyre drawn in grey; null when none
+  std::string referenceLabel;            // its file name
 };
 
 extern Session session;

@@ -10,6 +10,7 @@
 #include "ui/qcolor.h"
 #include "ui/qobject.h"
 #include "ui/qrect.h"
+#include "ui/qrenderer.h"
 
 class QFont;
 class QWindow;
@@ -49,7 +50,7 @@ enum : unsigned {
 // Text style bits (Text/Text3D); no style is supported on this platform.
 enum : unsigned { QCANVAS_TEXT_BOLD = 0x1, QCANVAS_TEXT_ITALIC = 0x2 };
 
-class QCanvas : public QObject {
+class QCanvas : public QObject, public QRenderer {
  public:
   static constexpr int MAX_TEXTML_LINES = 10;
   static constexpr int TEXTML_BUFFER = 1024;
@@ -127,6 +128,21 @@ class QCanvas : public QObject {
 
   // Sets the OpenGL blend state of the current mode (called before primitives).
   void ApplyBlending() const;
+
+  // ---- QRenderer (ui/qcanvas_renderer.cpp) ---------------------------------------------
+  // BeginPicture selects the canvas (Select) and clears colour and depth.
+  void BeginPicture(QColor background) override;
+  void ClipRect(const QRect &r) override { Clip(r); }
+  void ClipNone() override { NoClip(); }
+  void Polyline(const QPointF *points, int n, const QStroke &stroke, int ox, int oy) override;
+  void Segments(const QSegment *segments, int n, QColor c) override;
+  void FillRect(const QRect &r, QColor c) override;
+  void DrawText(const char *text, int x, int y, QColor c) override;
+  int MeasureText(const char *text) const override { return GetTextWidth(text); }
+  bool HasFont() const override { return font != nullptr; }
+  int TextHeight() const override { return GetTextHeight(); }
+  QRect Bounds() const override { return QRect(0, 0, targetWid, targetHgt); }
+  void DrawImage(const uint8_t *rgba, int wid, int hgt, int x, int y) override;
 
  private:
   void SendColor(QColor c) const;

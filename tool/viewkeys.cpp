@@ -1,0 +1,95 @@
+// The view keys of the window.
+#include "tool/viewkeys.h"
+
+#include <cstdio>
+
+#include "diag/qdebug.h"
+#include "platform/cairo/qcairo.h"
+#include "tool/carload.h"
+#include "tool/frame.h"
+#include "tool/graph.h"
+#include "tool/mrun.h"
+#include "tool/plot.h"
+#include "tool/session.h"
+#include "tool/settings.h"
+#include "ui/qapp.h"
+#include "ui/qdlgfile.h"
+#include "ui/qevent.h"
+
+void ViewCycle() { session.view = (session.view + 1) % PLOT_KIND_COUNT; }
+
+void ViewDropReference() {
+  for (Graph *&g : session.reference) {
+    delete g;
+    g = nullptr;
+  }
+  session.referenceLabel.clear();
+}
+
+bool ViewLoadReference(const char *path) {
+  ViewDropReference();
+  QColor grey[CURVE_COUNT];
+  PlotReferenceColors(grey);
+  for (int i = 0; i < CURVE_COUNT; i++) {
+    session.reference[i] = new Graph(CurveKind(i), i ? session.reference[i - 1] : nullptr);
+    session.reference[i]->SetColor(grey[i]);
+    std::string error;
+    if (!CarLoadTyreSource(path, 0, session.reference[i]->GetTyre(0), &error)) {
+      QERR("reference tyre %s: %s", path, error.c_str());
+      ViewDropReference();
+      return false;
+    }
+  }
+  std::string p = path;
+  size_t slash = p.find_last_of('/');
+  session.referenceLabel = "reference: " + (slash == std::string::npos ? p : p.substr(slash + 1));
+  return true;
+}
+
+std::string ViewNextPngName() {
+  std::string dir = QApp::GetScreenshotDir();
+  if (!dir.empty() && dir.back() != '/') dir += '/';
+  for (int i = 1; i <= 99999; i++) {
+    char name[32];
+    snprintf(name, sizeof name, "view%05d.png", i);
+    FILE *f = fopen((dir + name).c_str(), "rb");
+    if (!f) return dir + name;
+    fclose(f);
+  }
+  return "";
+}
+
+bool ViewSavePng(const std::string &path) {
+  const ToolSettings &s = TyroSettings();
+  FrameState st = FrameStateFromSession();
+  std::string error;
+  bool ok = QCairoWriteFile(path, s.viewWidth, s.viewHeight, s.viewWidth, s.viewHeight, [&](QRenderer *r) {
+    PlotPaint(r, PlotKind(session.view), st, QRect(0, 0, s.viewWidth, s.viewHeight), nullptr);
+  }, &error);
+  if (!ok) QERR("%s", error.c_str());
+  else QNOTE("view saved as %s", path.c_str());
+  return ok;
+}
+
+bool ViewKeyDispatch(const QEvent *ev) {
+  if (ev->type != QEVENT_KEYPRESS) return false;
+  switch (ev->xn) {
+    case VIEWKEY_CYCLE: ViewCycle(); return true;
+    case VIEWKEY_REFERENCE: {
+      if (session.reference[CURVE_FX]) {
+        ViewDropReference();
+        return true;
+      }
+      char buf[QDLGFILE_PATH_MAX] = "";
+      if (QDlgFile(TyroSettingsTree(), "open_reference", nullptr, buf, "Reference tyre", "*.tir", nullptr, nullptr))
+        ViewLoadReference(buf);
+      return true;
+    }
+    case VIEWKEY_SAVE: {
+      std::string path = ViewNextPngName();
+      if (!path.empty()) ViewSavePng(path);
+      return true;
+    }
+    default: return false;
+  }
+}
