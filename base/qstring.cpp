@@ -41,7 +41,7 @@ bool qstring::Reserve(int n) { return Grow(n); }
 
 bool qstring::Nyi(const char *op) const {
   if (!wide_) return false;
-  qerr("qstring", op, __LINE__, "qstring:%s() NYI for Unicode\n", op);
+  QERR_IN(op, "qstring:%s() NYI for Unicode\n", op);
   return true;
 }
 

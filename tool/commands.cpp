@@ -80,7 +80,7 @@ bool CommandOpenTire() {
 bool CommandRevert() {
   if (QMessageBox("Revert", "Are you sure you want to revert to the last saved Pacejka set?", QMB_YESNO) != 0)
     return false;
-  qdbg("commands", "Revert", __LINE__, "Reverting\n");
+  QDBG_IN("Revert", "Reverting\n");
   SessionLoadCar();
   // Loading leaves each tyre at the load and camber of its camber check;
   // the tyres take the panel's operating point again, and the radios the

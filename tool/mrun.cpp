@@ -171,9 +171,9 @@ void OnExit() {
 // read from it and stays open until exit.
 void OpenSettings() {
   std::string base = BaseFolderFind();
-  if (chdir(base.c_str()) != 0) qwarn("mrun", "TyroRun", __LINE__, "can't change to base folder '%s'", base.c_str());
+  if (chdir(base.c_str()) != 0) QWARN_IN("TyroRun", "can't change to base folder '%s'", base.c_str());
   if (!BaseFolderSeedSettings("."))
-    qwarn("mrun", "TyroRun", __LINE__, "can't copy data/%s to %s", SETTINGS_FILE, SETTINGS_FILE);
+    QWARN_IN("TyroRun", "can't copy data/%s to %s", SETTINGS_FILE, SETTINGS_FILE);
   settingsTree = new QInfo(SETTINGS_FILE, QINFO_SILENT);
   QSetMainInfo(settingsTree);
 }

@@ -28,7 +28,7 @@ void SessionApplyEmphasis() { GraphApplyEmphasis(session.graphs, session.focus);
 
 bool SessionLookupCoefficient() {
   session.edit = CoeffLookup(SessionList(), session.selected);
-  qdbg("session", "SetEditCoeff", __LINE__, "coeffPtr %d\n", session.edit.field);
+  QDBG_IN("SetEditCoeff", "coeffPtr %d\n", session.edit.field);
   return session.edit.field != COEFF_FIELD_NONE;
 }
 

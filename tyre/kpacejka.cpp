@@ -70,7 +70,7 @@ void KPacejka::ResetCoefficients() {
 // ---- Operating point ---------------------------------------------------------------
 
 void KPacejka::ReportBadCamber() {
-  qerr("kpacejka", "KPacejka::SetCamber", __LINE__, "Trying to set not a NaN to camber");
+  QERR_IN("KPacejka::SetCamber", "Trying to set not a NaN to camber");
 }
 
 void KPacejka::SetCamber(float radians) {
@@ -123,7 +123,7 @@ float &KPacejka::Pac96(int i) { return *KPacejkaFloat(*this, *KPacejkaPac96Membe
 
 void KPacejka::CreateSystem(PSystem *parent) {
   if (system) {
-    qwarn("kpacejka", "KPacejka::CreateSystem", __LINE__, "CreateSystem() called twice");
+    QWARN("CreateSystem() called twice");
     return;
   }
   if (!parent) return;

@@ -13,10 +13,10 @@ void KPacejka::RearmNaNReports() { reportNaN[0] = reportNaN[1] = reportNaN[2] = 
 void KPacejka::ReportNaN(int quantity, const kpacejka::Point<float> &p) {
   static const char *const labels[3] = {"Fx", "Fy", "Mz"};
   if (quantity < 0 || quantity > 2 || !reportNaN[quantity]) return;
-  qerr("kpacejka", "KPacejka::Calculate", __LINE__,
+  QERR_IN("KPacejka::Calculate",
        "%s NaN detected in Pacejka; camber %f, sideSlip %f, slipPerc %f, Fz %f", labels[quantity],
        double(p.camber), double(p.sideSlip), double(p.slipPercentage), double(p.Fz));
-  qerr("kpacejka", "KPacejka::Calculate", __LINE__, "Only reporting the NaN once.");
+  QERR_IN("KPacejka::Calculate", "Only reporting the NaN once.");
   reportNaN[quantity] = false;
 }
 

@@ -42,11 +42,11 @@ static void ReadPac96Scaling(float &value, QInfo *info, const char *path, const 
   value = 1.0f;
   value = info->GetFloat(key, 1.0f);
   if (value == 0.0f) {
-    qwarn("kpacejka", "KPacejka::LoadFromInfo", __LINE__, "%s may not be 0; using 1.0", key);
+    QWARN_IN("KPacejka::LoadFromInfo", "%s may not be 0; using 1.0", key);
     value = 1.0f;
   }
   if (value < 1.0f)
-    qwarn("kpacejka", "KPacejka::LoadFromInfo", __LINE__,
+    QWARN_IN("KPacejka::LoadFromInfo", 
           "%s should be >=1.0; accepted purely for testing", key);
 }
 
@@ -136,18 +136,18 @@ void KPacejka::CheckCamber() {
   const float Fy2 = Fy, Mz2 = Mz;
   // 6.
   if (Fy2 > Fy0) {
-    qwarn("kpacejka", "KPacejka::Load", __LINE__, "Pacejka warning; with 2 degrees of inclination angle,");
-    qwarn("kpacejka", "KPacejka::Load", __LINE__,
+    QWARN_IN("KPacejka::Load", "Pacejka warning; with 2 degrees of inclination angle,");
+    QWARN_IN("KPacejka::Load", 
           "lateral force (Fy) goes UP (unexpected) from %.3f to %.3fN.", double(Fy0), double(Fy2));
-    qwarn("kpacejka", "KPacejka::Load", __LINE__, "This may indicate a sign error in a5/a8/a111/a112.");
+    QWARN_IN("KPacejka::Load", "This may indicate a sign error in a5/a8/a111/a112.");
   }
   // 7. The moment test compares Mz2 with itself and so never fires; the
   //    simulator has shipped it that way and tyres are tuned against it.
   const volatile float MzCheck = Mz2;
   if (MzCheck > Mz2) {
-    qwarn("kpacejka", "KPacejka::Load", __LINE__, "Pacejka warning; with 2 degrees of inclination angle,");
-    qwarn("kpacejka", "KPacejka::Load", __LINE__,
+    QWARN_IN("KPacejka::Load", "Pacejka warning; with 2 degrees of inclination angle,");
+    QWARN_IN("KPacejka::Load", 
           "aligning moment (Mz) goes DOWN (unexpected) from %.3f to %.3fN.", double(Mz0), double(Mz2));
-    qwarn("kpacejka", "KPacejka::Load", __LINE__, "This may indicate a sign error in c6/c10/c11/c14/c15.");
+    QWARN_IN("KPacejka::Load", "This may indicate a sign error in c6/c10/c11/c14/c15.");
   }
 }

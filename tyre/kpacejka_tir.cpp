@@ -22,7 +22,7 @@ static void ReadFixed(KPacejka &tyre, const PTirFile &tir, const char *member, f
 
 bool KPacejka::LoadFromTirFile(const char *fileName) {
   // 1-2.
-  qdbg("kpacejka", "KPacejka::LoadFromTirFile", __LINE__, "KPacejka:LoadFromTIRFile(%s)\n", fileName);
+  QDBG("KPacejka:LoadFromTIRFile(%s)\n", fileName);
   PTirFile tir(fileName);
   // 3. the model; anything unknown is tried as 5.2
   const int fittyp = tir.GetInt("model.fittyp", 0);
@@ -31,7 +31,7 @@ bool KPacejka::LoadFromTirFile(const char *fileName) {
   } else if (fittyp == 52) {
     model = MF52;
   } else {
-    qerr("kpacejka", "KPacejka::LoadFromTirFile", __LINE__,
+    QERR(
          "model.fittyp = %d; only 52 (MF5.2) or 61 (MF6.1) supported! Attempting MF5.2", fittyp);
     model = MF52;
   }

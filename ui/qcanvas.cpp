@@ -40,7 +40,7 @@ const PaletteEntry PALETTE[QCANVAS_PX_COUNT] = {
 
 void QCanvas::SetColor(unsigned code, int alpha) {
   if (code >= QCANVAS_PX_COUNT) {
-    qwarn("qcanvas", "QCanvas::SetColor", __LINE__, "QCanvas::SetColor(%d) unknown PX_xxx", int(code));
+    QWARN("QCanvas::SetColor(%d) unknown PX_xxx", int(code));
     // Pure green makes the mistake visible on screen.
     color = QColor(0, 255, 0, 255);
     return;
@@ -133,7 +133,7 @@ void QCanvas::Point(int x, int y) {
 
 void QCanvas::Line(int x1, int y1, int x2, int y2, const QColor *c1, const QColor *c2) {
   if (mode & QCANVAS_MODE_X) {
-    qwarn("qcanvas", "QCanvas::Line", __LINE__, "Canvas:Line not supported for X");
+    QWARN("Canvas:Line not supported for X");
     return;
   }
   ApplyBlending();
@@ -188,7 +188,7 @@ void QCanvas::Triangle(int x1, int y1, int x2, int y2, int x3, int y3) {
 void QCanvas::Outline(const QRect &r) {
   SetColor(QCANVAS_PX_PALEBLUE);
   if (mode & QCANVAS_MODE_X) {
-    qwarn("qcanvas", "QCanvas::Outline", __LINE__, "QCanvas:Outline not support for ISX");
+    QWARN("QCanvas:Outline not support for ISX");
     return;
   }
   Rectline(r);
@@ -211,7 +211,7 @@ void QCanvas::DrawPixels(const unsigned char *rgba, int wid, int hgt, int x, int
 
 void QCanvas::Blit(int sx, int sy, int wid, int hgt, int dx, int dy) {
   if (mode & QCANVAS_MODE_X) {
-    qwarn("qcanvas", "QCanvas::Blit", __LINE__, "QCanvas::Blit() not implemented for USEX");
+    QWARN("QCanvas::Blit() not implemented for USEX");
     return;
   }
   glDisable(GL_BLEND);
@@ -220,7 +220,7 @@ void QCanvas::Blit(int sx, int sy, int wid, int hgt, int dx, int dy) {
   AfterDraw("QCanvas::Blit");
 }
 
-void QCanvas::Shade(const QRect &) { qwarn("qcanvas", "QCanvas::Shade", __LINE__, "QCanvas::Shade obsolete call"); }
+void QCanvas::Shade(const QRect &) { QWARN("QCanvas::Shade obsolete call"); }
 
 // ---- [text] --------------------------------------------------------------------------
 
@@ -234,11 +234,11 @@ QCanvas::TextObserver QCanvas::SetTextObserver(TextObserver observer) {
 
 void QCanvas::Text(const char *text, int x, int y, int len, unsigned style) {
   if (!font || !font->GetTexFont()) {
-    qwarn("qcanvas", "QCanvas::Text", __LINE__, "QCanvas:Text(); no font selected");
+    QWARN("QCanvas:Text(); no font selected");
     return;
   }
   if (style) {
-    qwarn("qcanvas", "QCanvas::Text", __LINE__, "QCanvas:Text(); can't handle styles nyi/win32");
+    QWARN("QCanvas:Text(); can't handle styles nyi/win32");
   }
   DTexFont *tf = font->GetTexFont();
   // Text always blends: the glyph image's alpha is the coverage.
@@ -256,18 +256,18 @@ void QCanvas::Text(const char *text, int x, int y, int len, unsigned style) {
 
 void QCanvas::Text3D(const char *, float, float, float, unsigned style) {
   if (!font) {
-    qwarn("qcanvas", "QCanvas::Text3D", __LINE__, "QCanvas:Text3D(); no font selected");
+    QWARN("QCanvas:Text3D(); no font selected");
     return;
   }
-  if (style) qwarn("qcanvas", "QCanvas::Text3D", __LINE__, "QCanvas:Text3D(); can't handle styles nyi");
+  if (style) QWARN("QCanvas:Text3D(); can't handle styles nyi");
   // Every font on this platform is a texture font.
-  qwarn("qcanvas", "QCanvas::Text3D", __LINE__, "QCanvas:Text3D does not support texfonts");
+  QWARN("QCanvas:Text3D does not support texfonts");
 }
 
 void QCanvas::TextML(const char *text, int x, int y) {
   char buf[TEXTML_BUFFER];
   if (strlen(text) >= sizeof(buf)) {
-    qwarn("qcanvas", "QCanvas::TextML", __LINE__, "QCanvas::TextML(); text>temp buffer");
+    QWARN("QCanvas::TextML(); text>temp buffer");
     return;
   }
   strcpy(buf, text);
@@ -276,7 +276,7 @@ void QCanvas::TextML(const char *text, int x, int y) {
   char *p = buf;
   for (;;) {
     if (count == MAX_TEXTML_LINES) {
-      qwarn("qcanvas", "QCanvas::TextML", __LINE__, "QCanvas::TextML() max #lines reached (10)");
+      QWARN("QCanvas::TextML() max #lines reached (10)");
       break;
     }
     lines[count++] = p;

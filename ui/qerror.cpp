@@ -118,28 +118,27 @@ bool QCatchGLErrors() {
 static const char *OnOff(GLenum cap) { return glIsEnabled(cap) ? "on" : "off"; }
 
 void QGLState::DbgPrint(const char *title) {
-  const char *F = "qerror";
   const char *FN = "QGLState::DbgPrint";
-  qdbg(F, FN, __LINE__, "OpenGL state: (context %p) (%s)\n", qpGetCurrentContext(), title ? title : "");
+  QDBG_IN(FN, "OpenGL state: (context %p) (%s)\n", qpGetCurrentContext(), title ? title : "");
   GLfloat rp[4] = {};
   GLint rpValid = 0;
   glGetFloatv(GL_CURRENT_RASTER_POSITION, rp);
   glGetIntegerv(GL_CURRENT_RASTER_POSITION_VALID, &rpValid);
-  qdbg(F, FN, __LINE__, "  Raster position: (%.2f, %.2f, %.2f, %.2f) valid=%d\n", double(rp[0]), double(rp[1]),
+  QDBG_IN(FN, "  Raster position: (%.2f, %.2f, %.2f, %.2f) valid=%d\n", double(rp[0]), double(rp[1]),
        double(rp[2]), double(rp[3]), rpValid);
-  qdbg(F, FN, __LINE__, "  Enabled: blend=%s texture2d=%s lighting=%s cullface=%s fog=%s\n", OnOff(GL_BLEND),
+  QDBG_IN(FN, "  Enabled: blend=%s texture2d=%s lighting=%s cullface=%s fog=%s\n", OnOff(GL_BLEND),
        OnOff(GL_TEXTURE_2D), OnOff(GL_LIGHTING), OnOff(GL_CULL_FACE), OnOff(GL_FOG));
-  qdbg(F, FN, __LINE__, "  Tests: depth=%s alpha=%s stencil=%s scissor=%s\n", OnOff(GL_DEPTH_TEST),
+  QDBG_IN(FN, "  Tests: depth=%s alpha=%s stencil=%s scissor=%s\n", OnOff(GL_DEPTH_TEST),
        OnOff(GL_ALPHA_TEST), OnOff(GL_STENCIL_TEST), OnOff(GL_SCISSOR_TEST));
   GLint draw = 0, read = 0;
   glGetIntegerv(GL_DRAW_BUFFER, &draw);
   glGetIntegerv(GL_READ_BUFFER, &read);
-  qdbg(F, FN, __LINE__, "  Buffers: draw=0x%x read=0x%x\n", unsigned(draw), unsigned(read));
+  QDBG_IN(FN, "  Buffers: draw=0x%x read=0x%x\n", unsigned(draw), unsigned(read));
   GLint align = 0, rowLen = 0, skipRows = 0, skipPix = 0;
   glGetIntegerv(GL_UNPACK_ALIGNMENT, &align);
   glGetIntegerv(GL_UNPACK_ROW_LENGTH, &rowLen);
   glGetIntegerv(GL_UNPACK_SKIP_ROWS, &skipRows);
   glGetIntegerv(GL_UNPACK_SKIP_PIXELS, &skipPix);
-  qdbg(F, FN, __LINE__, "  Unpack: alignment=%d rowlength=%d skiprows=%d skippixels=%d\n", align, rowLen, skipRows,
+  QDBG_IN(FN, "  Unpack: alignment=%d rowlength=%d skiprows=%d skippixels=%d\n", align, rowLen, skipRows,
        skipPix);
 }

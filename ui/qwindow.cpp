@@ -27,7 +27,7 @@ QWindow::~QWindow() {
 
 static bool RefuseAfterCreate(const QWindow *w, const char *func) {
   if (!w->IsCreated()) return false;
-  qwarn("qwindow", func, __LINE__, "QWindow:%s() called after window was created", func);
+  QWARN_IN(func, "QWindow:%s() called after window was created", func);
   return true;
 }
 
