@@ -34,12 +34,18 @@ void CliPrintUsage(FILE *out) {
       fprintf(out, "  %-44s %s\n", head, c->help);
   }
   fprintf(out, "\n  --help                                       show this text\n");
-  fprintf(out, "  --log FILE                                   also write the diagnostic log to FILE\n");
+  fprintf(out, "  --log FILE                                   also write the diagnostic log to FILE (and\n"
+              "                                               debug traces to standard error)\n");
 }
 
+// Positioned debug lines (a TIR import's "KPacejka:LoadFromTIRFile(...)")
+// are traces for a developer, not news for the user of a command.
+static int DropTrace(const char *, const char *) { return 0; }
+
 // Takes "--log FILE" (or "--log=FILE") out of the arguments, wherever it
-// stands: the diagnostic log goes to FILE. Without it there is no log file;
-// reports go to standard error only. False when FILE is missing.
+// stands: the diagnostic log goes to FILE, and debug traces to standard
+// error. Without it there is no log file, no trace, and errors and warnings
+// go to standard error only. False when FILE is missing.
 static bool TakeLogOption(int *argc, char **argv) {
   const char *file = nullptr;
   int out = 1;
@@ -58,10 +64,12 @@ static bool TakeLogOption(int *argc, char **argv) {
   }
   *argc = out;
   argv[out] = nullptr;
-  if (file && *file)
+  if (file && *file) {
     qSetLogFileName(file);
-  else
+  } else {
     qSetLogFileOff();
+    qSetDebugHook(DropTrace);
+  }
   return true;
 }
 

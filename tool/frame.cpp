@@ -71,6 +71,19 @@ void PaintLegend(QRenderer *r, const FrameState &st, int x, int y, int right) {
   for (size_t i = 0; i < st.overlays.size(); i++) line(st.overlays[i].graphs, st.overlays[i].label, int(i) + 1);
 }
 
+// Samples and draws each graph's main curve at full strength; the tyres are
+// left as they were.
+void PaintMainCurves(QRenderer *r, Graph *const *graphs, int cx, int cy) {
+  for (int i = 0; i < CURVE_COUNT; i++) {
+    Graph *g = graphs[i];
+    if (!g) continue;
+    TyreStateGuard keep(g->GetCurrentTyre());
+    g->SetAlpha(1.0f);
+    g->Sample();
+    g->PaintCurve(r, cx, cy, false);
+  }
+}
+
 void PaintCoefficientTexts(QRenderer *r, int left, int top, int bandTop) {
   // Nothing is selected yet while the start-up still loads the car.
   if (!r->HasFont() || !session.edit.desc || !session.edit.unit) return;
@@ -126,25 +139,12 @@ void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
   if (st.underlay) st.underlay(r);
   // A frame can come before the graphs exist: an error box raised during
   // the start-up runs the loop, and so the paint callback.
-  for (Graph *g : st.graphs) {
-    if (!g) continue;
-    TyreStateGuard keep(g->GetCurrentTyre());
-    g->SetAlpha(1.0f);
-    g->Sample();
-    g->PaintCurve(r, cx, cy, false);
-  }
+  PaintMainCurves(r, st.graphs, cx, cy);
   // The texts once all curves are known, so that the labels can keep off them.
   const bool xMinAbove = FrameXMinLabelsAbove(r, st.graphs, cx, cy);
   for (Graph *g : st.graphs)
     if (g) g->PaintTexts(r, cx, cy, areaTop, areaBottom, xMinAbove);
-  for (const FrameOverlay &o : st.overlays)
-    for (Graph *g : o.graphs) {
-      if (!g) continue;
-      TyreStateGuard keep(g->GetCurrentTyre());
-      g->SetAlpha(1.0f);
-      g->Sample();
-      g->PaintCurve(r, cx, cy, false);
-    }
+  for (const FrameOverlay &o : st.overlays) PaintMainCurves(r, o.graphs, cx, cy);
   if (!st.overlays.empty()) PaintLegend(r, st, cx + 20, areaBottom - 52, view.x + view.wid - 4);
   if (st.focus >= 1 && st.focus <= 3) PaintGhosts(r, st, cx, cy);
 }
