@@ -51,14 +51,15 @@ void PaintGhosts(QRenderer *r, const FrameState &st, int cx, int cy) {
   }
 }
 
-// One line per tyre beside the peak texts: a short stroke in the Fy graph's
-// colour, then the label; moved left when the longest label would pass `right`.
+// One line per tyre in the plot's lower left corner: a short stroke in the Fy
+// graph's colour, then the label; moved left when the longest label would
+// pass `right`, but never out of the plot (from `x` on).
 void PaintLegend(QRenderer *r, const FrameState &st, int x, int y, int right) {
   if (!r->HasFont()) return;
   int widest = r->MeasureText(st.label.c_str());
   for (const FrameOverlay &o : st.overlays)
     if (r->MeasureText(o.label.c_str()) > widest) widest = r->MeasureText(o.label.c_str());
-  if (x + 30 + widest > right) x = right - 30 - widest;
+  if (x + 30 + widest > right) x = std::max(x, right - 30 - widest);
   auto line = [&](Graph *const *graphs, const std::string &label, int row) {
     Graph *g = graphs[CURVE_FY] ? graphs[CURVE_FY] : graphs[CURVE_FX];
     if (!g) return;
@@ -145,7 +146,12 @@ void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
   for (Graph *g : st.graphs)
     if (g) g->PaintTexts(r, cx, cy, areaTop, areaBottom, xMinAbove);
   for (const FrameOverlay &o : st.overlays) PaintMainCurves(r, o.graphs, cx, cy);
-  if (!st.overlays.empty()) PaintLegend(r, st, cx + 20, areaBottom - 52, view.x + view.wid - 4);
+  // The lower left quarter holds no range label, and the curves of a tyre
+  // with a friction below about 1.6 keep clear of its bottom rows.
+  if (!st.overlays.empty()) {
+    int rows = 1 + int(st.overlays.size());
+    PaintLegend(r, st, cx - Graph::X_ORIGIN + 6, cy + Graph::Y_ORIGIN - 4 - 16 * rows, cx - 8);
+  }
   if (st.focus >= 1 && st.focus <= 3) PaintGhosts(r, st, cx, cy);
 }
 

@@ -13,6 +13,7 @@
 #include "tool/frame.h"
 #include "tool/opvalues.h"
 #include "tool/settings.h"
+#include "tool/viewkeys.h"
 #include "toolwindow.h"
 #include "ui/qfont.h"
 #include "ui/qwinmgr.h"
@@ -212,6 +213,12 @@ TEST_F(FrameTexts, OperatingPointLineAndClampNotes) {
   EXPECT_TRUE(Has(drawn, "slip ratio -1.00, clamped to -0.80"));
   EXPECT_TRUE(Has(drawn, "slip angle -20.00 deg, clamped to -11.17 deg"));
   ExpectNoOverlap(drawn, "three clamp notes");
+  // A reference tyre's legend beside the peak texts keeps clear of them.
+  ASSERT_TRUE(ViewLoadReference(TirFile("MagicFormula61_Parameters.tir").c_str()));
+  drawn = Frame();
+  ViewDropReference();
+  EXPECT_TRUE(Has(drawn, "reference: MagicFormula61_Parameters.tir"));
+  ExpectNoOverlap(drawn, "three clamp notes and a reference tyre");
 }
 
 // Text that is no number is taken as a number all the same; the note after
