@@ -77,7 +77,7 @@ struct Limits {
 // Cases short of the general limits: the figure reached is pinned here, with
 // a little room, so it cannot get worse unnoticed. The Pacejka89/96
 // longitudinal force has no camber term and one curvature for both slip
-// directions, which the Fx of these two files (PDX3, PEX4) needs; the
+// directions, which the Fx of the MF5.2 file (PDX3, PEX4) needs; the
 // Pacejka89/96 moment does not follow the truck-size Generic file from a
 // quarter to twice its nominal load, and that file's moment has a curvature
 // that turns with camber (QEZ5 = -645) which the Magic Formula fit does not
@@ -88,7 +88,7 @@ struct Known {
 };
 const Known kShortOfTheLimits[] = {
     {"fit Generic_Pac02Tire.tir -> mf52", {2, 2, 15}},
-    {"convert Generic_Pac02Tire.tir -> pac96", {4.2, 3, 15}},
+    {"convert Generic_Pac02Tire.tir -> pac96", {3, 3, 15}},
     {"convert MagicFormula52_Parameters.tir -> pac96", {4.2, 3, 8}},
 };
 
