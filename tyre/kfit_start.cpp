@@ -49,6 +49,7 @@ struct DataFeatures {
   double mzPerFz = 0.02;               // peak |Mz| / Fz, m
   bool combined = false;               // points with both slips non-zero
   Shape shape[KCH_COUNT] = {{1.65, 0}, {1.3, 0}, {2.3, 0}};  // C, E of each curve
+  double shapeESlope[KCH_COUNT] = {0, 0, 0};  // dE / ((Fz − meanFz) / meanFz), see EstimateESlope
   LoadTrend trend[KCH_COUNT] = {};  // of Fx and Fy, where the data allows
   bool hasTrend[KCH_COUNT] = {false, false, false};
 };
@@ -114,6 +115,27 @@ bool EstimateShape(const KMeasuredData &d, int ch, int usualSign, double meanFz,
   out->C = C;
   out->E = std::clamp(E, -5.0, 0.9);
   return true;
+}
+
+// How the curvature E of one curve changes with the load: E read off the
+// sweep of each load (EstimateShape at that load) and a straight line
+// through them over (Fz − Fz̄)/Fz̄. Curvature that grows with the load is
+// common (a truck tyre's runs from 0.2 to past 1 over its load range), and a
+// start with a flat E leaves the fit in a minimum where E sits at its cap of
+// 1 at the high loads and the load terms of E have no gradient.
+bool EstimateESlope(const KMeasuredData &d, int ch, int usualSign, double meanFz, double *slope) {
+  const bool lon = ch == KCH_FX;
+  std::vector<double> loads;
+  for (const KMeasuredPoint &p : d.points)
+    if ((lon ? p.alpha == 0 : p.kappa == 0) && p.fz > 0 &&
+        std::none_of(loads.begin(), loads.end(), [&](double l) { return std::fabs(p.fz - l) <= 0.02 * l; }))
+      loads.push_back(p.fz);
+  SlopeFit f;
+  for (double fz : loads) {
+    Shape sh;
+    if (EstimateShape(d, ch, usualSign, fz, &sh)) f.Add((fz - meanFz) / meanFz, sh.E);
+  }
+  return f.Get(slope);
 }
 
 // Friction (peak |force| / load) and slip stiffness (slope / load) of one
@@ -187,6 +209,10 @@ DataFeatures Features(const KMeasuredData &d) {
     if (d.has[ch] && EstimateShape(d, ch, KFitUsualSign(ch), f.meanFz, &sh)) f.shape[ch] = sh;
   }
   for (int ch : {KCH_FX, KCH_FY}) {
+    double slope;
+    if (d.has[ch] && EstimateESlope(d, ch, KFitUsualSign(ch), f.meanFz, &slope)) f.shapeESlope[ch] = slope;
+  }
+  for (int ch : {KCH_FX, KCH_FY}) {
     LoadTrend t;
     if (d.has[ch] && EstimateLoadTrend(d, ch, KFitUsualSign(ch), f.meanFz, &t) && t.mu0 > 0.05 && t.k0 > 1)
       f.trend[ch] = t, f.hasTrend[ch] = true;
@@ -206,7 +232,8 @@ void StartPac96(const DataFeatures &f, KPacejka *t) {
   const double fz = f.meanFz * 0.001, fzMax = f.maxFz * 0.001;
   const double csDeg = f.ky * f.meanFz * DEG_TO_RAD;  // N per degree at the mean load
   t->b0 = float(f.shape[KCH_FX].C);
-  t->b8 = float(f.shape[KCH_FX].E);
+  t->b8 = float(f.shape[KCH_FX].E - f.shapeESlope[KCH_FX]);  // E = b7·Fz + b8
+  t->b7 = float(f.shapeESlope[KCH_FX] / fz);
   t->b2 = float(1000 * f.muX);
   t->b4 = float(10 * f.kx);  // kx·Fz·1000 N per unit slip = 10·kx·Fz per percent
   if (f.hasTrend[KCH_FX]) {  // D/Fz = b1·Fz + b2, BCD/Fz = b3·Fz + b4 (per percent)
@@ -215,7 +242,8 @@ void StartPac96(const DataFeatures &f, KPacejka *t) {
     t->b3 = float(10 * l.k1 / fz), t->b4 = float(10 * (l.k0 - l.k1));
   }
   t->a0 = float(f.shape[KCH_FY].C);
-  t->a7 = float(f.shape[KCH_FY].E);
+  t->a7 = float(f.shape[KCH_FY].E - f.shapeESlope[KCH_FY]);  // E = a6·Fz + a7
+  t->a6 = float(f.shapeESlope[KCH_FY] / fz);
   t->a2 = float(1000 * f.muY);
   if (f.hasTrend[KCH_FY]) {
     const LoadTrend &l = f.trend[KCH_FY];
@@ -236,6 +264,7 @@ void StartMagic(const DataFeatures &f, KPacejka *t) {
   // longitudinal
   t->pcx1 = float(f.shape[KCH_FX].C);
   t->pex1 = float(f.shape[KCH_FX].E);
+  t->pex2 = float(f.shapeESlope[KCH_FX]);
   t->pdx1 = float(f.muX);
   t->pkx1 = float(f.kx);
   if (f.hasTrend[KCH_FX]) {  // the nominal load is the mean: dfz is the trends' variable
@@ -245,6 +274,7 @@ void StartMagic(const DataFeatures &f, KPacejka *t) {
   // lateral: Ky(Fz0) = pky1·Fz0·sin(2·atan(1/pky2)); negative for the usual sign
   t->pcy1 = float(f.shape[KCH_FY].C);
   t->pey1 = float(f.shape[KCH_FY].E);
+  t->pey2 = float(f.shapeESlope[KCH_FY]);
   t->pdy1 = float(f.muY);
   t->pky2 = 2.0f;
   t->pky1 = float(-f.ky / std::sin(2 * std::atan(0.5)));

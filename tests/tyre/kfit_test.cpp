@@ -1,5 +1,6 @@
 // The fitter: stage order and membership, that each stage moves only its own
-// group, mirroring, refusals, and recovery of known tyres on a small set
+// group, mirroring, refusals, the built-in start's curvature over the load,
+// and recovery of known tyres on a small set
 // (tests/fitaccuracy sweeps every bundled tyre).
 #include <gtest/gtest.h>
 
@@ -175,6 +176,24 @@ TEST(FitTyre, RecoversKnownTyresFromTheBuiltinStart) {
     Evaluate(fitted, 4000, 0, 0.05, 0);
     EXPECT_EQ(fitted.Fy > 0, fy > 0);
   }
+}
+
+TEST(FitStart, CurvatureFollowsTheLoad) {
+  // a Pacejka89/96 tyre whose Fx and Fy curvature grow with the load: the
+  // built-in start carries the trend into the load terms of E of both
+  // families (Pacejka89/96 per kN, Magic Formula per (Fz − Fz0)/Fz0, Fz0 at
+  // the mean load of 4 kN)
+  KPacejka source, start;
+  SetTouringPac96(source);
+  source.b6 = 0, source.b7 = 0.15f, source.b8 = -0.2f;  // E of Fx 0.18 ... 0.63 over 2.5 ... 5.5 kN
+  source.a6 = 0.1f, source.a7 = 0.0f;                   // E of Fy 0.25 ... 0.55
+  const KMeasuredData data = Sample(source, false);
+  KFitBuiltinStart(KPacejka::PAC96, data, &start);
+  EXPECT_NEAR(start.b7, 0.15, 0.05);
+  EXPECT_NEAR(start.a6, 0.1, 0.04);
+  KFitBuiltinStart(KPacejka::MF61, data, &start);
+  EXPECT_NEAR(start.pex2, 0.6, 0.2);
+  EXPECT_NEAR(start.pey2, 0.4, 0.16);
 }
 
 TEST(FitTyre, StartsFromAGivenTyreAndRefusesWhatItCannotFit) {
