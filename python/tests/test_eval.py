@@ -6,7 +6,7 @@ import numpy as np
 import pytest
 
 import tyrograph
-from conftest import bundled_tyres, run_cli, tyre_id
+from conftest import SOURCE, run_cli
 
 
 def grid():
@@ -20,54 +20,27 @@ def grid():
     return fz, kappa, alpha, gamma
 
 
-def cli_eval(source, wheel, fz, kappa, alpha, gamma, sets=()):
+def cli_eval(source, wheel, fz, kappa, alpha, gamma):
     lines = "".join("%r %r %r %r\n" % p for p in zip(fz, kappa, alpha, gamma))
-    args = ["eval", source, "--wheel", wheel]
-    for s in sets:
-        args += ["--set", s]
-    out = run_cli(*args, stdin=lines.encode()).stdout.decode().split()
+    out = run_cli("eval", source, "--wheel", wheel, stdin=lines.encode()).stdout.decode().split()
     return np.array(out, dtype=np.float32).reshape(-1, 3).T
 
 
-# ---- Against the CLI ------------------------------------------------------------------
-
-def test_exact_eval_equals_cli_bit_for_bit(bundled):
+def test_eval_equals_cli(bundled):
+    """The exact path bit for bit; eight lanes at a time within 4e-6 of each quantity's largest magnitude."""
     source, wheel = bundled
     pts = grid()
     want = cli_eval(source, wheel, *pts)
-    got = tyrograph.load(source, wheel).eval(*pts, exact=True)
+    tyre = tyrograph.load(source, wheel)
+    exact, fast = tyre.eval(*pts, exact=True), tyre.eval(*pts)
     for k in range(3):
-        np.testing.assert_array_equal(got[k], want[k])
-
-
-def test_fast_eval_agrees_with_cli(bundled):
-    """Eight lanes at a time: within 4e-6 of each quantity's largest magnitude."""
-    source, wheel = bundled
-    pts = grid()
-    want = cli_eval(source, wheel, *pts)
-    got = tyrograph.load(source, wheel).eval(*pts)
-    for k in range(3):
+        np.testing.assert_array_equal(exact[k], want[k])
         scale = float(np.max(np.abs(want[k])))
-        np.testing.assert_allclose(got[k], want[k], rtol=0, atol=4e-6 * scale + 1e-6)
+        np.testing.assert_allclose(fast[k], want[k], rtol=0, atol=4e-6 * scale + 1e-6)
 
 
-def test_edited_member_evaluates_as_cli_set():
-    source = bundled_tyres()[0][0]
-    tyre = tyrograph.load(source)
-    tyre["a0"] = 1.3
-    tyre["b2"] = 1700.5
-    pts = grid()
-    want = cli_eval(source, 0, *pts, sets=("a0=1.3", "b2=1700.5"))
-    got = tyre.eval(*pts, exact=True)
-    for k in range(3):
-        np.testing.assert_array_equal(got[k], want[k])
-
-
-# ---- Units and wheels --------------------------------------------------------------------
-
-def test_angles_are_radians_and_the_wheel_is_the_one_asked_for(source_dir=None):
+def test_angles_are_radians_and_the_wheel_is_the_one_asked_for():
     """mf61's right-hand wheels mirror the camber: wheel 1 at +γ is wheel 0 at -γ, not at +γ."""
-    from conftest import SOURCE
     car = SOURCE + "/data/cars/mf61"
     left, right = tyrograph.load(car, 0), tyrograph.load(car, 1)
     g = np.radians(3.0)
@@ -80,11 +53,8 @@ def test_angles_are_radians_and_the_wheel_is_the_one_asked_for(source_dir=None):
     assert left.eval(4000.0, 0.0, np.radians(5.0), 0.0).fy == pytest.approx(float(want[1][0]), rel=1e-5)
 
 
-# ---- Broadcasting, dtypes, shapes ----------------------------------------------------------
-
 @pytest.fixture(scope="module")
 def touring():
-    from conftest import SOURCE
     return tyrograph.load(SOURCE + "/data/cars/touring")
 
 
@@ -105,7 +75,6 @@ def test_scalars_give_0d_float32_and_float64_on_request(touring):
     assert r.fy.shape == () and r.fy.dtype == np.float32
     d = touring.eval(4000, 0, 0.07, 0, dtype=np.float64)
     assert d.fy.dtype == np.float64 and float(d.fy) == float(r.fy)
-    assert float(r.fx) == pytest.approx(470.089996) and float(r.fy) == pytest.approx(4350.09229)
     with pytest.raises(ValueError, match="float32 or float64"):
         touring.eval(4000, 0, 0.07, 0, dtype=np.int32)
 
@@ -119,14 +88,10 @@ def test_inputs_round_from_float64_like_the_cli(touring):
         np.testing.assert_array_equal(got.fy, want.fy)
     ints = touring.eval(np.array([4000, 5000], dtype=np.int64), 0, 0, 0)
     np.testing.assert_array_equal(ints.fx, touring.eval([4000.0, 5000.0], 0.0, 0.0, 0.0).fx)
-    # a scalar of any float type stands for every point; strided views read right
-    for camber in (np.float16(0.02), np.float32(0.02), 0.02, np.full(3, 0.02)[::1]):
-        got = touring.eval(4000.0, 0.05, a64, camber)
-        same = np.full(3, float(np.asarray(camber).flat[0]))
-        np.testing.assert_array_equal(got.mz, touring.eval(4000.0, 0.05, a64, same).mz)
-    wide = np.array([[0.1, 9.0], [0.2, 9.0], [0.3, 9.0]])
-    np.testing.assert_array_equal(touring.eval(4000.0, 0.0, wide[:, 0], 0.0).fy,
-                                  touring.eval(4000.0, 0.0, [0.1, 0.2, 0.3], 0.0).fy)
+    # a scalar of any float type stands for every point
+    for camber in (np.float16(0.02), np.float32(0.02)):
+        np.testing.assert_array_equal(touring.eval(4000.0, 0.05, a64, camber).mz,
+                                      touring.eval(4000.0, 0.05, a64, np.full(3, float(camber))).mz)
 
 
 def test_empty_and_mismatched_shapes(touring):

@@ -25,15 +25,6 @@ def test_members_and_values_are_the_cli_dump():
                 assert "%.9g" % got == value, name
 
 
-def test_model_and_name():
-    assert (tyrograph.load(TOURING).model, tyrograph.load(TOURING).model_name) == (0, "Pacejka89/96")
-    tyre = tyrograph.load(MF61_TIR)
-    assert (tyre.model, tyre.model_name) == (3, "Magic Formula 6.1")
-    tyre["model"] = 2
-    assert (tyre.model, tyre.model_name) == (2, "Pacejka2006")
-    assert "pdy1" in tyre and "nonsense" not in tyre
-
-
 def test_setting_checks_like_the_cli_set():
     tyre = tyrograph.load(MF61_TIR)
     tyre["pdy1"] = 1.25

@@ -47,10 +47,6 @@ grep -q '^pac96 has no combined slip' out.txt || { echo "FAIL pure-only note"; f
 a=$(printf '4000 0 0.05 0\n' | "$cli" eval "$src/data/tyres/MagicFormula61_Parameters.tir" 2>/dev/null | awk '{print $2}')
 b=$(printf '4000 0 0.05 0\n' | "$cli" eval mf61car.ini 2>/dev/null | awk '{print $2}')
 within "$b" "$a" 0.05 mirrored-fy
-# the written car opens as a car folder, any wheel
-mkdir -p cars/conv && cp mf61car.ini cars/conv/car.ini
-check "$(printf '4000 0 0.05 0\n' | "$cli" eval mf61car.ini 2>/dev/null)" \
-      "$(printf '4000 0 0.05 0\n' | "$cli" eval cars/conv --wheel 3 2>/dev/null)" car-folder
 
 # 3. fit measured data (here: the touring car evaluated over a grid)
 for fz in 3000 4500 6000; do for g in -0.03 0 0.03; do

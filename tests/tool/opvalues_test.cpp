@@ -1,5 +1,5 @@
 // Values at the operating point: worked out on a copy that answers exactly
-// as the tyre itself, which keeps its own state; the clamp notes.
+// as the tyre itself, which keeps its own state.
 #include "tool/opvalues.h"
 
 #include <gtest/gtest.h>
@@ -29,8 +29,7 @@ TEST(OpValues, TheCopyAnswersAsTheTyreAndLeavesItAlone) {
   OperatingPoint points[3];
   points[1] = {4000.0f, 0.05f, 3.0f, -2.0f};
   points[2] = {30000.0f, -1.0f, -100.0f, 10.0f};
-  for (const char *source : {"touring", "MagicFormula52_Parameters.tir", "MagicFormula61_Parameters.tir",
-                             "Generic_Pac02Tire.tir", "335_65R22_5_G275MSA_60psi.tir"}) {
+  for (const char *source : {"touring", "MagicFormula61_Parameters.tir", "335_65R22_5_G275MSA_60psi.tir"}) {
     for (int w = 0; w < 4; w += 3) {
       KPacejka tyre;
       std::string error, path = source[0] == 't' ? TouringCar() : TirFile(source);
@@ -40,22 +39,10 @@ TEST(OpValues, TheCopyAnswersAsTheTyreAndLeavesItAlone) {
   }
 }
 
-TEST(OpValues, TextAndClampNotes) {
-  KPacejka tyre;
-  std::string error;
-  ASSERT_TRUE(CarLoadTyreSource(TirFile("335_65R22_5_G275MSA_60psi.tir").c_str(), 0, &tyre, &error)) << error;
-  OperatingPoint start;
-  char notes[OP_NOTES_MAX][OP_NOTE_SIZE];
-  OpValues v = OpValuesAt(tyre, start);
-  ASSERT_EQ(OpClampNotes(v, notes), 1);
-  EXPECT_STREQ(notes[0], "load 2500 N, clamped to 10752 N");
-  OperatingPoint inside{12000.0f, -0.5f, 5.0f, 0.0f};
-  EXPECT_EQ(OpClampNotes(OpValuesAt(tyre, inside), notes), 0);
-
-  v = OpValues{};
-  v.Fx = 1234.56f;
-  v.Fy = -78.9f;
-  v.Mz = 5.678f;
+// The clamp notes are read off whole frames (frametexts_test.cpp).
+TEST(OpValues, Text) {
+  OpValues v{};
+  v.Fx = 1234.56f, v.Fy = -78.9f, v.Mz = 5.678f;
   char line[128];
   OpValuesText(v, "RR", line, sizeof line);
   EXPECT_STREQ(line, "RR at the sliders: Fx 1234.6 N, Fy -78.9 N, Mz 5.68 N\xB7m");

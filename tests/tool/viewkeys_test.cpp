@@ -1,8 +1,6 @@
 // The window's view keys: F2 cycles the graph area through the plot kinds,
-// F3 overlays a reference tyre in grey and drops it again, F4 saves the shown
-// view as a PNG beside the screenshots.
-#include <cairo.h>
-
+// F3 overlays a reference tyre in grey and drops it again. F4's PNG is
+// checked in the real window (tests/e2e/tyrograph_views.sh).
 #include "tool/dispatch.h"
 #include "tool/frame.h"
 #include "tool/plot.h"
@@ -72,20 +70,4 @@ TEST_F(ViewKeys, F3ReferenceTyreInGreyFollowsTheOperatingPoint) {
   // A file that does not load leaves no reference behind.
   EXPECT_FALSE(ViewLoadReference("/nonexistent/none.tir"));
   EXPECT_EQ(session.reference[CURVE_FX], nullptr);
-}
-
-TEST_F(ViewKeys, F4SavesTheShownViewAsPng) {
-  ScratchDir dir;
-  setenv("TMPDIR", dir.root.c_str(), 1);
-  session.view = PLOT_MU_LOAD;
-  EXPECT_TRUE(Press(VIEWKEY_SAVE));
-  EXPECT_TRUE(Press(VIEWKEY_SAVE));
-  unsetenv("TMPDIR");
-  for (const char *name : {"/view00001.png", "/view00002.png"}) {
-    cairo_surface_t *s = cairo_image_surface_create_from_png((dir.root + name).c_str());
-    EXPECT_EQ(cairo_surface_status(s), CAIRO_STATUS_SUCCESS) << name;
-    EXPECT_EQ(cairo_image_surface_get_width(s), VIEW_W);
-    cairo_surface_destroy(s);
-  }
-  EXPECT_FALSE(ViewSavePng(dir.root + "/missing/x.png"));
 }

@@ -1,13 +1,11 @@
-// The views against the model: ellipse extremes against the pure-slip peaks,
-// µ over load against the curves' peaks, stiffness against the curves'
-// slope; the fitted axes; and the chart as drawn.
+// The views against the model: ellipse extremes, µ over load and stiffness
+// against the window's curves; the fitted axes.
 #include <cmath>
 
 #include "golden.h"
 #include "tool/plot.h"
 #include "tool/tyreguard.h"
 #include "tool/views.h"
-#include "ui/qrecorder.h"
 
 namespace {
 
@@ -131,30 +129,5 @@ TEST(Chart, FittedAxes) {
     EXPECT_NEAR(a.min, r.min, 1e-4f) << r.lo << ".." << r.hi;
     EXPECT_NEAR(a.max, r.max, 1e-4f) << r.lo << ".." << r.hi;
     EXPECT_NEAR(a.step, r.step, 1e-5f) << r.lo << ".." << r.hi;
-  }
-}
-
-// As drawn: title and axis names, every series clipped to the box, one
-// legend line per labelled series, tick labels in the data's range.
-TEST(Chart, PaintedIntoItsBox) {
-  ViewFixture f(TouringCar());
-  f.vt.label = "touring";
-  Chart c = ViewMuLoad({f.vt});
-  QRecorder rec;
-  QRect area(0, 0, PLOT_WIDTH, PLOT_HEIGHT), box = ChartBox(area);
-  ChartPaint(&rec, c, area);
-  ASSERT_NE(rec.FindText("Peak friction over load"), nullptr);
-  ASSERT_NE(rec.FindText("Fz [N]"), nullptr);
-  ASSERT_NE(rec.FindText("30000"), nullptr);
-  ASSERT_NE(rec.FindText("\xB5x  touring"), nullptr);
-  auto clips = rec.Of(QREC_CLIP);
-  ASSERT_EQ(clips.size(), 1u);
-  EXPECT_EQ(clips[0]->rect.x, box.x);
-  auto lines = rec.Of(QREC_POLYLINE);
-  ASSERT_EQ(lines.size(), 2u + 2u);  // two series, two legend strokes
-  for (int s = 0; s < 2; s++) {
-    EXPECT_EQ(lines[s]->points.size(), c.series[s].x.size());
-    // The highest load lands on the box's right edge, zero load on its left.
-    EXPECT_NEAR(lines[s]->points.back().x, float(box.x + box.wid - 1) + 0.5f, 0.01f);
   }
 }

@@ -66,7 +66,12 @@ uint32_t Bits(float v) {
 // negate_camber tyre with narrowed ranges (clamping), and the bundled TIRs.
 struct NamedTyre {
   std::string name;
-  void (*set)(KPacejka &);
+  void (*set)(KPacejka &) = nullptr;  // none: the bundled TIR file of that name
+
+  void Apply(KPacejka &t) const {
+    if (set) set(t);
+    else t.LoadFromTirFile((TYRO_SOURCE_DIR "/data/tyres/" + name).c_str());
+  }
 };
 const NamedTyre kTyres[] = {
     {"pac96", [](KPacejka &t) { SetTouringPac96(t); }},
@@ -82,83 +87,37 @@ const NamedTyre kTyres[] = {
        t.slipRatioMin = -0.5f, t.slipRatioMax = 0.4f;
        t.slipAngleMin = -0.3f, t.slipAngleMax = 0.25f;
      }},
-    {"MagicFormula52_Parameters.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula52_Parameters.tir"); }},
-    {"MagicFormula61_Parameters.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir"); }},
-    {"MagicFormula62_Parameters.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula62_Parameters.tir"); }},
-    {"Generic_Pac02Tire.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/Generic_Pac02Tire.tir"); }},
-    {"mf_185_80R14.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/mf_185_80R14.tir"); }},
-    {"335_65R22_5_G275MSA_60psi.tir", [](KPacejka &t) { t.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/335_65R22_5_G275MSA_60psi.tir"); }},
+    {"MagicFormula52_Parameters.tir"}, {"MagicFormula61_Parameters.tir"}, {"MagicFormula62_Parameters.tir"},
+    {"Generic_Pac02Tire.tir"}, {"mf_185_80R14.tir"}, {"335_65R22_5_G275MSA_60psi.tir"},
 };
 
-// ---- Exact path ----------------------------------------------------------------
-
-TEST(Batch, ExactPathEqualsCalculateBitForBit) {
+// The exact path bit for bit; a vector result may differ in its last bits,
+// and more where the formula subtracts nearly equal terms: 4e-6 of the
+// largest magnitude of that quantity over the sweep (a slip in degrees, a
+// wrong wheel or a dropped sign is far beyond that).
+TEST(Batch, BothPathsAgreeWithCalculate) {
   ReportCapture quiet;
   const Sweep s = MakeSweep();
   for (const NamedTyre &nt : kTyres) {
     KPacejka t;
-    nt.set(t);
+    nt.Apply(t);
     const Results want = RunCalculate(t, s);
-    const Results got = RunBatch(t, s, KBATCH_EXACT);
-    for (size_t i = 0; i < s.size(); i++) {
-      ASSERT_EQ(Bits(got.fx[i]), Bits(want.fx[i])) << nt.name << " Fx at " << i;
-      ASSERT_EQ(Bits(got.fy[i]), Bits(want.fy[i])) << nt.name << " Fy at " << i;
-      ASSERT_EQ(Bits(got.mz[i]), Bits(want.mz[i])) << nt.name << " Mz at " << i;
-    }
-  }
-}
-
-// ---- Vector path -----------------------------------------------------------------
-
-// A vector result may differ in its last bits, and more where the formula
-// subtracts nearly equal terms: allow 4e-6 of the largest magnitude of that
-// quantity over the sweep (a slip in degrees, a wrong wheel of the curve or
-// a dropped sign is far beyond that).
-TEST(Batch, FastPathAgreesWithCalculate) {
-  ReportCapture quiet;
-  const Sweep s = MakeSweep();
-  for (const NamedTyre &nt : kTyres) {
-    KPacejka t;
-    nt.set(t);
-    const Results want = RunCalculate(t, s);
-    const Results got = RunBatch(t, s, KBATCH_FAST);
+    const Results exact = RunBatch(t, s, KBATCH_EXACT), fast = RunBatch(t, s, KBATCH_FAST);
     const std::vector<float> Results::*q[3] = {&Results::fx, &Results::fy, &Results::mz};
     for (int k = 0; k < 3; k++) {
       double scale = 0;
       for (float v : want.*q[k]) scale = std::fmax(scale, std::fabs(double(v)));
-      for (size_t i = 0; i < s.size(); i++)
-        ASSERT_NEAR((got.*q[k])[i], (want.*q[k])[i], 4e-6 * scale + 1e-6)
+      for (size_t i = 0; i < s.size(); i++) {
+        ASSERT_EQ(Bits((exact.*q[k])[i]), Bits((want.*q[k])[i])) << nt.name << " quantity " << k << " at " << i;
+        ASSERT_NEAR((fast.*q[k])[i], (want.*q[k])[i], 4e-6 * scale + 1e-6)
             << nt.name << " quantity " << k << " at " << i;
+      }
     }
   }
 }
 
-TEST(Batch, PointResultDoesNotDependOnItsPosition) {
-  KPacejka t;
-  SetTestMF(t, KPacejka::MF61);
-  const Sweep s = MakeSweep();
-  const Results all = RunBatch(t, s, KBATCH_FAST);
-  for (size_t i : {size_t(0), size_t(5), size_t(996), size_t(1000)}) {
-    float fx, fy, mz;
-    KPacejkaEvaluateBatch(t, 1, &s.fz[i], &s.kappa[i], &s.alpha[i], &s.gamma[i], &fx, &fy, &mz, KBATCH_FAST);
-    EXPECT_EQ(Bits(fx), Bits(all.fx[i])) << i;
-    EXPECT_EQ(Bits(fy), Bits(all.fy[i])) << i;
-    EXPECT_EQ(Bits(mz), Bits(all.mz[i])) << i;
-  }
-}
-
-TEST(Batch, LeavesTheTyreAlone) {
-  KPacejka t;
-  SetTouringPac96(t);
-  Evaluate(t, 3000, 0.05, 0.02, 0.01);
-  const float before[] = {t.Fz, t.sideSlip, t.slipPercentage, t.camber, t.Fx, t.Fy, t.Mz, t.Bx, t.corneringStiffness};
-  const Sweep s = MakeSweep();
-  for (KBatchMode mode : {KBATCH_EXACT, KBATCH_FAST}) RunBatch(t, s, mode);
-  const float after[] = {t.Fz, t.sideSlip, t.slipPercentage, t.camber, t.Fx, t.Fy, t.Mz, t.Bx, t.corneringStiffness};
-  EXPECT_EQ(0, memcmp(before, after, sizeof before));
-}
-
-// ---- Guards and reports ------------------------------------------------------------
+// The tyre is taken const; that a point's result does not depend on its
+// place in the batch is checked from Python (test_long_arrays_equal_their_slices).
 
 TEST(Batch, NaNInputsGiveCalculatesZerosAndItsReports) {
   for (KBatchMode mode : {KBATCH_EXACT, KBATCH_FAST}) {
@@ -173,9 +132,8 @@ TEST(Batch, NaNInputsGiveCalculatesZerosAndItsReports) {
     KPacejkaEvaluateBatch(t, 3, fz, kappa, alpha, gamma, fx, fy, mz, mode);
     for (int i = 0; i < 3; i++) {
       Evaluate(t, fz[i], kappa[i], alpha[i], gamma[i]);
-      EXPECT_EQ(Bits(fx[i]), Bits(t.Fx)) << mode << " " << i;
-      EXPECT_EQ(Bits(fy[i]), Bits(t.Fy)) << mode << " " << i;
-      EXPECT_EQ(Bits(mz[i]), Bits(t.Mz)) << mode << " " << i;
+      EXPECT_TRUE(Bits(fx[i]) == Bits(t.Fx) && Bits(fy[i]) == Bits(t.Fy) && Bits(mz[i]) == Bits(t.Mz))
+          << mode << " " << i;
     }
     EXPECT_EQ(fx[1], 0.0f);  // a NaN load poisons every force: zeroed
     // The NaN reports once per quantity; the camber report once for the call
@@ -210,13 +168,6 @@ TEST(Batch, OnlyTheBadQuantityIsZeroedAndReported) {
     EXPECT_EQ(reports.find("Mz NaN detected in Pacejka; camber"), 0u) << mode << ": " << reports;
   }
   KPacejka::RearmNaNReports();
-}
-
-TEST(Batch, EmptyBatchTouchesNothing) {
-  KPacejka t;
-  SetTouringPac96(t);
-  for (KBatchMode mode : {KBATCH_EXACT, KBATCH_FAST})
-    KPacejkaEvaluateBatch(t, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, mode);
 }
 
 }  // namespace
