@@ -146,6 +146,7 @@ struct Input {
 };
 
 // Points per step: the inputs, converted, and the results stay in cache.
+// float64 arrays go to the batch as they are (it rounds them as it reads).
 constexpr size_t EVAL_CHUNK = 2048;
 
 py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, const py::object &alpha,
@@ -182,16 +183,23 @@ py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, 
     PyReports reports;
     {
       py::gil_scoped_release free;
+      const KBatchMode mode = exact ? KBATCH_EXACT : KBATCH_FAST;
+      const bool allDouble = in[0].f64 && in[1].f64 && in[2].f64 && in[3].f64;
       std::vector<float> scratch(7 * EVAL_CHUNK);
       for (size_t at = 0; at < n; at += EVAL_CHUNK) {
         const size_t m = n - at < EVAL_CHUNK ? n - at : EVAL_CHUNK;
-        const float *p[4];
-        for (int k = 0; k < 4; k++) p[k] = in[k].Points(at, m, &scratch[size_t(k) * EVAL_CHUNK]);
         float *r[3];
         for (int q = 0; q < 3; q++)
           r[q] = out64 ? &scratch[size_t(4 + q) * EVAL_CHUNK] : static_cast<float *>(out[q].mutable_data()) + at;
-        KPacejkaEvaluateBatch(*t.tyre, m, p[0], p[1], p[2], p[3], r[0], r[1], r[2],
-                              exact ? KBATCH_EXACT : KBATCH_FAST);
+        if (allDouble) {
+          // the batch rounds each input as it reads it
+          KPacejkaEvaluateBatchDouble(*t.tyre, m, in[0].f64 + at, in[1].f64 + at, in[2].f64 + at, in[3].f64 + at,
+                                      r[0], r[1], r[2], mode);
+        } else {
+          const float *p[4];
+          for (int k = 0; k < 4; k++) p[k] = in[k].Points(at, m, &scratch[size_t(k) * EVAL_CHUNK]);
+          KPacejkaEvaluateBatch(*t.tyre, m, p[0], p[1], p[2], p[3], r[0], r[1], r[2], mode);
+        }
         if (out64)
           for (int q = 0; q < 3; q++) {
             double *o = static_cast<double *>(out[q].mutable_data()) + at;

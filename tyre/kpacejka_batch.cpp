@@ -12,6 +12,8 @@
 // kpacejka_batch_avx2.cpp; n a multiple of eight not required.
 void KPacejkaEvaluateBatch8(const KPacejka &tyre, size_t n, const float *fz, const float *kappa,
                             const float *alpha, const float *gamma, float *fx, float *fy, float *mz);
+void KPacejkaEvaluateBatch8(const KPacejka &tyre, size_t n, const double *fz, const double *kappa,
+                            const double *alpha, const double *gamma, float *fx, float *fy, float *mz);
 #endif
 
 bool KPacejkaBatchIsVector() {
@@ -23,12 +25,16 @@ bool KPacejkaBatchIsVector() {
 #endif
 }
 
-static void EvaluateExact(const KPacejka &tyre, size_t n, const float *fz, const float *kappa,
-                          const float *alpha, const float *gamma, float *fx, float *fy, float *mz) {
+// Double inputs are rounded to float as they are read.
+template <typename T>
+static void EvaluateExact(const KPacejka &tyre, size_t n, const T *fz, const T *kappa, const T *alpha,
+                          const T *gamma, float *fx, float *fy, float *mz) {
   bool badCamber = false;
   for (size_t i = 0; i < n; i++) {
-    badCamber = badCamber || !std::isfinite(gamma[i]);
-    const kpacejka::Point<float> p = kpacejka::StoredPoint(tyre, fz[i], kappa[i], alpha[i], gamma[i]);
+    const float g = float(gamma[i]);
+    badCamber = badCamber || !std::isfinite(g);
+    const kpacejka::Point<float> p =
+        kpacejka::StoredPoint(tyre, float(fz[i]), float(kappa[i]), float(alpha[i]), g);
     kpacejka::Guarded<float> bad;
     const kpacejka::Forces<float> f = tyre.Evaluate(p, nullptr, &bad);
     fx[i] = f.Fx;
@@ -41,9 +47,9 @@ static void EvaluateExact(const KPacejka &tyre, size_t n, const float *fz, const
   if (badCamber) KPacejka::ReportBadCamber();
 }
 
-void KPacejkaEvaluateBatch(const KPacejka &tyre, size_t n, const float *fz, const float *kappa,
-                           const float *alpha, const float *gamma, float *fx, float *fy, float *mz,
-                           KBatchMode mode) {
+template <typename T>
+static void Evaluate(const KPacejka &tyre, size_t n, const T *fz, const T *kappa, const T *alpha,
+                     const T *gamma, float *fx, float *fy, float *mz, KBatchMode mode) {
 #ifdef TYRO_BATCH_AVX2
   if (mode == KBATCH_FAST && KPacejkaBatchIsVector()) {
     KPacejkaEvaluateBatch8(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz);
@@ -52,4 +58,16 @@ void KPacejkaEvaluateBatch(const KPacejka &tyre, size_t n, const float *fz, cons
 #endif
   (void)mode;
   EvaluateExact(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz);
+}
+
+void KPacejkaEvaluateBatch(const KPacejka &tyre, size_t n, const float *fz, const float *kappa,
+                           const float *alpha, const float *gamma, float *fx, float *fy, float *mz,
+                           KBatchMode mode) {
+  Evaluate(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, mode);
+}
+
+void KPacejkaEvaluateBatchDouble(const KPacejka &tyre, size_t n, const double *fz, const double *kappa,
+                           const double *alpha, const double *gamma, float *fx, float *fy, float *mz,
+                           KBatchMode mode) {
+  Evaluate(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, mode);
 }

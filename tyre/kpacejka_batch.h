@@ -30,6 +30,12 @@ enum KBatchMode { KBATCH_EXACT = 0, KBATCH_FAST = 1 };
 void KPacejkaEvaluateBatch(const KPacejka &tyre, size_t n, const float *fz, const float *kappa,
                            const float *alpha, const float *gamma, float *fx, float *fy, float *mz,
                            KBatchMode mode = KBATCH_FAST);
+// The same on double inputs, each rounded to float as it is read: a point
+// gets exactly what the float call gives on float(fz[i]), float(kappa[i]),
+// ... (no converted copy of the arrays is made).
+void KPacejkaEvaluateBatchDouble(const KPacejka &tyre, size_t n, const double *fz, const double *kappa,
+                           const double *alpha, const double *gamma, float *fx, float *fy, float *mz,
+                           KBatchMode mode = KBATCH_FAST);
 
 // True when KBATCH_FAST runs the eight-lane code on this processor.
 bool KPacejkaBatchIsVector();

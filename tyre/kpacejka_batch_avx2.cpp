@@ -27,24 +27,36 @@ void ReportLanes(const kpacejka::Guarded<F8> &bad, const kpacejka::Point<F8> &p,
       if (masks[q] >> lane & 1) KPacejka::ReportNaN(q, {c[lane], s[lane], k[lane], z[lane], zp[lane]});
 }
 
-}  // namespace
+// Eight inputs from p[0..7]: float as they are, double rounded to float
+// (cvtpd_ps rounds to nearest, as float(x) does).
+__m256 Load8(const float *p) { return _mm256_loadu_ps(p); }
+__m256 Load8(const double *p) {
+  return _mm256_set_m128(_mm256_cvtpd_ps(_mm256_loadu_pd(p + 4)), _mm256_cvtpd_ps(_mm256_loadu_pd(p)));
+}
 
-void KPacejkaEvaluateBatch8(const KPacejka &tyre, size_t n, const float *fz, const float *kappa,
-                            const float *alpha, const float *gamma, float *fx, float *fy, float *mz) {
+template <typename T>
+void Evaluate8(const KPacejka &tyre, size_t n, const T *fz, const T *kappa, const T *alpha, const T *gamma,
+               float *fx, float *fy, float *mz) {
   kpacejka::F8Mask badCamber;
   for (size_t i = 0; i < n; i += 8) {
     // 1. eight inputs; a short last group repeats its last point (a lane's
     //    result depends only on its own inputs)
     const size_t lanes = n - i < 8 ? n - i : 8;
-    alignas(32) float in[4][8];
-    const float *src[4] = {fz + i, kappa + i, alpha + i, gamma + i};
-    for (int a = 0; a < 4; a++)
-      for (size_t l = 0; l < 8; l++) in[a][l] = src[a][l < lanes ? l : lanes - 1];
-    const F8 g(_mm256_load_ps(in[3]));
+    const T *src[4] = {fz + i, kappa + i, alpha + i, gamma + i};
+    __m256 in[4];
+    for (int a = 0; a < 4; a++) {
+      if (lanes == 8) {
+        in[a] = Load8(src[a]);
+      } else {
+        alignas(32) float part[8];
+        for (size_t l = 0; l < 8; l++) part[l] = float(src[a][l < lanes ? l : lanes - 1]);
+        in[a] = _mm256_load_ps(part);
+      }
+    }
+    const F8 g(in[3]);
     badCamber = badCamber | kpacejka::IsBad(g);
     // 2. the stored point and the core
-    const kpacejka::Point<F8> p = kpacejka::StoredPoint(tyre, F8(_mm256_load_ps(in[0])),
-                                                        F8(_mm256_load_ps(in[1])), F8(_mm256_load_ps(in[2])), g);
+    const kpacejka::Point<F8> p = kpacejka::StoredPoint(tyre, F8(in[0]), F8(in[1]), F8(in[2]), g);
     kpacejka::Guarded<F8> bad;
     const kpacejka::Forces<F8> f = tyre.Evaluate(p, nullptr, &bad);
     // 3. results
@@ -60,4 +72,16 @@ void KPacejkaEvaluateBatch8(const KPacejka &tyre, size_t n, const float *fz, con
     if (kpacejka::Lanes(bad.Fx | bad.Fy | bad.Mz)) ReportLanes(bad, p, int(lanes));
   }
   if (kpacejka::Lanes(badCamber)) KPacejka::ReportBadCamber();
+}
+
+}  // namespace
+
+void KPacejkaEvaluateBatch8(const KPacejka &tyre, size_t n, const float *fz, const float *kappa,
+                            const float *alpha, const float *gamma, float *fx, float *fy, float *mz) {
+  Evaluate8(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz);
+}
+
+void KPacejkaEvaluateBatch8(const KPacejka &tyre, size_t n, const double *fz, const double *kappa,
+                            const double *alpha, const double *gamma, float *fx, float *fy, float *mz) {
+  Evaluate8(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz);
 }

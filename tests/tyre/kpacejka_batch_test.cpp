@@ -170,4 +170,32 @@ TEST(Batch, OnlyTheBadQuantityIsZeroedAndReported) {
   KPacejka::RearmNaNReports();
 }
 
+// Double inputs (not float values, and NaN, inf and out of float's range)
+// give what the float call gives on them rounded, in every lane.
+TEST(Batch, DoubleInputsEqualTheFloatCallOnTheRoundedInputsBitForBit) {
+  ReportCapture quiet;
+  std::vector<double> in[4];
+  for (int i = 0; i < 1001; i++) {
+    const double u = i / 1000.0 + 1e-9;
+    const double odd[4] = {NAN, INFINITY, -1e300, 1e-300};
+    for (int a = 0; a < 4; a++) in[a].push_back(i % 97 == a ? odd[(i / 97) % 4] : (a ? 0.3 : 9000.0) * (u - a * 0.2));
+  }
+  std::vector<float> rounded[4];
+  for (int a = 0; a < 4; a++) rounded[a].assign(in[a].begin(), in[a].end());
+  for (const int model : {KPacejka::PAC96, KPacejka::MF52, KPacejka::PAC2006, KPacejka::MF61})
+    for (KBatchMode mode : {KBATCH_EXACT, KBATCH_FAST}) {
+      KPacejka t;
+      model == KPacejka::PAC96 ? SetTouringPac96(t) : SetTestMF(t, model);
+      Results want(1001), got(1001);
+      KPacejkaEvaluateBatch(t, 1001, rounded[0].data(), rounded[1].data(), rounded[2].data(), rounded[3].data(),
+                            want.fx.data(), want.fy.data(), want.mz.data(), mode);
+      KPacejkaEvaluateBatchDouble(t, 1001, in[0].data(), in[1].data(), in[2].data(), in[3].data(), got.fx.data(),
+                                  got.fy.data(), got.mz.data(), mode);
+      EXPECT_EQ(0, memcmp(want.fx.data(), got.fx.data(), 1001 * sizeof(float))) << model << " mode " << mode;
+      EXPECT_EQ(0, memcmp(want.fy.data(), got.fy.data(), 1001 * sizeof(float))) << model << " mode " << mode;
+      EXPECT_EQ(0, memcmp(want.mz.data(), got.mz.data(), 1001 * sizeof(float))) << model << " mode " << mode;
+    }
+  KPacejka::RearmNaNReports();
+}
+
 }  // namespace
