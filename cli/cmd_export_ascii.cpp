@@ -14,8 +14,8 @@ int RunExportAscii(const std::vector<std::string> &args) {
   std::string out;
   int steps = -1;
   float maximum = 0.0f;
-  bool haveMax = false;
-  if (CliWantsHelp("export-ascii", args, "--steps N --max X [-o OUT]")) {
+  bool haveMax = false, force = false;
+  if (CliWantsHelp("export-ascii", args, "--steps N --max X [-o OUT] [--force]")) {
     delete st;
     return 0;
   }
@@ -28,6 +28,8 @@ int RunExportAscii(const std::vector<std::string> &args) {
       haveMax = true;
     } else if (rest[i] == "-o") {
       out = rest[++i];
+    } else if (rest[i] == "--force") {
+      force = true;
     } else {
       fprintf(stderr, "tyrograph-cli export-ascii: unknown option '%s'\n", rest[i].c_str());
       ok = false;
@@ -38,7 +40,7 @@ int RunExportAscii(const std::vector<std::string> &args) {
     fprintf(stderr, "tyrograph-cli export-ascii: needs --steps N (N >= 0) and --max X (X > 0)\n");
     ok = false;
   }
-  if (!ok || !CliLoadTyres("export-ascii", st)) {
+  if (!ok || CliRefusesOverwrite("export-ascii", out, force) || !CliLoadTyres("export-ascii", st)) {
     delete st;
     return 2;
   }
@@ -47,7 +49,7 @@ int RunExportAscii(const std::vector<std::string> &args) {
   return CliEmit("export-ascii", out, text);
 }
 
-CliCommand reg{"export-ascii", "TYRE --steps N --max X [-o OUT] [POINT]", "the \"Export ASCII\" file",
+CliCommand reg{"export-ascii", "TYRE --steps N --max X [-o OUT] [--force] [POINT]", "the \"Export ASCII\" file",
                50, RunExportAscii};
 
 }  // namespace

@@ -12,7 +12,8 @@ int RunExportCarIni(const std::vector<std::string> &args) {
   auto *st = new CliTyreState;
   std::vector<std::string> rest;
   std::string out;
-  if (CliWantsHelp("export-carini", args, "[-o OUT]")) {
+  bool force = false;
+  if (CliWantsHelp("export-carini", args, "[-o OUT] [--force]")) {
     delete st;
     return 0;
   }
@@ -20,12 +21,14 @@ int RunExportCarIni(const std::vector<std::string> &args) {
   for (size_t i = 0; ok && i < rest.size(); i++) {
     if (rest[i] == "-o") {
       out = rest[++i];
+    } else if (rest[i] == "--force") {
+      force = true;
     } else {
       fprintf(stderr, "tyrograph-cli export-carini: unknown option '%s'\n", rest[i].c_str());
       ok = false;
     }
   }
-  if (!ok || !CliLoadTyres("export-carini", st)) {
+  if (!ok || CliRefusesOverwrite("export-carini", out, force) || !CliLoadTyres("export-carini", st)) {
     delete st;
     return 2;
   }
@@ -38,7 +41,7 @@ int RunExportCarIni(const std::vector<std::string> &args) {
   return CliEmit("export-carini", out, text);
 }
 
-CliCommand reg{"export-carini", "TYRE [-o OUT] [POINT]", "the \"Export for Car.Ini\" block", 51,
+CliCommand reg{"export-carini", "TYRE [-o OUT] [--force] [POINT]", "the \"Export for Car.Ini\" block", 51,
                RunExportCarIni};
 
 }  // namespace

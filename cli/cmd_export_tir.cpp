@@ -31,10 +31,7 @@ int RunExportTir(const std::vector<std::string> &args) {
   const bool toStdout = out.empty() || out == "-";
   // 2. an existing file stays unless asked; checked before loading so a
   //    refusal costs nothing
-  if (ok && !toStdout && !force && QFileExists(out.c_str(), false)) {
-    fprintf(stderr, "tyrograph-cli %s: %s exists; add --force to overwrite it\n", cmd, out.c_str());
-    ok = false;
-  }
+  if (ok && CliRefusesOverwrite(cmd, out, force)) ok = false;
   if (!ok || !CliLoadTyres(cmd, st)) {
     delete st;
     return 2;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/qfile.h"
 #include "tool/basedir.h"
 #include "tool/carload.h"
 #include "tool/export.h"
@@ -143,6 +144,12 @@ void CliSampleCurves(CliTyreState *state, CurveRange ranges[CURVE_COUNT], Curve 
     CurveApplyZoom(kind, state->zoom, &ranges[g]);
     CurveSample(&state->tyres[g], kind, ranges[g], &curves[g]);
   }
+}
+
+bool CliRefusesOverwrite(const char *cmd, const std::string &out, bool force) {
+  if (force || out.empty() || out == "-" || !QFileExists(out.c_str(), false)) return false;
+  fprintf(stderr, "tyrograph-cli %s: %s exists; add --force to overwrite it\n", cmd, out.c_str());
+  return true;
 }
 
 int CliEmit(const char *cmd, const std::string &out, const std::string &text) {

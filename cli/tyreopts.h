@@ -41,6 +41,10 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state);
 bool CliAsciiArgsValid(int steps, float maximum);
 // Loads one tyre from `source` with the state's wheel, edits and operating point.
 bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre);
+// True (with the message "OUT exists; add --force to overwrite it") when
+// `out` names a file that exists and `force` is not set; standard output
+// ("" or "-") never does.
+bool CliRefusesOverwrite(const char *cmd, const std::string &out, bool force);
 // A number argument: false (with a message) when `text` is not wholly a number.
 bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out);
 bool CliParseInt(const char *cmd, const char *option, const std::string &text, int *out);
