@@ -26,11 +26,7 @@ int RunExportAscii(const std::vector<std::string> &args) {
     } else if (rest[i] == "--max") {
       ok = CliParseFloat("export-ascii", "--max", rest[++i], &maximum);
       haveMax = true;
-    } else if (rest[i] == "-o") {
-      out = rest[++i];
-    } else if (rest[i] == "--force") {
-      force = true;
-    } else {
+    } else if (!CliTakeOutputOption(rest, &i, &out, &force)) {
       fprintf(stderr, "tyrograph-cli export-ascii: unknown option '%s'\n", rest[i].c_str());
       ok = false;
     }

@@ -19,11 +19,7 @@ int RunExportCarIni(const std::vector<std::string> &args) {
   }
   bool ok = CliParseTyreArgs("export-carini", args, {"-o"}, st, &rest);
   for (size_t i = 0; ok && i < rest.size(); i++) {
-    if (rest[i] == "-o") {
-      out = rest[++i];
-    } else if (rest[i] == "--force") {
-      force = true;
-    } else {
+    if (!CliTakeOutputOption(rest, &i, &out, &force)) {
       fprintf(stderr, "tyrograph-cli export-carini: unknown option '%s'\n", rest[i].c_str());
       ok = false;
     }

@@ -19,11 +19,7 @@ int RunExportTir(const std::vector<std::string> &args) {
   // 1. options: the shared ones, -o and --force
   bool ok = CliParseTyreArgs(cmd, args, {"-o"}, st, &rest);
   for (size_t i = 0; ok && i < rest.size(); i++) {
-    if (rest[i] == "-o") {
-      out = rest[++i];
-    } else if (rest[i] == "--force") {
-      force = true;
-    } else {
+    if (!CliTakeOutputOption(rest, &i, &out, &force)) {
       fprintf(stderr, "tyrograph-cli %s: unknown option '%s'\n", cmd, rest[i].c_str());
       ok = false;
     }

@@ -146,6 +146,16 @@ void CliSampleCurves(CliTyreState *state, CurveRange ranges[CURVE_COUNT], Curve 
   }
 }
 
+bool CliTakeOutputOption(const std::vector<std::string> &rest, size_t *i, std::string *out, bool *force) {
+  if (rest[*i] == "-o" && *i + 1 < rest.size()) {
+    *out = rest[++*i];
+    return true;
+  }
+  if (rest[*i] != "--force") return false;
+  *force = true;
+  return true;
+}
+
 bool CliRefusesOverwrite(const char *cmd, const std::string &out, bool force) {
   if (force || out.empty() || out == "-" || !QFileExists(out.c_str(), false)) return false;
   fprintf(stderr, "tyrograph-cli %s: %s exists; add --force to overwrite it\n", cmd, out.c_str());

@@ -41,6 +41,9 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state);
 bool CliAsciiArgsValid(int steps, float maximum);
 // Loads one tyre from `source` with the state's wheel, edits and operating point.
 bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre);
+// An output option at rest[*i]: "-o OUT" (moving *i past OUT) or "--force".
+// False for anything else.
+bool CliTakeOutputOption(const std::vector<std::string> &rest, size_t *i, std::string *out, bool *force);
 // True (with the message "OUT exists; add --force to overwrite it") when
 // `out` names a file that exists and `force` is not set; standard output
 // ("" or "-") never does.

@@ -1,13 +1,16 @@
 // The drawn frame (graphs, ghosts, texts; no controls) read back and compared
-// pixel for pixel with stored images under tests/data/tool/frames/, at a few
-// states. The images were first taken before the frame drew through
-// QRenderer, which left every pixel as it was. After a deliberate change of
-// the frame's look, regenerate them:
+// pixel for pixel, through a digest of its pixels, with the frames stored in
+// tests/data/tool/frames.txt, at a few states. The frames were first stored
+// before the frame drew through QRenderer, which left every pixel as it was.
+// After a deliberate change of the frame's look, store them again:
 //
 //   TYRO_UPDATE_FRAMES=1 build/tests/test_tool --gtest_filter='FramePixels*'
 #include <GL/gl.h>
 
+#include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <map>
 #include <string>
 
 #include "tool/frame.h"
@@ -45,34 +48,50 @@ class FramePixels : public ToolWindowTest {
     return img;
   }
 
-  // Compares the frame with the stored one, or stores it when asked to.
-  void ExpectFrame(const char *name) {
-    QImage got = Frame();
-    std::string path = std::string(TYRO_TEST_DATA) + "/tool/frames/" + name + ".tga";
-    const char *update = getenv("TYRO_UPDATE_FRAMES");
-    if (update && *update) {
-      ASSERT_TRUE(QTgaWrite(path.c_str(), got, QTGA_RGB, true)) << path;
-      return;
-    }
-    QImage want;
-    ASSERT_TRUE(QTgaRead(path.c_str(), want)) << path;
-    ASSERT_TRUE(want.GetWidth() == WIN_W && want.GetHeight() == WIN_H) << path;
-    int differ = 0, firstX = -1, firstY = -1;
+  // FNV-1a over the RGB bytes of every pixel.
+  static std::string Digest(const QImage &img) {
+    uint64_t h = 1469598103934665603ull;
     for (int y = 0; y < WIN_H; y++)
-      for (int x = 0; x < WIN_W; x++) {
-        const uint8_t *a = got.PixelAt(x, y), *b = want.PixelAt(x, y);
-        if (a[0] == b[0] && a[1] == b[1] && a[2] == b[2]) continue;
-        if (differ++ == 0) firstX = x, firstY = y;
-      }
-    EXPECT_EQ(differ, 0) << name << ": first difference at " << firstX << "," << firstY;
+      for (int x = 0; x < WIN_W; x++)
+        for (int c = 0; c < 3; c++) h = (h ^ img.PixelAt(x, y)[c]) * 1099511628211ull;
+    char buf[17];
+    snprintf(buf, sizeof buf, "%016llx", static_cast<unsigned long long>(h));
+    return buf;
   }
 
+  // Compares the frame's digest with the stored one (tool/frames.txt holds a
+  // "name digest" line per state), or stores it when asked to. A frame that
+  // differs is written as <name>.tga beside the test, for a look.
+  void ExpectFrame(const char *name) {
+    QImage got = Frame();
+    const std::string digest = Digest(got);
+    if (const char *update = getenv("TYRO_UPDATE_FRAMES"); update && *update) {
+      updated += std::string(name) + " " + digest + "\n";
+      return;
+    }
+    EXPECT_EQ(stored[name], digest) << name << ": the frame changed; see " << name << ".tga";
+    if (stored[name] != digest) QTgaWrite((std::string(name) + ".tga").c_str(), got, QTGA_RGB, true);
+  }
+
+  void SetUpDigests() {
+    std::ifstream in(DigestFile());
+    for (std::string n, d; in >> n >> d;) stored[n] = d;
+  }
+  void SaveDigests() {
+    if (updated.empty()) return;
+    std::ofstream(DigestFile()) << updated;
+  }
+  static std::string DigestFile() { return std::string(TYRO_TEST_DATA) + "/tool/frames.txt"; }
+
+  std::map<std::string, std::string> stored;
+  std::string updated;
   QFont *font = nullptr;
 };
 
 }  // namespace
 
 TEST_F(FramePixels, MatchStoredFrames) {
+  SetUpDigests();
   ExpectFrame("touring_startup");
   PanelFocus(2);  // Fy in full, load ghosts
   ExpectFrame("touring_focus_fy_load");
@@ -84,4 +103,5 @@ TEST_F(FramePixels, MatchStoredFrames) {
   PanelRefreshLabels();
   PanelResetControls();
   ExpectFrame("mf52_startup");
+  SaveDigests();
 }
