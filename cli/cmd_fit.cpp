@@ -8,6 +8,7 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
+#include "cli/runcli.h"
 #include "tool/carload.h"
 
 namespace {
@@ -18,15 +19,19 @@ const char *const kUsage =
 int RunFit(const std::vector<std::string> &args) {
   const char *cmd = "fit";
   FitCliOptions o;
-  if (!FitCliParse(cmd, args, true, &o)) {
+  RunCliOptions runOptions;  // a rig run's --axes, --columns, --units, --thin
+  std::vector<std::string> fitArgs;
+  if (!RunCliParse(cmd, args, &runOptions, &fitArgs) || !FitCliParse(cmd, fitArgs, true, &o)) {
     fprintf(stderr, "usage: tyrograph-cli fit %s\n", kUsage);
     return 2;
   }
   if (!FitCliOutputsFree(cmd, o)) return 1;
   FitCliQuiet quiet(cmd);
-  // 1. the data (the reader names file, line and column of a problem)
-  KMeasuredData data;
-  if (!KMeasuredRead(o.input.c_str(), &data)) return 1;
+  // 1. the data (the reader names file, line and column of a problem): a
+  // tidy CSV file as it stands, a rig run conditioned; then the checks
+  KDataLoad load;
+  if (!RunCliLoad(cmd, o.input, runOptions, true, &load)) return 1;
+  const KMeasuredData &data = load.data;
   // 2. the start: the given tyre or the built-in one
   KPacejka *start = nullptr;
   if (!o.start.empty()) {
