@@ -154,8 +154,8 @@ void KRigRun(KPacejka &tyre, const KRigRunPlan &plan, KRunData *out) {
     out->channel[KRUN_SPEED].v[i] = k.speed * (1 + 0.002 * gauss(rng));
     out->channel[KRUN_PRESSURE].v[i] = k.pressure + 300 * gauss(rng);
     out->channel[KRUN_FZ].v[i] = fz;
-    out->channel[KRUN_ALPHA].v[i] = k.alpha + 0.0002 * gauss(rng);
-    out->channel[KRUN_KAPPA].v[i] = k.kappa + 0.0002 * gauss(rng);
+    out->channel[KRUN_ALPHA].v[i] = k.alpha + 0.013 * plan.noise * gauss(rng);  // 0.0002 rad at 1.5 %
+    out->channel[KRUN_KAPPA].v[i] = k.kappa + 0.013 * plan.noise * gauss(rng);
     out->channel[KRUN_GAMMA].v[i] = k.gamma;
     out->channel[KRUN_FX].v[i] = grip * f.fx + plan.noise * peakF * gauss(rng);
     out->channel[KRUN_FY].v[i] = grip * f.fy + plan.fyOffset + plan.noise * peakF * gauss(rng);
