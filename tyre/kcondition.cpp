@@ -204,11 +204,20 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
       Cluster(run.channel[kClustered[k]].v, k == 0 ? std::max(kHeld[0], 0.01 * std::fabs(Median(fz))) : kHeld[k], &id,
               &centres[size_t(k)]);
       for (size_t i = 0; i < n; i++) key[i] = id[i] < 0 || key[i] < 0 ? -1 : key[i] * 64 + id[i];
+      // the warm-up: everything before the run first reaches its main speed
+      // (the speed held for the most rows)
+      if (kClustered[k] == KRUN_SPEED && centres[size_t(k)].size() > 1) {
+        std::vector<size_t> rows(centres[size_t(k)].size(), 0);
+        for (int c : id)
+          if (c >= 0) rows[size_t(c)]++;
+        const int main = int(std::max_element(rows.begin(), rows.end()) - rows.begin());
+        for (size_t i = 0; i < n && id[i] != main; i++) key[i] = -2;
+      }
     }
     std::vector<long> seen;
     for (size_t i = 0; i < n; i++) {
       if (key[i] < 0) {
-        tuple[i] = -1;
+        tuple[i] = int(key[i]);
         continue;
       }
       auto it = std::find(seen.begin(), seen.end(), key[i]);
@@ -238,7 +247,7 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
     size_t j = i;
     while (j + 1 < n && tuple[j + 1] == tuple[i]) j++;
     if (tuple[i] < 0) {
-      for (size_t r = i; r <= j; r++) drop[r] = started ? KDROP_TRANSITION : KDROP_WARMUP;
+      for (size_t r = i; r <= j; r++) drop[r] = started && tuple[i] == -1 ? KDROP_TRANSITION : KDROP_WARMUP;
     } else if (j - i + 1 < size_t(options.minSegment)) {
       for (size_t r = i; r <= j; r++) drop[r] = started ? KDROP_SHORT : KDROP_WARMUP;
     } else {

@@ -81,11 +81,10 @@ void KRigRun(KPacejka &tyre, const KRigRunPlan &plan, KRunData *out) {
     }
   };
   Command c{plan.loads.front(), plan.cambers.front(), plan.pressures.front(), 0, 0, 0};
-  // warm-up: up to speed, then a few scrubbing sweeps at the first load
+  // warm-up: up to half the speed, a few scrubbing sweeps at the first load
   Command atSpeed = c;
-  atSpeed.speed = plan.speed;
-  change(c, atSpeed, 4);
-  c.speed = plan.speed * 0.5;
+  atSpeed.speed = plan.speed * 0.5;
+  change(c, atSpeed, 3);
   for (int i = 0; i < 2; i++) {
     moveAlpha(c, 0.5 * plan.alphaMax, plan.alphaRate * 2);
     moveAlpha(c, -0.5 * plan.alphaMax, plan.alphaRate * 2);

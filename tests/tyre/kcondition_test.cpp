@@ -66,7 +66,7 @@ TEST(KCondition, RelaxationLagFoundAndCancelled) {
   const double before = FyError(r.tyre, without.data), after = FyError(r.tyre, with.data);
   printf("Fy RMS against the steady state: %.4g N as recorded, %.4g N with the lag cancelled\n", before, after);
   EXPECT_GT(before, 100.0);
-  EXPECT_LT(after, 0.35 * before);
+  EXPECT_LT(after, 0.15 * before);
 }
 
 TEST(KCondition, SetPointsAndSweepsOfARealisticRun) {
