@@ -243,12 +243,14 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
   };
   std::vector<Segment> segments;
   bool started = false;
+  // a short table (not a time series) has no brief set points to drop
+  const size_t minSegment = std::min(size_t(std::max(options.minSegment, 1)), std::max<size_t>(1, n / 50));
   for (size_t i = 0; i < n;) {
     size_t j = i;
     while (j + 1 < n && tuple[j + 1] == tuple[i]) j++;
     if (tuple[i] < 0) {
       for (size_t r = i; r <= j; r++) drop[r] = started && tuple[i] == -1 ? KDROP_TRANSITION : KDROP_WARMUP;
-    } else if (j - i + 1 < size_t(options.minSegment)) {
+    } else if (j - i + 1 < minSegment) {
       for (size_t r = i; r <= j; r++) drop[r] = started ? KDROP_SHORT : KDROP_WARMUP;
     } else {
       segments.push_back({i, j, tuple[i]});

@@ -7,7 +7,8 @@
 //     in a transition between set points (before the first set point: the
 //     warm-up) and is dropped.
 //  2. Segments: runs of rows at one set point. Runs shorter than
-//     KConditionOptions::minSegment rows are dropped.
+//     KConditionOptions::minSegment rows (and than a fiftieth of the run)
+//     are dropped.
 //  3. Sweeps: within a segment, a run of rows at zero slip ratio is a
 //     slip-angle sweep, one at zero slip angle a slip-ratio sweep, one with
 //     both a combined sweep; short stretches (the swept slip crossing zero)
