@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "tool/analyse.h"
-#include "tool/export.h"
-#include "tool/graph.h"
+#include "chart/analyse.h"
+#include "chart/export.h"
+#include "chart/graph.h"
 #include "tool/mrun.h"
 #include "tool/panel.h"
 #include "tool/session.h"

@@ -11,10 +11,10 @@
 #include <string>
 
 #include "base/qinfo.h"
-#include "tool/basedir.h"
+#include "chart/basedir.h"
 #include "tool/dispatch.h"
-#include "tool/frame.h"
-#include "tool/graph.h"
+#include "chart/frame.h"
+#include "chart/graph.h"
 #include "tool/panel.h"
 #include "tool/session.h"
 #include "tool/settings.h"

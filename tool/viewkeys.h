@@ -1,5 +1,5 @@
 // The window's keys for the views: F2 cycles the graph area through the
-// plot kinds (tool/plot.h), F3 overlays a reference tyre in grey (asked for
+// plot kinds (chart/plot.h), F3 overlays a reference tyre in grey (asked for
 // through the file dialog) or, pressed again, drops it, F4 saves the shown
 // view as a PNG file beside the screenshots (view00001.png, ...).
 #pragma once

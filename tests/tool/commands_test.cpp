@@ -5,8 +5,8 @@
 #include <fstream>
 #include <string>
 
-#include "tool/analyse.h"
-#include "tool/export.h"
+#include "chart/analyse.h"
+#include "chart/export.h"
 #include "toolwindow.h"
 #include "ui/qprop.h"
 #include "ui/qradio.h"

@@ -11,8 +11,8 @@
 #include <string>
 #include <utility>
 
-#include "tool/carload.h"
-#include "tool/graph.h"
+#include "chart/carload.h"
+#include "chart/graph.h"
 #include "tool/session.h"
 
 inline std::string ReadFileBytes(const std::string &path) {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tool/dispatch.h"
-#include "tool/frame.h"
+#include "chart/frame.h"
 #include "tool/settings.h"
 #include "toolwindow.h"
 #include "ui/qbutton.h"

@@ -2,11 +2,11 @@
 // F3 overlays a reference tyre in grey and drops it again. F4's PNG is
 // checked in the real window (tests/e2e/tyrograph_views.sh).
 #include "tool/dispatch.h"
-#include "tool/frame.h"
-#include "tool/plot.h"
+#include "chart/frame.h"
+#include "chart/plot.h"
 #include "tool/viewkeys.h"
 #include "toolwindow.h"
-#include "ui/qrecorder.h"
+#include "render/qrecorder.h"
 
 namespace {
 

@@ -1,0 +1,91 @@
+// What a frame draws, recorded without a window (render/qrecorder.h), and the
+// tyres it leaves behind.
+#include <gtest/gtest-spi.h>
+
+#include "golden.h"
+#include "chart/frame.h"
+#include "tool/settings.h"
+#include "chart/tyreguard.h"
+#include "render/qrecorder.h"
+
+namespace {
+
+class FrameRecord : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    CreateTouringGraphs();
+    for (Graph *g : session.graphs) g->SetZoom(true);
+    GraphApplyEmphasis(session.graphs, 0);
+    for (Graph *g : session.graphs)
+      for (int w = 0; w < CAR_WHEELS; w++) OpApplyAll(g->GetTyre(w), OperatingPoint());
+  }
+  void TearDown() override { DeleteGraphs(); }
+
+  FrameState State(int focus, bool camber) {
+    FrameState st;
+    for (int i = 0; i < CURVE_COUNT; i++) st.graphs[i] = session.graphs[i];
+    st.focus = focus;
+    st.ghostCamber = camber;
+    return st;
+  }
+  static std::vector<TyreStateGuard::State> Snapshot() {
+    std::vector<TyreStateGuard::State> s;
+    for (Graph *g : session.graphs) s.push_back(TyreStateGuard::Take(*g->GetCurrentTyre()));
+    return s;
+  }
+  static void ExpectUnchanged(const std::vector<TyreStateGuard::State> &before) {
+    std::vector<TyreStateGuard::State> after = Snapshot();
+    for (size_t i = 0; i < before.size(); i++) EXPECT_TRUE(before[i] == after[i]) << "graph " << i << "'s tyre changed";
+  }
+  QRecorder rec;
+  const QRect view{GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, 700, 500};
+};
+
+}  // namespace
+
+// Curves per focus and ghost quantity, their alphas and clip.
+TEST_F(FrameRecord, CurvesGhostsAndClip) {
+  struct Case {
+    int focus;
+    bool camber;
+    size_t curves;
+  } cases[] = {{0, false, 3}, {2, false, 3 + 5}, {3, true, 3 + 6}, {1, true, 3 + 6}};
+  for (const Case &c : cases) {
+    rec.BeginPicture(QColor(255, 255, 255, 255));
+    GraphApplyEmphasis(session.graphs, c.focus);
+    FramePaint(&rec, State(c.focus, c.camber), view);
+    auto lines = rec.Of(QREC_POLYLINE);
+    ASSERT_EQ(lines.size(), c.curves) << c.focus;
+    EXPECT_EQ(rec.Of(QREC_CLIP).size(), c.curves);
+    // Main curves: dimmed ones at 0.1 when another graph has the focus.
+    for (int g = 0; g < CURVE_COUNT; g++)
+      EXPECT_FLOAT_EQ(lines[g]->stroke.alpha, c.focus && c.focus != g + 1 ? 0.1f : 1.0f) << c.focus << g;
+    for (size_t i = 3; i < lines.size(); i++) {
+      EXPECT_EQ(lines[i]->color, session.graphs[c.focus - 1]->GetColor());
+      float want = c.camber ? FrameCamberGhostAlpha(int(i - 3)) : FrameLoadGhostAlpha(int(i - 3));
+      EXPECT_FLOAT_EQ(lines[i]->stroke.alpha, want);
+    }
+    EXPECT_EQ(rec.Of(QREC_CLIP)[0]->rect.wid, 2 * Graph::X_ORIGIN + 1);
+  }
+  EXPECT_NE(rec.FindText("Fy peak at SA=8.55 deg"), nullptr);
+}
+
+// Drawing leaves every tyre as it was, ghost passes included; a step that
+// changes a tyre without the guard is caught by the same check.
+TEST_F(FrameRecord, LeavesTheTyresUnchanged) {
+  for (Graph *g : session.graphs) g->GetCurrentTyre()->SetSlipAngle(0.05f);
+  for (int focus = 0; focus <= 3; focus++)
+    for (bool camber : {false, true}) {
+      std::vector<TyreStateGuard::State> before = Snapshot();
+      FramePaint(&rec, State(focus, camber), view);
+      ExpectUnchanged(before);
+    }
+  std::vector<TyreStateGuard::State> before = Snapshot();
+  {
+    TyreStateGuard keep(session.graphs[CURVE_FY]->GetCurrentTyre());
+    session.graphs[CURVE_FY]->Sample();
+  }
+  ExpectUnchanged(before);
+  session.graphs[CURVE_FY]->Sample();  // a missed restore
+  EXPECT_NONFATAL_FAILURE(ExpectUnchanged(before), "graph 1's tyre changed");
+}
