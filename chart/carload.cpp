@@ -45,14 +45,13 @@ unsigned CarWheelsWithoutTyre(const char *car, bool *carFound) {
 }
 
 std::string CarNoteText(const char *car, bool carFound, unsigned withoutTyre) {
-  static const char *const NAMES[CAR_WHEELS] = {"FL", "FR", "RL", "RR"};
   const std::string name = std::string("car \"") + (car ? car : "") + "\"";
   if (!carFound) return name + " not found (" + CarIniPath(car) + "): no tyre on any wheel";
   std::string wheels;
   int count = 0, last = 0;
   for (int w = 0; w < CAR_WHEELS; w++) {
     if (!(withoutTyre & (1u << w))) continue;
-    wheels += std::string(count ? ", " : "") + NAMES[w];
+    wheels += std::string(count ? ", " : "") + WHEEL_NAMES[w];
     count++;
     last = w;
   }

@@ -8,6 +8,8 @@ class KPacejka;
 class QInfo;
 
 constexpr int CAR_WHEELS = 4;
+// Names of the wheels as the wheel slider shows them.
+constexpr const char *WHEEL_NAMES[CAR_WHEELS] = {"FL", "FR", "RL", "RR"};
 
 // The section of a wheel's tyre in a car.ini: "wheel%d.pacejka".
 std::string CarWheelSection(int wheel);

@@ -1,8 +1,8 @@
 // The frame: the three graphs with their grid, texts and the ghost curves of
 // the focused graph, drawn through a QRenderer from an explicit state, so
 // the window (over OpenGL) and tyrograph-cli plot (over Cairo) draw the same
-// picture. FramePaintGraphs is the window's per-frame paint callback: the
-// session's state, then the texts of the selected coefficient.
+// picture. The window draws its own texts (the selected coefficient, notes)
+// around it.
 #pragma once
 
 #include <functional>
@@ -40,11 +40,6 @@ struct FrameState {
   std::function<void(QRenderer *)> underlay;
 };
 
-// The session's graphs, focus and ghost radio.
-FrameState FrameStateFromSession();
 // Model name, grid, curves, texts, overlays and ghosts into the graph area
 // `view` (the plot centred in it); nothing outside it is cleared.
 void FramePaint(QRenderer *r, const FrameState &state, const QRect &view);
-// Draws everything that is not a control into `r`, the canvas of the whole
-// window, with the graph area given by the view size.
-void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight);

@@ -9,7 +9,7 @@
 #include "chart/coeftable.h"
 #include "chart/graph.h"
 #include "chart/opvalues.h"
-#include "tool/session.h"
+#include "chart/carload.h"
 #include "chart/textplace.h"
 #include "render/qrenderer.h"
 
@@ -22,10 +22,12 @@ void TextAt(QRenderer *r, const char *text, TextSpot at, QColor color) { r->Draw
 
 // Right end of the widest peak text, where the notes that do not fit on the
 // operating-point line go.
-int PeakRight(QRenderer *r, int plotLeft) {
+int PeakRight(QRenderer *r, Graph *const *graphs, int plotLeft) {
   char buf[128];
   int right = plotLeft;
-  for (Graph *g : session.graphs) {
+  for (int k = 0; k < CURVE_COUNT; k++) {
+    const Graph *g = graphs[k];
+    if (!g) continue;
     const Curve &c = g->GetCurve();
     snprintf(buf, sizeof buf, CurvePeakFormat(g->GetKind()), double(c.peakX), double(c.peakValue));
     right = std::max(right, plotLeft + r->MeasureText(buf));
@@ -69,17 +71,18 @@ bool FrameXMinLabelsAbove(QRenderer *r, Graph *const *graphs, int cx, int cy) {
   return hits[0] > 0 && hits[1] < hits[0];
 }
 
-void FramePaintCarNote(QRenderer *r, int modelX, int modelY) {
-  if (session.carNote.empty()) return;
-  TextAt(r, session.carNote.c_str(), TextPlaceCarNote(modelX, modelY), NOTE_COLOR);
+void FramePaintCarNote(QRenderer *r, const std::string &note, int modelX, int modelY) {
+  if (note.empty()) return;
+  TextAt(r, note.c_str(), TextPlaceCarNote(modelX, modelY), NOTE_COLOR);
 }
 
-void FramePaintOpLine(QRenderer *r, int plotLeft, int areaRight, int areaBottom) {
+void FramePaintOpLine(QRenderer *r, Graph *const graphs[CURVE_COUNT], const OperatingPoint &point, int wheel,
+                      int plotLeft, int areaRight, int areaBottom) {
   // Without the UI font (reported at start-up) there is no text to draw.
-  if (!r->HasFont() || !session.graphs[CURVE_FX]) return;
-  OpValues v = OpValuesAt(*session.graphs[CURVE_FX]->GetCurrentTyre(), session.point);
+  if (!r->HasFont() || !graphs[CURVE_FX]) return;
+  OpValues v = OpValuesAt(*graphs[CURVE_FX]->GetCurrentTyre(), point);
   char line[256], notes[OP_NOTES_MAX][OP_NOTE_SIZE];
-  OpValuesText(v, WHEEL_NAMES[session.wheel & 3], line, sizeof line);
+  OpValuesText(v, WHEEL_NAMES[wheel & 3], line, sizeof line);
   TextSpot at = TextPlaceOpLine(plotLeft, areaBottom);
   TextAt(r, line, at, LINE_COLOR);
   int n = OpClampNotes(v, notes);
@@ -93,13 +96,13 @@ void FramePaintOpLine(QRenderer *r, int plotLeft, int areaRight, int areaBottom)
     r->DrawText(joined, x, at.y, NOTE_COLOR);
     return;
   }
-  int right = PeakRight(r, plotLeft);
+  int right = PeakRight(r, graphs, plotLeft);
   for (int i = 0; i < n; i++) TextAt(r, notes[i], TextPlaceOpNote(i, right, areaBottom), NOTE_COLOR);
 }
 
-void FramePaintEntryNote(QRenderer *r, int x, int y) {
-  if (session.entryNote.empty()) return;
-  r->DrawText(session.entryNote.c_str(), x + 12, y, NOTE_COLOR);
+void FramePaintEntryNote(QRenderer *r, const std::string &note, int x, int y) {
+  if (note.empty()) return;
+  r->DrawText(note.c_str(), x + 12, y, NOTE_COLOR);
 }
 
 void FramePaintScaleList(QRenderer *r, const KPacejka &tyre, int textsRight, int top) {

@@ -6,14 +6,12 @@
 
 #include <string>
 
+#include "chart/carload.h"
 #include "chart/coeftable.h"
 #include "chart/curves.h"
 #include "chart/oppoint.h"
 
 class Graph;
-
-// Names of the wheels as the wheel slider shows them.
-constexpr const char *WHEEL_NAMES[4] = {"FL", "FR", "RL", "RR"};
 
 struct Session {
   std::string car;      // folder under data/cars/ (last.car)

@@ -4,7 +4,7 @@
 
 #include "golden.h"
 #include "chart/frame.h"
-#include "tool/settings.h"
+#include "chart/oppoint.h"
 #include "chart/tyreguard.h"
 #include "render/qrecorder.h"
 
@@ -13,32 +13,33 @@ namespace {
 class FrameRecord : public ::testing::Test {
  protected:
   void SetUp() override {
-    CreateTouringGraphs();
-    for (Graph *g : session.graphs) g->SetZoom(true);
-    GraphApplyEmphasis(session.graphs, 0);
-    for (Graph *g : session.graphs)
+    CreateTouringGraphs(graphs);
+    for (Graph *g : graphs) g->SetZoom(true);
+    GraphApplyEmphasis(graphs, 0);
+    for (Graph *g : graphs)
       for (int w = 0; w < CAR_WHEELS; w++) OpApplyAll(g->GetTyre(w), OperatingPoint());
   }
-  void TearDown() override { DeleteGraphs(); }
+  void TearDown() override { DeleteGraphs(graphs); }
 
   FrameState State(int focus, bool camber) {
     FrameState st;
-    for (int i = 0; i < CURVE_COUNT; i++) st.graphs[i] = session.graphs[i];
+    for (int i = 0; i < CURVE_COUNT; i++) st.graphs[i] = graphs[i];
     st.focus = focus;
     st.ghostCamber = camber;
     return st;
   }
-  static std::vector<TyreStateGuard::State> Snapshot() {
+  std::vector<TyreStateGuard::State> Snapshot() const {
     std::vector<TyreStateGuard::State> s;
-    for (Graph *g : session.graphs) s.push_back(TyreStateGuard::Take(*g->GetCurrentTyre()));
+    for (Graph *g : graphs) s.push_back(TyreStateGuard::Take(*g->GetCurrentTyre()));
     return s;
   }
-  static void ExpectUnchanged(const std::vector<TyreStateGuard::State> &before) {
+  void ExpectUnchanged(const std::vector<TyreStateGuard::State> &before) const {
     std::vector<TyreStateGuard::State> after = Snapshot();
     for (size_t i = 0; i < before.size(); i++) EXPECT_TRUE(before[i] == after[i]) << "graph " << i << "'s tyre changed";
   }
+  Graph *graphs[CURVE_COUNT] = {};
   QRecorder rec;
-  const QRect view{GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, 700, 500};
+  const QRect view{15, 32, 700, 500};  // the window's graph area
 };
 
 }  // namespace
@@ -52,7 +53,7 @@ TEST_F(FrameRecord, CurvesGhostsAndClip) {
   } cases[] = {{0, false, 3}, {2, false, 3 + 5}, {3, true, 3 + 6}, {1, true, 3 + 6}};
   for (const Case &c : cases) {
     rec.BeginPicture(QColor(255, 255, 255, 255));
-    GraphApplyEmphasis(session.graphs, c.focus);
+    GraphApplyEmphasis(graphs, c.focus);
     FramePaint(&rec, State(c.focus, c.camber), view);
     auto lines = rec.Of(QREC_POLYLINE);
     ASSERT_EQ(lines.size(), c.curves) << c.focus;
@@ -61,7 +62,7 @@ TEST_F(FrameRecord, CurvesGhostsAndClip) {
     for (int g = 0; g < CURVE_COUNT; g++)
       EXPECT_FLOAT_EQ(lines[g]->stroke.alpha, c.focus && c.focus != g + 1 ? 0.1f : 1.0f) << c.focus << g;
     for (size_t i = 3; i < lines.size(); i++) {
-      EXPECT_EQ(lines[i]->color, session.graphs[c.focus - 1]->GetColor());
+      EXPECT_EQ(lines[i]->color, graphs[c.focus - 1]->GetColor());
       float want = c.camber ? FrameCamberGhostAlpha(int(i - 3)) : FrameLoadGhostAlpha(int(i - 3));
       EXPECT_FLOAT_EQ(lines[i]->stroke.alpha, want);
     }
@@ -73,7 +74,7 @@ TEST_F(FrameRecord, CurvesGhostsAndClip) {
 // Drawing leaves every tyre as it was, ghost passes included; a step that
 // changes a tyre without the guard is caught by the same check.
 TEST_F(FrameRecord, LeavesTheTyresUnchanged) {
-  for (Graph *g : session.graphs) g->GetCurrentTyre()->SetSlipAngle(0.05f);
+  for (Graph *g : graphs) g->GetCurrentTyre()->SetSlipAngle(0.05f);
   for (int focus = 0; focus <= 3; focus++)
     for (bool camber : {false, true}) {
       std::vector<TyreStateGuard::State> before = Snapshot();
@@ -82,10 +83,10 @@ TEST_F(FrameRecord, LeavesTheTyresUnchanged) {
     }
   std::vector<TyreStateGuard::State> before = Snapshot();
   {
-    TyreStateGuard keep(session.graphs[CURVE_FY]->GetCurrentTyre());
-    session.graphs[CURVE_FY]->Sample();
+    TyreStateGuard keep(graphs[CURVE_FY]->GetCurrentTyre());
+    graphs[CURVE_FY]->Sample();
   }
   ExpectUnchanged(before);
-  session.graphs[CURVE_FY]->Sample();  // a missed restore
+  graphs[CURVE_FY]->Sample();  // a missed restore
   EXPECT_NONFATAL_FAILURE(ExpectUnchanged(before), "graph 1's tyre changed");
 }

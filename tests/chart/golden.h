@@ -1,5 +1,5 @@
-// Helpers of the tool tests: golden files under tests/data/tool/, the test
-// car, the session's graphs on it, and scratch folders.
+// Helpers of the chart tests: golden files under tests/data/tool/, the test
+// car, three graphs on it, and scratch folders.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,7 +13,6 @@
 
 #include "chart/carload.h"
 #include "chart/graph.h"
-#include "tool/session.h"
 
 inline std::string ReadFileBytes(const std::string &path) {
   std::ifstream in(path, std::ios::binary);
@@ -28,20 +27,19 @@ inline void ExpectGolden(const std::string &name, const std::string &text) {
 inline std::string TouringCar() { return std::string(TYRO_TEST_DATA) + "/tool/touring/car.ini"; }
 inline std::string TirFile(const char *name) { return std::string(TYRO_SOURCE_DIR) + "/data/tyres/" + name; }
 
-// The session's three chained graphs, every wheel loaded from the test car.
-inline void CreateTouringGraphs() {
+// Three chained graphs, every wheel loaded from the test car.
+inline void CreateTouringGraphs(Graph *graphs[CURVE_COUNT]) {
   Graph *prev = nullptr;
-  for (int i = 0; i < CURVE_COUNT; i++) session.graphs[i] = prev = new Graph(CurveKind(i), prev);
-  for (Graph *g : session.graphs)
+  for (int i = 0; i < CURVE_COUNT; i++) graphs[i] = prev = new Graph(CurveKind(i), prev);
+  for (int i = 0; i < CURVE_COUNT; i++)
     for (int w = 0; w < CAR_WHEELS; w++) {
       std::string error;
-      ASSERT_TRUE(CarLoadTyreSource(TouringCar().c_str(), w, g->GetTyre(w), &error)) << error;
+      ASSERT_TRUE(CarLoadTyreSource(TouringCar().c_str(), w, graphs[i]->GetTyre(w), &error)) << error;
     }
-  session.wheel = 0;
 }
 
-inline void DeleteGraphs() {
-  for (Graph *&g : session.graphs) delete std::exchange(g, nullptr);
+inline void DeleteGraphs(Graph *graphs[CURVE_COUNT]) {
+  for (int i = 0; i < CURVE_COUNT; i++) delete std::exchange(graphs[i], nullptr);
 }
 
 // A scratch folder, removed with its contents at the end of the scope.

@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "golden.h"
+#include "chart/oppoint.h"
 #include "chart/plot.h"
-#include "tool/settings.h"
 #include "tyre/kmeasured.h"
 #include "render/qrecorder.h"
 
@@ -44,10 +44,11 @@ TEST(PlotData, PointsNearTheOperatingPointOnly) {
 }
 
 TEST(PlotData, DrawnUnderTheCurvesAndInTheEllipse) {
-  CreateTouringGraphs();
+  Graph *graphs[CURVE_COUNT] = {};
+  CreateTouringGraphs(graphs);
   FrameState st;
   for (int i = 0; i < CURVE_COUNT; i++) {
-    st.graphs[i] = session.graphs[i];
+    st.graphs[i] = graphs[i];
     OpApplyAll(st.graphs[i]->GetCurrentTyre(), OperatingPoint());
     st.graphs[i]->SetZoom(true);
   }
@@ -71,5 +72,5 @@ TEST(PlotData, DrawnUnderTheCurvesAndInTheEllipse) {
   Chart c = PlotChart(PLOT_ELLIPSE, st, &p);
   EXPECT_TRUE(c.series[0].points && c.series[0].label == "measured");
   EXPECT_FLOAT_EQ(c.series[0].y[0], 2.0f);
-  DeleteGraphs();
+  DeleteGraphs(graphs);
 }

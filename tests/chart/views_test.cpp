@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "golden.h"
+#include "chart/oppoint.h"
 #include "chart/plot.h"
 #include "chart/tyreguard.h"
 #include "chart/views.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "chart/carload.h"
-#include "chart/frame.h"
+#include "tool/windowframe.h"
 #include "chart/opvalues.h"
 #include "tool/settings.h"
 #include "tool/viewkeys.h"

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/cairo/qcairo.h"
-#include "chart/frame.h"
+#include "tool/windowframe.h"
 #include "chart/plot.h"
 #include "tool/settings.h"
 #include "toolwindow.h"

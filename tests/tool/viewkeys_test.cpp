@@ -2,7 +2,7 @@
 // F3 overlays a reference tyre in grey and drops it again. F4's PNG is
 // checked in the real window (tests/e2e/tyrograph_views.sh).
 #include "tool/dispatch.h"
-#include "chart/frame.h"
+#include "tool/windowframe.h"
 #include "chart/plot.h"
 #include "tool/viewkeys.h"
 #include "toolwindow.h"
@@ -21,7 +21,7 @@ class ViewKeys : public ToolWindowTest {
     QEvent ev;
     ev.type = QEVENT_KEYPRESS;
     ev.n = ev.xn = key;
-    return ToolDispatch(&ev);
+    return ToolDispatch(&ev, ToolEnv{});
   }
   QRecorder Frame() {
     QRecorder rec;
