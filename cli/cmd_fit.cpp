@@ -8,8 +8,8 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
+#include "chart/carload.h"
 #include "cli/runcli.h"
-#include "tool/carload.h"
 
 namespace {
 
