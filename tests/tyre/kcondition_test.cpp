@@ -156,3 +156,32 @@ TEST(KCondition, TextAndTydexFormsAgree) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(KCondition, SetPointsWithoutPressureOrSpeedColumns) {
+  // loads and cambers alone (no pressure, no speed): each set point keeps
+  // its own values
+  std::string text = "ET,FZ,IA,SA,FY\n";
+  int row = 0;
+  for (double fz : {2000.0, 4000.0})
+    for (double ia : {0.0, 0.05})
+      for (int i = 0; i < 60; i++, row++)
+        text += std::to_string(row * 0.01) + "," + std::to_string(fz) + "," + std::to_string(ia) + "," +
+                std::to_string(0.004 * (i - 30)) + "," + std::to_string(-20 * (i - 30)) + "\n";
+  KDataLoad load;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KDataLoadText(text, "run.csv", KRunOptions(), KConditionOptions(), false, &load)) << load.error;
+  }
+  ASSERT_EQ(4u, load.conditioned.setPoints.size());
+  const double want[4][2] = {{2000, 0}, {2000, 0.05}, {4000, 0}, {4000, 0.05}};
+  for (int i = 0; i < 4; i++) {
+    const KSetPoint &s = load.conditioned.setPoints[size_t(i)];
+    EXPECT_DOUBLE_EQ(want[i][0], s.fz) << i;
+    EXPECT_DOUBLE_EQ(want[i][1], s.gamma) << i;
+    EXPECT_EQ(60u, s.points) << i;
+  }
+}
+
+}  // namespace
