@@ -89,7 +89,11 @@ TEST(KCondition, SetPointsAndSweepsOfARealisticRun) {
   // each set point: one slip-angle sweep over ±12° and one slip-ratio sweep
   // over ±0.2, split where the rig changed over (within a few rows)
   std::vector<int> angle(want, 0), ratio(want, 0);
+  size_t combined = 0;
   for (const KSweep &w : c.sweeps) {
+    // no slivers where a swept slip crosses zero
+    EXPECT_GE(w.lastRow - w.firstRow + 1, 12u) << "sweep at row " << w.firstRow;
+    combined += w.kind == KSWEEP_COMBINED;
     if (w.kind == KSWEEP_ALPHA && w.slipMax - w.slipMin > 0.4) angle[size_t(w.setPoint)]++;
     if (w.kind == KSWEEP_KAPPA) {
       ratio[size_t(w.setPoint)]++;
@@ -102,6 +106,9 @@ TEST(KCondition, SetPointsAndSweepsOfARealisticRun) {
       EXPECT_GT(std::fabs(run.channel[KRUN_KAPPA].v[w.firstRow + 3]), 0.004);
     }
   }
+  // the combined ramps (camber 0, first pressure: one per load), each split
+  // where the slip ratio crosses zero into its driving and braking halves
+  EXPECT_EQ(2 * r.plan.loads.size(), combined);
   for (size_t i = 0; i < want; i++) {
     EXPECT_EQ(1, angle[i]) << "set point " << i + 1;
     EXPECT_EQ(1, ratio[i]) << "set point " << i + 1;
