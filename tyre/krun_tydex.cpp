@@ -73,7 +73,7 @@ bool ParseDefinition(const std::string &line, Definition *d, std::string *proble
     for (const Word &r : rest) {
       double v;
       if (!Number(tail.substr(r.at, r.n), &v)) {
-        *problem = "'" + tail.substr(r.at, r.n) + "' is not a number";
+        problem->assign("'").append(tail, r.at, r.n).append("' is not a number");
         return false;
       }
       d->numbers.push_back(v);
