@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <map>
 
 #include "diag/qdebug.h"
 
@@ -219,16 +220,18 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
         for (size_t i = 0; i < n && id[i] != main; i++) key[i] = -2;
       }
     }
-    std::vector<long> seen;
+    std::map<long, int> seen;  // key -> set point
     for (size_t i = 0; i < n; i++) {
       if (key[i] < 0) {
         tuple[i] = int(key[i]);
         continue;
       }
-      auto it = std::find(seen.begin(), seen.end(), key[i]);
-      tuple[i] = int(it - seen.begin());
-      if (it == seen.end()) {
-        seen.push_back(key[i]);
+      auto it = seen.find(key[i]);
+      if (it != seen.end()) {
+        tuple[i] = it->second;
+      } else {
+        tuple[i] = int(seen.size());
+        seen[key[i]] = tuple[i];
         KSetPoint sp;
         long k = key[i];
         double v[CLUSTERED];
