@@ -16,7 +16,7 @@
 #include <type_traits>
 
 #include "tyre/kmagicformula.h"
-#include "tyre/kpacejka.h"
+#include "tyre/ktyre.h"
 
 namespace kpacejka {
 // The C·D products divide the cornering and slip stiffness. The guard adds
@@ -27,7 +27,7 @@ inline T GuardCD(T CD) { return Select(Abs(CD) < 0.001f, CD + 0.001f, CD); }
 }  // namespace kpacejka
 
 template <class T>
-kpacejka::Forces<T> KPacejka::EvalMagicFormula(bool mf61, const kpacejka::Point<T> &p,
+kpacejka::Forces<T> KTyreParams::EvalMagicFormula(bool mf61, const kpacejka::Point<T> &p,
                                                kpacejka::Stats *stats) const {
   using namespace kpacejka;
   // ---- Working quantities ----

@@ -16,10 +16,10 @@
 #include <type_traits>
 
 #include "tyre/kmagicformula.h"
-#include "tyre/kpacejka.h"
+#include "tyre/ktyre.h"
 
 template <class T>
-kpacejka::Forces<T> KPacejka::EvalPac2006(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const {
+kpacejka::Forces<T> KTyreParams::EvalPac2006(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const {
   using namespace kpacejka;
   // ---- Working quantities ----
   // 1. no guard: a zero nominal load is left to the NaN guard

@@ -1,7 +1,7 @@
 // Eight single-precision lanes (AVX2) as a number type of the formula
 // templates (see tyre/knumber.h), with SLEEF's 1-ulp vector maths functions.
 //
-// Only the batch's vector file includes this header; it is built with
+// Only the batch's eight-lane file includes this header; it is built with
 // -mavx2 -mfma -ffp-contract=off, so a lane computes +, -, *, / and sqrt
 // exactly as float does and differs only where SLEEF's sin, cos, atan and
 // exp round differently from the C library's. Everything here sits in an
@@ -24,10 +24,17 @@ struct F8Mask {
 };
 
 struct F8 {
+  static constexpr int LANES = 8;
   __m256 v;
   F8() : v(_mm256_setzero_ps()) {}
   F8(__m256 x) : v(x) {}
   F8(float x) : v(_mm256_set1_ps(x)) {}
+  static F8 Load(const float *p) { return _mm256_loadu_ps(p); }
+  // cvtpd_ps rounds to nearest, as float(x) does.
+  static F8 Load(const double *p) {
+    return _mm256_set_m128(_mm256_cvtpd_ps(_mm256_loadu_pd(p + 4)), _mm256_cvtpd_ps(_mm256_loadu_pd(p)));
+  }
+  void Store(float *p) const { _mm256_storeu_ps(p, v); }
 };
 
 inline F8 operator+(F8 a, F8 b) { return _mm256_add_ps(a.v, b.v); }
