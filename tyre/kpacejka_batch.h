@@ -13,8 +13,10 @@
 // KBATCH_EXACT. KBATCH_LANES8 and KBATCH_LANES16 ask for a width (tests and
 // benchmarks; a width the processor lacks falls back to the next narrower).
 // In the lanes +, -, *, / and sqrt round as in Calculate, sin, cos, atan and
-// exp are SLEEF's (within 1 ulp of the exact value, like the C library's), so
-// a result may differ from Calculate's in its last bits, and by more where
+// exp are SLEEF's (sin, cos, exp within 1 ulp of the exact value, like the C
+// library's; atan within 3.5), and cos(atan x), sin(2 atan x) are formed
+// through their identities (tyre/knumber.h), so a result may differ from
+// Calculate's in its last bits, and by more where
 // the formula cancels (README, "Batch evaluation", lists the largest
 // differences over the bundled tyres). Both widths run the same SLEEF
 // algorithms and give the same bits. A point's result does not depend on

@@ -76,7 +76,7 @@ inline KTyreParams::Pac96Curve<T> KTyreParams::Pac96FyCurve(const kpacejka::Poin
   // 5. a4 divides the load inside the stiffness term: guard it like C·D; the
   //    cornering stiffness then keeps its last value. (The sine is formed
   //    either way, as the decay in Fx.)
-  const T load = Sin(2.0f * Atan(Fz / a4));
+  const T load = SinTwoAtan(Fz / a4);
   const Mask<T> flat = (Abs(CD) < PAC96_CD_MIN) | Mask<T>(fabsf(a4) < PAC96_CD_MIN);
   const T BCD = a3 * load * (1.0f - a5 * absGamma);
   const T B = Select(flat, T(PAC96_B_FLAT), BCD / CD);

@@ -164,7 +164,8 @@ TEST(Batch, OnlyTheBadQuantityIsZeroedAndReported) {
     for (size_t i = 0; i < s.size(); i += 97) {
       EXPECT_EQ(r.mz[i], 0.0f) << i;
       Evaluate(t, s.fz[i], s.kappa[i], s.alpha[i], s.gamma[i]);
-      EXPECT_EQ(Bits(r.fx[i]), Bits(t.Fx)) << i;
+      if (mode == KBATCH_EXACT) EXPECT_EQ(Bits(r.fx[i]), Bits(t.Fx)) << i;
+      else EXPECT_NEAR(r.fx[i], t.Fx, 4e-6 * 10000.0 + 1e-6) << i;  // the lanes' contract, Fx below 10 kN
       EXPECT_NE(r.fx[i], 0.0f) << i;
     }
     EXPECT_EQ(reports.find("Fx NaN"), std::string::npos) << reports;
