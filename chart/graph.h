@@ -58,8 +58,11 @@ class Graph {
   const char *GetYAxisName() const { return yAxisName; }
 
   // ---- Frame --------------------------------------------------------------
-  // Re-samples the current tyre.
-  void Sample() { CurveSample(current, kind, range, &curve); }
+  // Re-samples the current tyre at its own operating point, or at `at` (a
+  // stored point: a ghost's load or camber, a reference tyre's sliders).
+  // The tyre is not changed.
+  void Sample() { Sample(current->GetStoredPoint()); }
+  void Sample(const kpacejka::Point<float> &at) { CurveSample(*current, at, kind, range, &curve); }
   // Canvas position of sample i around the plot centre (cx, cy).
   int SampleX(int i, int cx) const;
   int SampleY(float value, int cy) const;

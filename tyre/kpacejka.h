@@ -70,12 +70,17 @@ class KPacejka : public KTyreParams {
   void SetSlipAngle(float radians);
   void SetSlipRatio(float ratio);
   float GetCamber() const;
+  // The stored operating point, as the core takes it (tyre/ktyre.h): code
+  // that evaluates at the tyre's point without changing it passes this.
+  kpacejka::Point<float> GetStoredPoint() const { return {camber, sideSlip, slipPercentage, Fz, FzPeak}; }
 
   // ---- Evaluation --------------------------------------------------------------
   // Fx, Fy, Mz (and the curve statistics) at the stored operating point:
   // KTyreEvaluateStored, whose results land in the members below, and its
   // reports. Allocation-free; single precision.
   void Calculate();
+  // The results of the last Calculate as the core gives them (issues 0).
+  KTyreResult GetLastResult() const;
 
   // ---- Accessors -----------------------------------------------------------------
   float GetLateralFriction() const;

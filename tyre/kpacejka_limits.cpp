@@ -19,14 +19,20 @@ void KPacejka::ReportNaN(int quantity, const kpacejka::Point<float> &p) {
   reportNaN[quantity] = false;
 }
 
-void KPacejka::Calculate() {
-  const kpacejka::Point<float> p{camber, sideSlip, slipPercentage, Fz, FzPeak};
-  // Statistics the model does not form keep their values.
+KTyreResult KPacejka::GetLastResult() const {
   KTyreResult r;
+  r.Fx = Fx, r.Fy = Fy, r.Mz = Mz;
   r.Bx = Bx, r.Cx = Cx, r.Dx = Dx, r.By = By, r.Cy = Cy, r.Dy = Dy;
   r.longStiffness = longStiffness, r.corneringStiffness = corneringStiffness;
   r.peakFx = peakFx, r.peakFy = peakFy;
-  r = KTyreEvaluateStored(*this, p, &r);
+  return r;
+}
+
+void KPacejka::Calculate() {
+  const kpacejka::Point<float> p = GetStoredPoint();
+  // Statistics the model does not form keep their values.
+  const KTyreResult last = GetLastResult();
+  const KTyreResult r = KTyreEvaluateStored(*this, p, &last);
   Bx = r.Bx, Cx = r.Cx, Dx = r.Dx, By = r.By, Cy = r.Cy, Dy = r.Dy;
   longStiffness = r.longStiffness;
   corneringStiffness = r.corneringStiffness;
@@ -35,6 +41,5 @@ void KPacejka::Calculate() {
   Fx = r.Fx;
   Fy = r.Fy;
   Mz = r.Mz;
-  for (int q = 0; q < 3; q++)
-    if (r.issues >> q & 1) ReportNaN(q, p);
+  KTyreReportStored(p, r);
 }

@@ -32,7 +32,10 @@ KTyreResult KTyreEvaluate(const KTyreParams &tyre, const KOperatingPoint &point,
 
 void KTyreReport(const KTyreParams &tyre, const KOperatingPoint &point, const KTyreResult &result) {
   if (result.issues & KTyreResult::BAD_CAMBER) KPacejka::ReportBadCamber();
-  const kpacejka::Point<float> p = kpacejka::StoredPoint(tyre, point.fz, point.kappa, point.alpha, point.gamma);
+  KTyreReportStored(kpacejka::StoredPoint(tyre, point.fz, point.kappa, point.alpha, point.gamma), result);
+}
+
+void KTyreReportStored(const kpacejka::Point<float> &stored, const KTyreResult &result) {
   for (int q = 0; q < 3; q++)
-    if (result.issues >> q & 1) KPacejka::ReportNaN(q, p);
+    if (result.issues >> q & 1) KPacejka::ReportNaN(q, stored);
 }

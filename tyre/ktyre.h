@@ -158,3 +158,5 @@ KTyreResult KTyreEvaluateStored(const KTyreParams &tyre, const kpacejka::Point<f
 // the camber report, then the NaN reports (once per process and quantity).
 // On the reporters' thread only.
 void KTyreReport(const KTyreParams &tyre, const KOperatingPoint &point, const KTyreResult &result);
+// The NaN reports Calculate makes for `result` at a stored point.
+void KTyreReportStored(const kpacejka::Point<float> &stored, const KTyreResult &result);
