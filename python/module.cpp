@@ -508,7 +508,7 @@ does.)") + fitFigures).c_str());
   m.def("_batch_seconds", &BatchSeconds, "tyre"_a, "fz"_a, "kappa"_a, "alpha"_a, "gamma"_a,
         "CPU seconds of the C++ batch alone on float32 arrays (for bench/bench_python.py).");
   m.def("is_vector", &KPacejkaBatchIsVector,
-        "True when Tyre.eval runs eight points at a time on this processor (exact=False).");
+        "True when Tyre.eval runs sixteen or eight points at a time on this processor (exact=False).");
   m.attr("CURVE_SAMPLES") = CURVE_SAMPLES;
 
   py::class_<PyTyre>(m, "Tyre", "One tyre: its model, its members by name, evaluation, curves and exports.")
@@ -540,7 +540,7 @@ dtype=numpy.float64. Empty inputs give empty results.
 
 Each point is evaluated as the setters plus Calculate do it (same clamping
 into the tyre's ranges, guards, signs). exact=True gives Calculate's
-results bit for bit; the default runs eight points at a time where the
+results bit for bit; the default runs sixteen or eight points at a time where the
 processor can (see is_vector()), whose sin/cos/atan/exp may round
 differently in the last bits.
 
