@@ -28,7 +28,9 @@
 //   kpacejka_mf52.h      models 1 and 3 (and every unknown model number)
 //   kpacejka_pac2006.h   model 2
 //   kpacejka_limits.cpp  Calculate: the core at the stored point, NaN reports
-//   kpacejka_batch.h     many operating points at once
+//   kpacejka_batch.h     many operating points at once: one at a time, or
+//                        8 (kvec8.h) or 16 (kvec16.h) lanes through the
+//                        loop of kpacejka_batch_lanes.h
 //   kpacejka_tir.cpp     LoadFromTirFile
 //   kpacejka_tirwrite.cpp the TIR writer (kpacejka_tirwrite.h)
 //   kpacejka_names.cpp   the member table
