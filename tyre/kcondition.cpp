@@ -292,7 +292,9 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
       out->sweeps.push_back(w);
     }
   }
-  // 4. relaxation: the delay of each sweep from its branches
+  // 4. relaxation: the delay of each sweep from its branches (a run with
+  // no time has none)
+  const bool relax = options.relax && !run.timeFromRows;
   std::vector<double> alphaOut = alpha, kappaOut = kappa;
   {
     std::vector<int> dir(n, 0);
@@ -330,7 +332,7 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
         dir[i] = dx > still ? 1 : dx < -still ? -1 : 0;
         if (dir[i] && dir[i] != last) w.branches++, last = dir[i];
       }
-      if (!options.relax || w.branches < 2) continue;
+      if (!relax || w.branches < 2) continue;
       const double span = time[w.lastRow] - time[w.firstRow];
       const double tau = EstimateLag(time, x, y, dir, w.firstRow, w.lastRow, std::min(1.0, span / 8));
       if (tau < 0) continue;
@@ -339,7 +341,7 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
       lags.push_back(tau);
     }
     out->medianLag = Median(lags);
-    if (options.relax)
+    if (relax)
       for (KSweep &w : out->sweeps) {
         if (!w.lagEstimated) w.lag = out->medianLag;
         size_t hint = w.firstRow;

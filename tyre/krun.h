@@ -87,6 +87,7 @@ struct KRunData {
   std::vector<std::string> ignored;     // columns no channel uses
   std::vector<std::string> notes;       // what the reader and the axis mapping decided
   size_t rows = 0;
+  bool timeFromRows = false;            // no time column: the row numbers stand in
   std::string error;
 };
 
@@ -96,6 +97,13 @@ bool KRunParse(const char *text, size_t size, const char *fileName, const KRunOp
 bool KRunParseText(const char *text, size_t size, const char *fileName, const KRunOptions &options, KRunData *run);
 bool KRunParseTydex(const char *text, size_t size, const char *fileName, const KRunOptions &options,
                     KRunData *run);
+// A run from columns already in memory (Python's mapping of column name to
+// array): `names` matched as a file's names row is (units in brackets
+// allowed), `values[i]` holding `rows` numbers. `source` names it in
+// messages. False on an ambiguous or missing name, an unknown unit or a
+// number that is not finite.
+bool KRunFromColumns(const std::vector<std::string> &names, const std::vector<const double *> &values, size_t rows,
+                     const char *source, const KRunOptions &options, KRunData *run);
 // Reads a file into `text`; false with `error` set.
 bool KRunReadFile(const char *fileName, std::string *text, std::string *error);
 // Whether the text is for the tidy CSV reader of tyre/kmeasured.h rather

@@ -35,6 +35,8 @@ class KRunReader {
   // Stores the field's text as a number of its channel; fails (naming
   // line, column and channel) when it is not a finite number.
   bool Value(size_t f, const char *text, size_t n, int line, int col);
+  // The same for a number already read (`row` counts from 1 for messages).
+  bool Number(size_t f, double v, size_t row);
   // After the last row: time from the row numbers when absent, the notes.
   bool Finish(int line);
 

@@ -157,6 +157,15 @@ bool KRunReader::Value(size_t f, const char *text, size_t n, int line, int col) 
   return true;
 }
 
+bool KRunReader::Number(size_t f, double v, size_t row) {
+  const int c = fieldChannel_[f];
+  if (!std::isfinite(v))
+    return Fail(0, 0, "column '%s' (%s), row %zu: %g is not a finite number", declared_[f].name.c_str(), KRunChannelKey(c),
+                row, v);
+  run->channel[c].v.push_back(v * factor_[c] + offset_[c]);
+  return true;
+}
+
 bool KRunReader::Finish(int line) {
   if (run->rows == 0) return Fail(line, 0, "no data rows");
   for (int c = 0; c < KRUN_CHANNELS; c++)
@@ -166,7 +175,8 @@ bool KRunReader::Finish(int line) {
   if (!run->channel[KRUN_TIME].present) {
     run->channel[KRUN_TIME].v.resize(run->rows);
     for (size_t i = 0; i < run->rows; i++) run->channel[KRUN_TIME].v[i] = double(i);
-    run->notes.push_back("no time column: the row number stands for the time");
+    run->timeFromRows = true;
+    run->notes.push_back("no time column: the rows taken as points, not a time series (no relaxation lag)");
   }
   bool anyUnit = false;
   for (int c = 0; c < KRUN_CHANNELS; c++) anyUnit = anyUnit || !run->channel[c].unit.empty();
@@ -179,6 +189,28 @@ bool KRunParse(const char *text, size_t size, const char *fileName, const KRunOp
   while (i < size && (text[i] == ' ' || text[i] == '\t' || text[i] == '\r' || text[i] == '\n')) i++;
   if (i + 1 < size && text[i] == '*' && text[i + 1] == '*') return KRunParseTydex(text, size, fileName, options, run);
   return KRunParseText(text, size, fileName, options, run);
+}
+
+bool KRunFromColumns(const std::vector<std::string> &names, const std::vector<const double *> &values, size_t rows,
+                     const char *source, const KRunOptions &options, KRunData *run) {
+  *run = KRunData();
+  run->fileName = source ? source : "<columns>";
+  run->format = "columns";
+  KRunReader r(run->fileName.c_str(), options, run);
+  std::vector<KRunDeclared> columns;
+  for (const std::string &n : names) {
+    KRunDeclared d;
+    KRunSplitUnit(n, &d.name, &d.unit);
+    columns.push_back(d);
+  }
+  if (!r.Assign(columns, 0)) return false;
+  for (size_t f = 0; f < names.size(); f++) {
+    if (r.ChannelOf(f) < 0) continue;
+    for (size_t i = 0; i < rows; i++)
+      if (!r.Number(f, values[f][i], i + 1)) return false;
+  }
+  run->rows = rows;
+  return r.Finish(0);
 }
 
 bool KRunReadFile(const char *fileName, std::string *text, std::string *error) {
@@ -222,8 +254,10 @@ bool KRunIsTidyCsv(const char *text, size_t size) {
       }
       continue;
     }
-    // the row after the names: a units row is not tidy
+    // the row after the names: a units row (no field a number) is not tidy;
+    // a row with a bad number among good ones stays the tidy reader's
     size_t p = 0;
+    int numbers = 0, fields = 0;
     while (p < t.size()) {
       const size_t q = std::min(t.find_first_of(", \t", p), t.size());
       const std::string field = t.substr(p, q - p);
@@ -231,8 +265,10 @@ bool KRunIsTidyCsv(const char *text, size_t size) {
       if (field.empty()) continue;
       char *e = nullptr;
       strtod(field.c_str(), &e);
-      if (*e) return field.find_first_not_of("0123456789.eE+-") == std::string::npos;  // a bad number stays the tidy reader's
+      fields++;
+      numbers += *e == 0;
     }
+    return fields == 0 || numbers > 0;
   }
   return true;
 }

@@ -48,6 +48,7 @@ TEST(KRunText, SeparatorsUnitsAndNames) {
   // no time column: the row number stands in, and says so
   EXPECT_DOUBLE_EQ(0, run.channel[KRUN_TIME].v[0]);
   EXPECT_NE(std::string::npos, run.notes.front().find("no time column"));
+  EXPECT_TRUE(run.timeFromRows);
 }
 
 TEST(KRunText, Overrides) {
@@ -219,6 +220,7 @@ TEST(KRunText, TidyFilesStayWithTheTidyReader) {
   EXPECT_TRUE(tidy("# made by hand\nfz fy\n4000 1\n"));
   EXPECT_TRUE(tidy("fz fy fzz\n"));          // a bad tidy file keeps its own message
   EXPECT_TRUE(tidy("fz,fy\n4000,1\n"));
+  EXPECT_TRUE(tidy("fz,alpha,fy\n4000,0.1,abc\n"));  // a bad number, not a units row
   EXPECT_FALSE(tidy("FZ,SA,FY\n4000,1,2\n"));  // a rig's name
   EXPECT_FALSE(tidy("fz;fy\n4000;1\n"));       // semicolons
   EXPECT_FALSE(tidy("fz,fy\nN,N\n4000,1\n"));  // a units row
