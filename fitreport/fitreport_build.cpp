@@ -156,6 +156,7 @@ FitReportBlock ChartBlock(Chart c) {
   FitReportBlock b;
   b.kind = FitReportBlock::CHART;
   b.chart = std::move(c);
+  b.chart.legend = ChartEmptiestCorner(b.chart);
   return b;
 }
 
@@ -227,8 +228,8 @@ void SummaryPages(const Context &cx, std::vector<FitReportPage> *pages) {
   const bool pressure = std::any_of(in.setPoints.begin(), in.setPoints.end(), [](const KSetPoint &s) { return s.pressure > 0; });
   const bool speed = std::any_of(in.setPoints.begin(), in.setPoints.end(), [](const KSetPoint &s) { return s.speed > 0; });
   spTable.header = {"#", "load [N]", "camber [\xb0]"};
-  if (pressure) spTable.header.push_back("pressure [kPa]");
-  if (speed) spTable.header.push_back("speed [km/h]");
+  if (pressure) spTable.header.push_back("kPa");
+  if (speed) spTable.header.push_back("km/h");
   spTable.header.push_back("points");
   for (int ch = 0; ch < KCH_COUNT; ch++)
     if (r.channel[ch].points) {
@@ -411,10 +412,10 @@ void ResidualPage(const Context &cx, std::vector<FitReportPage> *pages) {
     if (!cx.data.has[ch]) continue;
     const bool alpha = ch != KCH_FX;
     Chart c;
-    c.title = Fmt("%s residual over %s%s", KChannelName(ch), alpha ? "slip angle" : "slip ratio",
+    c.title = Fmt("%s measured - fitted, over %s%s", KChannelName(ch), alpha ? "slip angle" : "slip ratio",
                   levels.size() > 1 ? ", by load" : "");
     c.xName = alpha ? "slip angle [deg]" : "slip ratio [-]";
-    c.yName = Fmt("%s measured - fitted [%s]", KChannelName(ch), Unit(ch));
+    c.yName = Fmt("%s residual [%s]", KChannelName(ch), Unit(ch));
     std::vector<ChartSeries> byLevel(levels.size(), Points(MEASURED));
     float xMin = INFINITY, xMax = -INFINITY;
     for (size_t i = 0; i < cx.data.points.size(); i++) {
@@ -436,7 +437,7 @@ void ResidualPage(const Context &cx, std::vector<FitReportPage> *pages) {
     for (size_t k = 0; k < byLevel.size(); k++) {
       if (byLevel[k].x.empty()) continue;
       byLevel[k].color = PALETTE[k % PALETTE_SIZE];
-      if (levels.size() > 1 && levels.size() <= size_t(PALETTE_SIZE)) byLevel[k].label = Fmt("Fz %.4g N", levels[k]);
+      if (levels.size() > 1 && levels.size() <= size_t(PALETTE_SIZE)) byLevel[k].label = Fmt("Fz %.0f N", levels[k]);
       c.series.push_back(std::move(byLevel[k]));
     }
     page.blocks.push_back(ChartBlock(std::move(c)));
@@ -547,8 +548,7 @@ void CombinedPages(const Context &cx, std::vector<FitReportPage> *pages) {
     const KSetPoint &sp = in.setPoints[s];
     FitReportPage page;
     page.grid = true;
-    page.title = Fmt("Combined slip at set point %zu of %zu: %s; points with their fitted curves, one colour per sweep",
-                     s + 1, in.setPoints.size(), SetPointText(sp).c_str());
+    page.title = Fmt("Combined slip at set point %zu of %zu: %s", s + 1, in.setPoints.size(), SetPointText(sp).c_str());
     const bool has[2] = {std::any_of(levels.begin(), levels.end(), [](const Level &l) { return l.fixedAlpha; }),
                          std::any_of(levels.begin(), levels.end(), [](const Level &l) { return !l.fixedAlpha; })};
     // Fx and Fy of both kinds of sweep first, then Mz

@@ -13,7 +13,7 @@ namespace {
 
 const QColor INK(0, 0, 0, 255), BAND(232, 238, 248, 255), RULE(120, 120, 120, 255), STRIPE(244, 244, 244, 255),
     FOOT(90, 90, 90, 255);
-constexpr int CELL_PAD = 14;  // between table columns
+constexpr int CELL_PAD = 12;  // between table columns
 constexpr int GROUP_GAP = 30; // between side-by-side parts of a table
 
 // Figures are set flush right, words flush left.
@@ -107,7 +107,7 @@ void FitReportPaintPage(QRenderer *r, const FitReport &report, int page) {
       if (p.blocks[i].kind == FitReportBlock::CHART)
         PaintBlock(r, p.blocks[i], cell);
       else
-        PaintBlock(r, p.blocks[i], QRect(cell.x + 60, cell.y + 40, cell.wid - 80, cell.hgt - 40));
+        PaintBlock(r, p.blocks[i], QRect(cell.x + 40, cell.y + 40, cell.wid - 60, cell.hgt - 40));
     }
     return;
   }
