@@ -374,7 +374,7 @@ void SetPointPages(const Context &cx, std::vector<FitReportPage> *pages) {
     for (int ch = 0; ch < KCH_COUNT; ch++)
       if (cx.stats[s][size_t(ch)].points) t.rows.push_back(StatsRow(KChannelName(ch), cx.stats[s][size_t(ch)], ch));
     FitReportBlock figures = Table(t);
-    figures.lines = {"Figures at this set point (all its points, measured at their own load):"};
+    figures.lines = {"All the points of this set point:"};
     page.blocks.push_back(std::move(figures));
     pages->push_back(std::move(page));
   }
