@@ -12,10 +12,13 @@
 #include <vector>
 
 #include "base/qfile.h"
+#include "diag/qdebug.h"
 #include "tyre/kpacejka.h"
 #include "tyre/krigrun.h"
 
 namespace {
+
+int Quiet(const char *, const char *) { return 0; }
 
 int Usage(const char *problem) {
   if (problem) fprintf(stderr, "tyrograph-rigrun: %s\n", problem);
@@ -54,6 +57,7 @@ int main(int argc, char **argv) {
     return 1;
   }
   KPacejka tyre;
+  qSetDebugHook(Quiet);  // the loader's trace
   if (!tyre.LoadFromTirFile(tyreFile.c_str())) {
     fprintf(stderr, "tyrograph-rigrun: %s: not a readable TIR file\n", tyreFile.c_str());
     return 1;

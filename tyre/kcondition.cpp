@@ -27,6 +27,10 @@ const double kHeld[CLUSTERED] = {50.0, 0.0035, 5000.0, 0.5};  // N, rad (0.2°),
 const double kAlphaZero = 0.0044;  // 0.25°
 const double kKappaZero = 0.004;
 
+// A set point is keyed by its cluster index of each variable, in this base
+// (more than the clusters 200 bins can hold).
+const long kKeyBase = 256;
+
 double Median(std::vector<double> v) {
   if (v.empty()) return 0;
   const size_t m = v.size() / 2;
@@ -199,12 +203,13 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
     std::vector<long> key(n, 0);
     for (int k = 0; k < CLUSTERED; k++) {
       if (!run.channel[kClustered[k]].present || n == 0) {
-        centres[size_t(k)].push_back(0);
-        continue;
+        centres[size_t(k)].assign(1, 0.0);
+        id.assign(n, 0);
+      } else {
+        Cluster(run.channel[kClustered[k]].v, k == 0 ? std::max(kHeld[0], 0.01 * std::fabs(Median(fz))) : kHeld[k],
+                &id, &centres[size_t(k)]);
       }
-      Cluster(run.channel[kClustered[k]].v, k == 0 ? std::max(kHeld[0], 0.01 * std::fabs(Median(fz))) : kHeld[k], &id,
-              &centres[size_t(k)]);
-      for (size_t i = 0; i < n; i++) key[i] = id[i] < 0 || key[i] < 0 ? -1 : key[i] * 64 + id[i];
+      for (size_t i = 0; i < n; i++) key[i] = id[i] < 0 || key[i] < 0 ? -1 : key[i] * kKeyBase + id[i];
       // the warm-up: everything before the run first reaches its main speed
       // (the speed held for the most rows)
       if (kClustered[k] == KRUN_SPEED && centres[size_t(k)].size() > 1) {
@@ -229,8 +234,8 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
         long k = key[i];
         double v[CLUSTERED];
         for (int c = CLUSTERED - 1; c >= 0; c--) {
-          v[c] = centres[size_t(c)][size_t(k % 64)];
-          k /= 64;
+          v[c] = centres[size_t(c)][size_t(k % kKeyBase)];
+          k /= kKeyBase;
         }
         sp.fz = v[0], sp.gamma = v[1], sp.pressure = v[2], sp.speed = v[3];
         out->setPoints.push_back(sp);

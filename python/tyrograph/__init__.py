@@ -6,6 +6,8 @@
     graphs = tyre.curves(load=4000)                   # as tyrograph-cli curves
     tyre["pdy1"] = 1.1                                # members by name, as --set
     tyrograph.fit("data.csv", "mf61", "fitted.tir")   # as tyrograph-cli fit
+    run = tyrograph.read_data("rig_run.txt")          # a rig run conditioned, as tyrograph-cli data
+    res = tyrograph.fit(run_frame, "mf61")            # a path or a mapping of column name to array
 
 Problems the library reports raise tyrograph.Error with its own message;
 its warnings come as tyrograph.TyreWarning.

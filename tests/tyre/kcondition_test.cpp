@@ -89,7 +89,11 @@ TEST(KCondition, SetPointsAndSweepsOfARealisticRun) {
   // each set point: one slip-angle sweep over ±12° and one slip-ratio sweep
   // over ±0.2, split where the rig changed over (within a few rows)
   std::vector<int> angle(want, 0), ratio(want, 0);
+  size_t combined = 0;
   for (const KSweep &w : c.sweeps) {
+    // no slivers where a swept slip crosses zero
+    EXPECT_GE(w.lastRow - w.firstRow + 1, 12u) << "sweep at row " << w.firstRow;
+    combined += w.kind == KSWEEP_COMBINED;
     if (w.kind == KSWEEP_ALPHA && w.slipMax - w.slipMin > 0.4) angle[size_t(w.setPoint)]++;
     if (w.kind == KSWEEP_KAPPA) {
       ratio[size_t(w.setPoint)]++;
@@ -102,6 +106,9 @@ TEST(KCondition, SetPointsAndSweepsOfARealisticRun) {
       EXPECT_GT(std::fabs(run.channel[KRUN_KAPPA].v[w.firstRow + 3]), 0.004);
     }
   }
+  // the combined ramps (camber 0, first pressure: one per load), each split
+  // where the slip ratio crosses zero into its driving and braking halves
+  EXPECT_EQ(2 * r.plan.loads.size(), combined);
   for (size_t i = 0; i < want; i++) {
     EXPECT_EQ(1, angle[i]) << "set point " << i + 1;
     EXPECT_EQ(1, ratio[i]) << "set point " << i + 1;
@@ -153,6 +160,35 @@ TEST(KCondition, TextAndTydexFormsAgree) {
   }
   EXPECT_NEAR(240000, text.conditioned.pressure[0], 2000);
   EXPECT_NEAR(40 / 3.6, text.conditioned.speed[0], 0.2);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(KCondition, SetPointsWithoutPressureOrSpeedColumns) {
+  // loads and cambers alone (no pressure, no speed): each set point keeps
+  // its own values
+  std::string text = "ET,FZ,IA,SA,FY\n";
+  int row = 0;
+  for (double fz : {2000.0, 4000.0})
+    for (double ia : {0.0, 0.05})
+      for (int i = 0; i < 60; i++, row++)
+        text += std::to_string(row * 0.01) + "," + std::to_string(fz) + "," + std::to_string(ia) + "," +
+                std::to_string(0.004 * (i - 30)) + "," + std::to_string(-20 * (i - 30)) + "\n";
+  KDataLoad load;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KDataLoadText(text, "run.csv", KRunOptions(), KConditionOptions(), false, &load)) << load.error;
+  }
+  ASSERT_EQ(4u, load.conditioned.setPoints.size());
+  const double want[4][2] = {{2000, 0}, {2000, 0.05}, {4000, 0}, {4000, 0.05}};
+  for (int i = 0; i < 4; i++) {
+    const KSetPoint &s = load.conditioned.setPoints[size_t(i)];
+    EXPECT_DOUBLE_EQ(want[i][0], s.fz) << i;
+    EXPECT_DOUBLE_EQ(want[i][1], s.gamma) << i;
+    EXPECT_EQ(60u, s.points) << i;
+  }
 }
 
 }  // namespace
