@@ -566,10 +566,28 @@ void CombinedPages(const Context &cx, std::vector<FitReportPage> *pages) {
 
 // ---- [7] the report ----------------------------------------------------------------------
 
+namespace {
+
+// What the fit result says it could not identify: held coefficients as
+// remarks, combined slip left generic as a note. Results that carry none
+// of it add nothing.
+template <typename Result>
+void Unidentified(const Result &r, std::vector<FitReportRemark> *remarks, std::vector<std::string> *notes) {
+  if constexpr (requires { r.held; })
+    for (const auto &h : r.held) remarks->push_back({h.name, std::string("held: ") + h.why});
+  if constexpr (requires { r.combinedNotIdentified; })
+    if (r.combinedNotIdentified)
+      notes->push_back("Combined slip not identified (no combined points): its coefficients keep generic values");
+}
+
+}  // namespace
+
 FitReport FitReportBuild(const FitReportInput &in) {
   FitReport report;
   if (!in.data || !in.tyre || !in.result) return report;
-  Context cx{in, *in.data, *in.tyre, {}, {}, {}, KFitModelKey(in.model)};
+  FitReportInput with = in;
+  Unidentified(*in.result, &with.remarks, &with.notes);
+  Context cx{with, *in.data, *in.tyre, {}, {}, {}, KFitModelKey(in.model)};
   // 1. the fitted values at every point, and the points of each set point
   Operating op;
   for (const KMeasuredPoint &p : cx.data.points) op.Add(p.fz, p.kappa, p.alpha, p.gamma);
