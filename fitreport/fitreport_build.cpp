@@ -214,6 +214,9 @@ void SummaryPages(const Context &cx, std::vector<FitReportPage> *pages) {
       lines.push_back(Fmt("%s is mirrored against the usual Pacejka89/96 sign; fitted mirrored, written as it was",
                           KChannelName(ch)));
   for (const std::string &n : in.notes) lines.push_back(Latin1(n));
+  lines.push_back("Reading it: a good fit has R\xb2 near 1 and an RMS of a few % of the peak in every row below;");
+  lines.push_back("the set point pages show the curves through the points, the residual page whether what is left");
+  lines.push_back("over has a trend over slip or load (a shape the model misses) or is noise.");
   page.blocks.push_back(Text(lines));
 
   FitReportTable channelTable;
