@@ -90,6 +90,29 @@ TEST(FitReportSetPoints, TidyPointsGroupByLoadAndCamber) {
   }
 }
 
+TEST(FitReportSetPoints, WobblingLoadsClusterAndAStrayPointJoinsTheNearest) {
+  KMeasuredData data;
+  data.has[KCH_FY] = true;
+  for (int i = 0; i < 300; i++) {
+    KMeasuredPoint p;
+    p.fz = (i < 150 ? 3000.0 : 6000.0) * (1.0 + 0.02 * std::sin(i * 0.7));  // ±2 % wobble
+    p.alpha = 0.001 * (i % 50);
+    data.points.push_back(p);
+  }
+  KMeasuredPoint stray;
+  stray.fz = 5000.0;  // in no cluster: nearer 6000 N
+  data.points.push_back(stray);
+  std::vector<KSetPoint> sps;
+  std::vector<int> sp;
+  KConditionSetPoints(data, &sps, &sp);
+  ASSERT_EQ(sps.size(), 2u);
+  EXPECT_NEAR(sps[0].fz, 3000.0, 60.0);
+  EXPECT_NEAR(sps[1].fz, 6000.0, 120.0);
+  EXPECT_EQ(sps[0].points, 150u);
+  EXPECT_EQ(sps[1].points, 151u);
+  EXPECT_EQ(sp.back(), 1);
+}
+
 TEST(FitReportPages, SmallFitHasItsPagesInOrder) {
   // pure slip at 2 loads x 2 cambers: summary, coefficients, 4 set points,
   // residuals; no combined-slip page
