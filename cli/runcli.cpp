@@ -38,6 +38,7 @@ bool RunCliParse(const char *cmd, const std::vector<std::string> &args, RunCliOp
         fprintf(stderr, "tyrograph-cli %s: --thin: a number of points per sweep, 0 for all\n", cmd);
         return false;
       }
+      o->given = o->given || o->condition.thin > 0;
     }
   }
   return true;

@@ -12,7 +12,7 @@
 struct RunCliOptions {
   KRunOptions run;
   KConditionOptions condition;
-  bool given = false;  // any of --axes, --columns, --units: read as a rig run
+  bool given = false;  // any of --axes, --columns, --units, --thin N: read as a rig run
 };
 
 // Takes the rig-run options out of `args`, leaving the rest in `rest` in

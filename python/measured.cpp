@@ -51,7 +51,7 @@ void Load(const py::object &data, const std::string &axes, const py::object &col
   KConditionOptions co;
   if (thin < 0) PyRaiseError("thin: a number of points per sweep, 0 for all");
   co.thin = thin;
-  const bool given = axes != "auto" || !columns.is_none() || !units.is_none();
+  const bool given = axes != "auto" || !columns.is_none() || !units.is_none() || thin > 0;
   PyReports reports;
   bool ok;
   if (IsPath(data)) {

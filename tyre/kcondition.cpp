@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <map>
 
 #include "diag/qdebug.h"
 
@@ -220,16 +221,18 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
         for (size_t i = 0; i < n && id[i] != main; i++) key[i] = -2;
       }
     }
-    std::vector<long> seen;
+    std::map<long, int> seen;  // key -> set point
     for (size_t i = 0; i < n; i++) {
       if (key[i] < 0) {
         tuple[i] = int(key[i]);
         continue;
       }
-      auto it = std::find(seen.begin(), seen.end(), key[i]);
-      tuple[i] = int(it - seen.begin());
-      if (it == seen.end()) {
-        seen.push_back(key[i]);
+      auto it = seen.find(key[i]);
+      if (it != seen.end()) {
+        tuple[i] = it->second;
+      } else {
+        tuple[i] = int(seen.size());
+        seen[key[i]] = tuple[i];
         KSetPoint sp;
         long k = key[i];
         double v[CLUSTERED];
@@ -278,7 +281,9 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
       if (k >= 0) pieces.back().count[k]++;
     }
     std::vector<Piece> joined;
-    const size_t shortPiece = 12;
+    // a time series crosses zero slip in a few rows; a table (no time) has
+    // short sweeps of its own
+    const size_t shortPiece = run.timeFromRows ? 3 : 12;
     for (const Piece &p : pieces) {
       if (!joined.empty() && (p.last - p.first + 1 < shortPiece || joined.back().last - joined.back().first + 1 < shortPiece)) {
         Piece &q = joined.back();
@@ -359,10 +364,11 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
       }
   }
   // 5. spikes: a point that stands out from both neighbours the same way,
-  // by more than eight times the sweep's scatter and 5 % of the peak
+  // by more than eight times the sweep's scatter and 5 % of the peak (in a
+  // time series only: a table's neighbours need not be close)
   const int forceCh[KCH_COUNT] = {KRUN_FX, KRUN_FY, KRUN_MZ};
   for (int ch = 0; ch < KCH_COUNT; ch++) {
-    if (!run.channel[forceCh[ch]].present) continue;
+    if (!run.channel[forceCh[ch]].present || run.timeFromRows) continue;
     const std::vector<double> &f = run.channel[forceCh[ch]].v;
     double peak = 0;
     for (double v : f) peak = std::max(peak, std::fabs(v));

@@ -20,10 +20,11 @@
 //     (the binned force/load of both compared over their common slip range).
 //     Every point then takes the slip as it was τ earlier, which cancels the
 //     hysteresis to first order. A sweep with one branch only takes the
-//     median τ of the others.
-//  5. Spikes: a force farther from the running median of its sweep than
-//     eight times the sweep's robust scatter (and 1 % of the channel's
-//     peak) is dropped.
+//     median τ of the others. A run without a time column is a table, not
+//     a time series: no lag.
+//  5. Spikes (time series only): a force that stands out from both its
+//     neighbours the same way, by more than eight times its sweep's robust
+//     scatter and 5 % of the channel's peak, is dropped.
 //  6. Thinning (optional): every sweep cut to about `thin` evenly spaced
 //     points.
 #pragma once

@@ -15,6 +15,8 @@
 // columns 1-10, 11-40 and 41-50 when the line is that long and column 40 is
 // blank; otherwise the name is the first word, the numbers the last words
 // and the unit the word before them.
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <strings.h>
@@ -73,7 +75,9 @@ bool ParseDefinition(const std::string &line, Definition *d, std::string *proble
     for (const Word &r : rest) {
       double v;
       if (!Number(tail.substr(r.at, r.n), &v)) {
-        *problem = "'" + tail.substr(r.at, r.n) + "' is not a number";
+        char buf[96];
+        snprintf(buf, sizeof buf, "'%.*s' is not a number", int(std::min<size_t>(r.n, 64)), tail.c_str() + r.at);
+        *problem = buf;
         return false;
       }
       d->numbers.push_back(v);

@@ -192,3 +192,29 @@ TEST(KCondition, SetPointsWithoutPressureOrSpeedColumns) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(KCondition, ATableSplitsWhereItsSweepsChange) {
+  // the bundled tidy table read as a run: no time, so no lag; eleven-row
+  // slip-ratio and slip-angle sweeps alternate at nine set points
+  std::string text, error;
+  ASSERT_TRUE(KRunReadFile(TYRO_SOURCE_DIR "/data/measured/touring.csv", &text, &error)) << error;
+  KDataLoad load;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KDataLoadText(text, "touring.csv", KRunOptions(), KConditionOptions(), true, &load)) << load.error;
+  }
+  const KConditioned &c = load.conditioned;
+  EXPECT_EQ(9u, c.setPoints.size());
+  ASSERT_EQ(18u, c.sweeps.size());
+  for (size_t i = 0; i < c.sweeps.size(); i++) {
+    EXPECT_EQ(i % 2 ? KSWEEP_ALPHA : KSWEEP_KAPPA, c.sweeps[i].kind) << i;
+    EXPECT_EQ(11 * i, c.sweeps[i].firstRow) << i;
+    EXPECT_EQ(11 * i + 10, c.sweeps[i].lastRow) << i;
+    EXPECT_EQ(0.0, c.sweeps[i].lag);
+  }
+  EXPECT_EQ(198u, load.data.points.size());  // nothing dropped from a clean table
+}
+
+}  // namespace
