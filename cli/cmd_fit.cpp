@@ -1,5 +1,5 @@
 // tyrograph-cli fit DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N]
-//                  -o OUT [--report FILE.json] [--force]
+//                  -o OUT [--report FILE.json] [--report-pdf FILE.pdf] [--force]
 //
 // Fits a tyre model to measured data (tyre/kmeasured.h gives the format)
 // and writes it as a TIR file (OUT ending in .tir) or a car.ini.
@@ -8,13 +8,15 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
+#include "cli/fitreportcli.h"
 #include "chart/carload.h"
 #include "cli/runcli.h"
 
 namespace {
 
 const char *const kUsage =
-    "DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N] -o OUT [--report FILE.json] [--force]";
+    "DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N] -o OUT [--report FILE.json] "
+    "[--report-pdf FILE.pdf] [--force]";
 
 int RunFit(const std::vector<std::string> &args) {
   const char *cmd = "fit";
@@ -52,7 +54,8 @@ int RunFit(const std::vector<std::string> &args) {
   KFitResult r;
   const bool fitted = KFitTyre(data, fo, tyre, &r);
   FitCliProgressDone();
-  const bool ok = fitted && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r);
+  const bool ok = fitted && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r) &&
+                  FitCliWriteReportPdf(cmd, o, load, *tyre, r);
   if (ok) FitCliPrint(o, r);
   delete tyre;
   delete start;

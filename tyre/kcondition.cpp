@@ -3,6 +3,7 @@
 //
 //   [1] set points   [2] segments and sweeps   [3] relaxation
 //   [4] spikes       [5] points                [6] summary
+//   [7] set points of tidy points
 #include "tyre/kcondition.h"
 
 #include <algorithm>
@@ -478,4 +479,41 @@ std::string KConditionSummary(const KRunData &run, const KConditioned &c) {
       s += buf;
     }
   return s;
+}
+
+// ---- [7] set points of tidy points ---------------------------------------------------
+
+void KConditionSetPoints(const KMeasuredData &data, std::vector<KSetPoint> *setPoints, std::vector<int> *setPoint) {
+  setPoints->clear();
+  setPoint->assign(data.points.size(), 0);
+  const size_t n = data.points.size();
+  if (!n) return;
+  std::vector<double> fz(n), gamma(n);
+  for (size_t i = 0; i < n; i++) fz[i] = data.points[i].fz, gamma[i] = data.points[i].gamma;
+  std::vector<int> fzId, gammaId;
+  std::vector<double> fzCentre, gammaCentre;
+  Cluster(fz, std::max(kHeld[0], 0.01 * std::fabs(Median(fz))), &fzId, &fzCentre);
+  Cluster(gamma, kHeld[1], &gammaId, &gammaCentre);
+  auto nearest = [](const std::vector<double> &centre, double v) {
+    size_t best = 0;
+    for (size_t k = 1; k < centre.size(); k++)
+      if (std::fabs(centre[k] - v) < std::fabs(centre[best] - v)) best = k;
+    return int(best);
+  };
+  // set points in the order the points first reach them
+  std::vector<long> seen;
+  for (size_t i = 0; i < n; i++) {
+    const int f = fzId[i] >= 0 ? fzId[i] : nearest(fzCentre, fz[i]);
+    const int g = gammaId[i] >= 0 ? gammaId[i] : nearest(gammaCentre, gamma[i]);
+    const long key = long(f) * 64 + g;
+    auto it = std::find(seen.begin(), seen.end(), key);
+    (*setPoint)[i] = int(it - seen.begin());
+    if (it == seen.end()) {
+      seen.push_back(key);
+      KSetPoint sp;
+      sp.fz = fzCentre[size_t(f)], sp.gamma = gammaCentre[size_t(g)];
+      setPoints->push_back(sp);
+    }
+    (*setPoints)[size_t((*setPoint)[i])].points++;
+  }
 }

@@ -80,6 +80,11 @@ struct KConditioned {
 // point survives.
 bool KConditionRun(const KRunData &run, const KConditionOptions &options, KConditioned *out);
 
+// The set points of points already conditioned (a tidy file): load and
+// camber clustered as a run's are; a point in no cluster goes to the set
+// point nearest in load, then camber. `setPoint` gets each point's index.
+void KConditionSetPoints(const KMeasuredData &data, std::vector<KSetPoint> *setPoints, std::vector<int> *setPoint);
+
 // What `tyrograph-cli data` prints: channels and units, the readers' notes,
 // set points with their point counts, sweeps, and the points dropped and why.
 std::string KConditionSummary(const KRunData &run, const KConditioned &c);
