@@ -74,7 +74,7 @@ class KPacejka : public KTyreParams {
   float GetCamber() const;
   // The stored operating point, as the core takes it (tyre/ktyre.h): code
   // that evaluates at the tyre's point without changing it passes this.
-  kpacejka::Point<float> GetStoredPoint() const { return {camber, sideSlip, slipPercentage, Fz, FzPeak}; }
+  kpacejka::Point<float> GetStoredPoint() const { return {camber, sideSlip, slipPercentage, Fz, FzPeak, 0.0f}; }
 
   // ---- Evaluation --------------------------------------------------------------
   // Fx, Fy, Mz (and the curve statistics) at the stored operating point:
@@ -135,7 +135,8 @@ class KPacejka : public KTyreParams {
 // One entry per named member, in declaration order: flags, a0 ... c17, the
 // scaling factors, the Magic Formula coefficients, zeta0 ... zeta8, r0, fz0,
 // longv, mbelt, fyShiftScale, lmp, lkyc, lt, model, and the range ends
-// slipangle_min ... fz_max. Each entry says which models read the member,
+// slipangle_min ... fz_max, then inflpres, nompres and the pressure
+// coefficients ppx1 ... qpz2. Each entry says which models read the member,
 // what it shapes, where a TIR file keeps it and how far a fitter may move it.
 // Loading (configuration and TIR), the TIR writer, the CLI, the editor and the
 // exports all take their names and lists from it.
@@ -163,6 +164,7 @@ struct KPacejkaMember {
     SCALING,      // lfz0 ... lres, lmp, lkyc, lt
     DIMENSIONS,   // r0, fz0, longv, mbelt
     RANGES,       // slipangle_min ... fz_max
+    PRESSURE,     // inflpres, nompres and the pressure coefficients ppx1 ... qpz2
     GROUP_COUNT
   };
   const char *name;
@@ -206,6 +208,10 @@ inline bool KPacejkaIsFitted(const KPacejkaMember &m) { return m.fitMin < m.fitM
 // 0); returns how many there are in all.
 int KPacejkaFittedMembers(int model, KPacejkaMember::Group group, const KPacejkaMember **out,
                           int capacity);
+// Whether the tyre carries inflation pressure: any member of the pressure
+// group (the pressures or a coefficient) other than 0. The TIR and car.ini writers leave the
+// pressure keys out of a tyre that does not.
+bool KPacejkaHasPressure(const KTyreParams &tyre);
 // Short text of a group for reports: "pure Fx", "combined Fy", "scaling", ...
 const char *KPacejkaGroupName(KPacejkaMember::Group group);
 // The entry the TIR key `section`.`key` (lower case) is read into, or null.
