@@ -1,9 +1,11 @@
-// tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]
+// tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--pressure PA] [--dump] [--stats]
 //
 // Evaluates one tyre at operating points read from standard input, one a
 // line: "Fz kappa alpha gamma" (N, slip ratio, radians, radians). Prints
 // "Fx Fy Mz" per line, with --stats also the curve statistics. --dump lists
 // every named member instead. Member names come from the tyre's name table.
+// --pressure evaluates at that inflation pressure (Pa, as TIR files give
+// it) instead of the tyre's nominal one.
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -13,6 +15,7 @@
 #include <vector>
 
 #include "cli/cli.h"
+#include "cli/tyreopts.h"
 #include "chart/basedir.h"
 #include "chart/carload.h"
 #include "tyre/kpacejka.h"
@@ -24,6 +27,7 @@ struct EvalOptions {
   int wheel = 0;
   bool dump = false;
   bool stats = false;
+  float pressure = 0;  // Pa; 0: nominal
   std::vector<std::pair<const KPacejkaMember *, double>> sets;
 };
 
@@ -62,6 +66,15 @@ bool ParseArgs(const std::vector<std::string> &args, EvalOptions *o) {
       o->dump = true;
     } else if (a == "--stats") {
       o->stats = true;
+    } else if (a == "--pressure") {
+      double p;
+      if (i + 1 >= args.size() || !ParseNumber(args[i + 1].c_str(), &p) || !(p > 0.0)) {
+        fprintf(stderr, "tyrograph-cli eval: --pressure: '%s' is not a pressure above 0 (Pa)\n",
+                i + 1 < args.size() ? args[i + 1].c_str() : "");
+        return false;
+      }
+      o->pressure = float(p);
+      i++;
     } else if (a == "--wheel" || a == "--set") {
       if (i + 1 >= args.size()) {
         fprintf(stderr, "tyrograph-cli eval: %s needs a value\n", a.c_str());
@@ -88,7 +101,7 @@ bool ParseArgs(const std::vector<std::string> &args, EvalOptions *o) {
     }
   }
   if (o->tyre.empty()) {
-    fprintf(stderr, "usage: tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]\n");
+    fprintf(stderr, "usage: tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--pressure PA] [--dump] [--stats]\n");
     return false;
   }
   return true;
@@ -125,7 +138,7 @@ bool ReadLine(std::string &line) {
 }
 
 // One operating point per line; false (with the message) on a malformed line.
-bool EvaluateLines(const KPacejka &t, bool stats) {
+bool EvaluateLines(const KPacejka &t, bool stats, float pressure) {
   KTyreResult last = t.GetLastResult();
   std::string line;
   for (int n = 1; ReadLine(line); n++) {
@@ -149,7 +162,7 @@ bool EvaluateLines(const KPacejka &t, bool stats) {
     }
     // The stateless core; statistics a model does not form keep the last
     // line's (at first the loaded tyre's), as they would in the tyre.
-    const KOperatingPoint at{float(v[0]), float(v[1]), float(v[2]), float(v[3])};
+    const KOperatingPoint at{float(v[0]), float(v[1]), float(v[2]), float(v[3]), pressure};
     last = KTyreEvaluate(t, at, &last);
     KTyreReport(t, at, last);
     printf("%.9g %.9g %.9g", double(last.Fx), double(last.Fy), double(last.Mz));
@@ -175,14 +188,19 @@ int RunEval(const std::vector<std::string> &args) {
     return 1;
   }
   for (const auto &s : o.sets) KPacejkaSetMember(*tyre, *s.first, s.second);
+  if (!CliPressureUsable(*tyre, o.pressure, &error)) {
+    fprintf(stderr, "tyrograph-cli eval: %s: %s\n", o.tyre.c_str(), error.c_str());
+    delete tyre;
+    return 2;
+  }
   int rc = 0;
   if (o.dump) Dump(*tyre);
-  else if (!EvaluateLines(*tyre, o.stats)) rc = 2;
+  else if (!EvaluateLines(*tyre, o.stats, o.pressure)) rc = 2;
   delete tyre;
   return rc;
 }
 
-CliCommand reg{"eval", "TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]",
+CliCommand reg{"eval", "TYRE [--wheel N] [--set NAME=VALUE]... [--pressure PA] [--dump] [--stats]",
                "evaluate a tyre at operating points read from stdin", 20, RunEval};
 
 }  // namespace

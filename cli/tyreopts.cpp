@@ -57,6 +57,12 @@ static bool ParseOption(const char *cmd, const std::string &opt, const std::stri
   if (opt == "--slip-ratio") return CliParseFloat(cmd, "--slip-ratio", val, &state->point.slipRatio);
   if (opt == "--slip-angle") return CliParseFloat(cmd, "--slip-angle", val, &state->point.slipAngle);
   if (opt == "--camber") return CliParseFloat(cmd, "--camber", val, &state->point.camber);
+  if (opt == "--pressure") {
+    if (!CliParseFloat(cmd, "--pressure", val, &state->pressure)) return false;
+    if (state->pressure > 0.0f) return true;
+    fprintf(stderr, "tyrograph-cli %s: --pressure: '%s' is not a pressure above 0 (Pa)\n", cmd, val.c_str());
+    return false;
+  }
   if (opt == "--set") return ParseSet(cmd, val, state);
   // --zoom
   if (val != "on" && val != "off") {
@@ -71,7 +77,7 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
                       const std::vector<std::string> &valued, CliTyreState *state,
                       std::vector<std::string> *rest) {
   static const char *const shared[] = {"--wheel", "--load", "--slip-ratio", "--slip-angle",
-                                       "--camber", "--zoom", "--set"};
+                                       "--camber", "--pressure", "--zoom", "--set"};
   for (size_t i = 0; i < args.size(); i++) {
     const std::string &a = args[i];
     bool isShared = false;
@@ -112,6 +118,25 @@ static bool LoadOne(const CliTyreState &state, const std::string &source, KPacej
   // edit later, directly into the tyre's storage.
   OpApplyAll(tyre, state.point);
   for (const auto &[key, value] : state.sets) KPacejkaSetMember(*tyre, *KPacejkaFindMember(key.c_str()), value);
+  if (!CliPressureUsable(*tyre, state.pressure, error)) {
+    *error = source + ": " + *error;
+    return false;
+  }
+  tyre->SetPressure(state.pressure);
+  return true;
+}
+
+bool CliPressureUsable(const KTyreParams &tyre, float pascals, std::string *error) {
+  if (pascals <= 0.0f) return true;
+  if (tyre.model == KTyreParams::PAC96 || tyre.model == KTyreParams::PAC2006) {
+    *error = std::string("--pressure: a ") + KPacejka::GetModelName(tyre.model) +
+             " tyre has no pressure terms (only Magic Formula 5.2 and 6.1 tyres have)";
+    return false;
+  }
+  if (!(tyre.nompres > 0.0f)) {
+    *error = "--pressure: the tyre has no nominal inflation pressure (NOMPRES; --set nompres=PA gives it one)";
+    return false;
+  }
   return true;
 }
 
@@ -192,6 +217,7 @@ bool CliWantsHelp(const char *cmd, const std::vector<std::string> &args, const c
          "  --slip-ratio R     operating slip ratio (default 0)\n"
          "  --slip-angle DEG   operating slip angle (default 0)\n"
          "  --camber DEG       camber (default 0)\n"
+         "  --pressure PA      inflation pressure in Pa, as TIR files give it (default: the tyre's NOMPRES)\n"
          "  --zoom on|off      \"Zoom in horizontally\" (default on)\n"
          "  --set KEY=VALUE    set a tyre member first (a0 ... c17, lfz0 ... lres, pcx1 ...); repeatable\n",
          cmd, own);

@@ -70,6 +70,7 @@ KPacejka::KPacejka() : KTyreParams(KTyreDefaults()) {
   longStiffness = corneringStiffness = peakFx = peakFy = 0.0f;
   for (float &v : resultSpares) v = 0.0f;
   system = nullptr;
+  pressure = 0.0f;
 }
 
 KPacejka::~KPacejka() { delete system; }

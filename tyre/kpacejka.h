@@ -38,6 +38,7 @@
 
 #include <cstdint>
 
+#include "tyre/kpacejka_point.h"
 #include "tyre/ktyre.h"
 
 class QInfo;
@@ -71,10 +72,16 @@ class KPacejka : public KTyreParams {
   void SetPeakLoad(float newtons);
   void SetSlipAngle(float radians);
   void SetSlipRatio(float ratio);
+  // Inflation pressure in Pa; 0 (the start) runs the tyre at its nominal
+  // pressure. Kept as given: the pressure terms take it relative to nompres
+  // at each evaluation.
+  void SetPressure(float pascals) { pressure = pascals; }
   float GetCamber() const;
   // The stored operating point, as the core takes it (tyre/ktyre.h): code
   // that evaluates at the tyre's point without changing it passes this.
-  kpacejka::Point<float> GetStoredPoint() const { return {camber, sideSlip, slipPercentage, Fz, FzPeak, 0.0f}; }
+  kpacejka::Point<float> GetStoredPoint() const {
+    return {camber, sideSlip, slipPercentage, Fz, FzPeak, kpacejka::StoredDpi(*this, pressure)};
+  }
 
   // ---- Evaluation --------------------------------------------------------------
   // Fx, Fy, Mz (and the curve statistics) at the stored operating point:
@@ -120,6 +127,8 @@ class KPacejka : public KTyreParams {
   float resultSpares[4];
 
   PSystem *system;  // owned; made by CreateSystem
+
+  float pressure;  // inflation pressure, Pa (SetPressure); 0: nominal
 
   // The NaN report of Calculate for one quantity (0 Fx, 1 Fy, 2 Mz) at a
   // point: once per process and quantity.
