@@ -37,6 +37,7 @@ const ModelKey kModelKeys[] = {
 struct ChannelPoints {
   int channel = KCH_FX;
   std::vector<float> fz, kappa, alpha, gamma;
+  std::vector<float> pressure;  // Pa; empty when no point has one
   std::vector<double> measured;
   size_t size() const { return fz.size(); }
 };
@@ -50,7 +51,9 @@ ChannelPoints MakeChannelPoints(const Points &points, int channel, Get get) {
     c.fz.push_back(float(p.fz)), c.kappa.push_back(float(p.kappa));
     c.alpha.push_back(float(p.alpha)), c.gamma.push_back(float(p.gamma));
     c.measured.push_back(p.force[channel]);
+    c.pressure.push_back(float(p.pressure));
   }
+  if (std::all_of(c.pressure.begin(), c.pressure.end(), [](float p) { return p == 0; })) c.pressure.clear();
   return c;
 }
 
@@ -58,9 +61,10 @@ ChannelPoints MakeChannelPoints(const Points &points, int channel, Get get) {
 // `issues`, for the calling thread to report (this may run on a worker).
 void EvaluateChannel(const KTyreParams &tyre, const ChannelPoints &c, float *out, KBatchIssues *issues,
                      KBatchMode mode = KBATCH_FAST) {
-  KTyreEvaluateBatch(tyre, c.size(), c.fz.data(), c.kappa.data(), c.alpha.data(), c.gamma.data(),
-                     c.channel == KCH_FX ? out : nullptr, c.channel == KCH_FY ? out : nullptr,
-                     c.channel == KCH_MZ ? out : nullptr, mode, issues);
+  KTyreEvaluateBatchAtPressure(tyre, c.size(), c.fz.data(), c.kappa.data(), c.alpha.data(), c.gamma.data(),
+                               c.pressure.empty() ? nullptr : c.pressure.data(), c.channel == KCH_FX ? out : nullptr,
+                               c.channel == KCH_FY ? out : nullptr, c.channel == KCH_MZ ? out : nullptr, mode,
+                               issues);
 }
 
 // ---- [2] the stage problem ------------------------------------------------------------
@@ -162,13 +166,17 @@ class ProgressRelay : public ceres::IterationCallback {
 
 // The points a stage fits: those measuring its channel, pure slip for the
 // pure stages (the other slip exactly 0; all points when the data has no
-// pure sweep), both slips non-zero for the combined ones.
-std::vector<const KMeasuredPoint *> StagePoints(const KMeasuredData &data, const KFitStage &s) {
+// pure sweep), both slips non-zero for the combined ones. With a `nominal`
+// pressure (data at several pressures) the pure stages take the points at
+// that pressure only, the pressure stages the pure points at every pressure.
+std::vector<const KMeasuredPoint *> StagePoints(const KMeasuredData &data, const KFitStage &s, double nominal) {
   std::vector<const KMeasuredPoint *> out;
   if (!data.has[s.channel]) return out;
+  const bool split = nominal > 0 && !s.combined && s.group != KPacejkaMember::PRESSURE;
   for (const KMeasuredPoint &p : data.points) {
     const bool pure = s.channel == KCH_FX ? p.alpha == 0 : p.kappa == 0;
     const bool combined = p.alpha != 0 && p.kappa != 0;
+    if (split && std::fabs(p.pressure - nominal) > 0.02 * nominal) continue;
     if (s.combined ? combined : pure) out.push_back(&p);
   }
   if (out.empty() && !s.combined)
@@ -313,10 +321,10 @@ constexpr double GOOD_FIT = 0.015;
 
 // Fits the members stage `s` varies; returns the solver's iteration count.
 int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
-             KPacejka *tyre) {
+             KPacejka *tyre, double nominal) {
   // 1. the points and the channel's scale
   const ChannelPoints points =
-      MakeChannelPoints(StagePoints(data, s), s.channel, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
+      MakeChannelPoints(StagePoints(data, s, nominal), s.channel, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
   double peak = 0;
   for (double v : points.measured) peak = std::max(peak, std::fabs(v));
   if (points.size() == 0 || peak == 0) return 0;
@@ -485,12 +493,30 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
     KFitBuiltinStart(o.model, work, out);
   }
   OpenRanges(out);
-  // 4. the stages, in order
-  const KFitStage *stages[8];
-  const int count = KFitStagesFor(o.model, stages, 8);
+  // 4. the stages, in order; data at two or more pressures fits the
+  //    pressure terms after the pure curves (at the nominal pressure) and
+  //    before the combined weightings
+  const KFitStage *listed[8], *pressure[4];
+  const int listedCount = KFitStagesFor(o.model, listed, 8);
+  const std::vector<KFitPressureSetPoint> pressures = KFitPressureSetPoints(work);
+  const int pressureCount = pressures.size() >= 2 ? KFitPressureStagesFor(o.model, pressure, 4) : 0;
+  double nominal = 0;
+  if (pressureCount > 0) {
+    if (!(out->nompres > 0)) out->nompres = float(pressures.front().pressure);
+    if (!(out->inflpres > 0)) out->inflpres = out->nompres;
+    nominal = out->nompres;
+  }
+  std::vector<const KFitStage *> stages;
+  for (int i = 0; i < listedCount; i++) {
+    if (listed[i]->combined && pressureCount > 0 && stages.size() == size_t(i))
+      stages.insert(stages.end(), pressure, pressure + pressureCount);
+    stages.push_back(listed[i]);
+  }
+  if (stages.size() == size_t(listedCount)) stages.insert(stages.end(), pressure, pressure + pressureCount);
+  const int count = int(stages.size());
   for (int i = 0; i < count; i++) {
-    if (o.stageStart) o.stageStart(o.user, *stages[i], *out);
-    result->iterations += RunStage(work, o, *stages[i], i, count, out);
+    if (o.stageStart) o.stageStart(o.user, *stages[size_t(i)], *out);
+    result->iterations += RunStage(work, o, *stages[size_t(i)], i, count, out, nominal);
   }
   // 5. back to the data's signs, the data's ranges, and how well it fits
   KFitMirror(*out, result->mirrored[KCH_FY], result->mirrored[KCH_MZ]);

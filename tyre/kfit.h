@@ -25,6 +25,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "tyre/kmeasured.h"
 #include "tyre/kpacejka.h"
@@ -38,6 +39,18 @@ struct KFitStage {
 
 // The stages that run for `model`, in order; returns their number.
 int KFitStagesFor(int model, const KFitStage *stages[], int maxStages);
+// The pressure stages (Fx, Fy, Mz: ppx, ppy, ppz), run after the pure
+// stages when the data holds two or more pressure set points; returns
+// their number (0 for a model without pressure terms).
+int KFitPressureStagesFor(int model, const KFitStage *stages[], int maxStages);
+// The pressures (Pa) of the data's points, clustered within 2 %: the
+// set points, each with its point count, most points first. Points without
+// a pressure are left out.
+struct KFitPressureSetPoint {
+  double pressure;
+  int points;
+};
+std::vector<KFitPressureSetPoint> KFitPressureSetPoints(const KMeasuredData &data);
 // Whether stage `s` of a fit to `model` varies member `m`, and its bounds.
 bool KFitVaries(int model, const KFitStage &s, const KPacejkaMember &m, float *lo, float *hi);
 
