@@ -8,7 +8,6 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
-#include "chart/carload.h"
 
 namespace {
 
@@ -17,41 +16,12 @@ const char *const kUsage =
 
 int RunFit(const std::vector<std::string> &args) {
   const char *cmd = "fit";
-  FitCliOptions o;
-  if (!FitCliParse(cmd, args, true, &o)) {
+  FitJob job;
+  if (!FitCliParse(cmd, args, true, &job)) {
     fprintf(stderr, "usage: tyrograph-cli fit %s\n", kUsage);
     return 2;
   }
-  if (!FitCliOutputsFree(cmd, o)) return 1;
-  FitCliQuiet quiet(cmd);
-  // 1. the data (the reader names file, line and column of a problem)
-  KMeasuredData data;
-  if (!KMeasuredRead(o.input.c_str(), &data)) return 1;
-  // 2. the start: the given tyre or the built-in one
-  KPacejka *start = nullptr;
-  if (!o.start.empty()) {
-    start = new KPacejka;
-    std::string error;
-    if (!CarLoadTyreSource(o.start.c_str(), o.wheel, start, &error)) {
-      fprintf(stderr, "tyrograph-cli %s: --start: %s\n", cmd, error.c_str());
-      delete start;
-      return 1;
-    }
-  }
-  // 3. fit, write, tell
-  KFitOptions fo;
-  fo.model = o.model;
-  fo.start = start;
-  fo.progress = FitCliProgress;
-  KPacejka *tyre = new KPacejka;
-  KFitResult r;
-  const bool fitted = KFitTyre(data, fo, tyre, &r);
-  FitCliProgressDone();
-  const bool ok = fitted && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r);
-  if (ok) FitCliPrint(o, r);
-  delete tyre;
-  delete start;
-  return ok ? 0 : 1;
+  return FitCliRun(cmd, job);
 }
 
 CliCommand reg{"fit", kUsage, "fit a tyre model to measured data (CSV)", 60, RunFit};

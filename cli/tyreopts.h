@@ -32,7 +32,6 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
                       std::vector<std::string> *rest);
 // Loads the tyre into the three graph tyres, applies the operating point and
 // then the edits. False with the problem (file and what is wrong) in `error`.
-// tyrograph-cli and the Python module both load through here.
 bool CliLoadTyreState(CliTyreState *state, std::string *error);
 // CliLoadTyreState, printing the problem to stderr.
 bool CliLoadTyres(const char *cmd, CliTyreState *state);
