@@ -85,6 +85,13 @@ TEST(Views, MuOverLoadMeetsTheCurvesAtTheOperatingLoad) {
       while (at < s.x.size() && s.x[at] != 2500.0f) at++;
       ASSERT_LT(at, s.x.size());
       EXPECT_FLOAT_EQ(s.y[at], f.CurvePeak(q ? CURVE_FY : CURVE_FX)) << source << q;
+      // Every other load of the sweep meets the curves the window draws with
+      // the load slider there (a sweep that moved only the peak load would
+      // still meet them at the operating load).
+      for (size_t i = 0; i < s.x.size(); i++) {
+        ViewFixture there(source, s.x[i]);
+        EXPECT_FLOAT_EQ(s.y[i], there.CurvePeak(q ? CURVE_FY : CURVE_FX)) << source << q << " at " << s.x[i] << " N";
+      }
     }
   }
   // A TIR file's FZMAX ends the load axis; a car without one uses 30000 N.
