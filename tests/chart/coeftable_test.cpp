@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <strings.h>
 
@@ -78,6 +78,17 @@ TEST(CoeffTable, PanelRowsStayAsTheyWere) {
     fwrite(text.data(), 1, text.size(), f);
     fclose(f);
   }
+  // Row by row, so that a failure shows the rows that changed.
   std::ifstream in(path, std::ios::binary);
-  EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(in), {})) << "differs from " << path;
+  std::istringstream now(text);
+  std::string want, got;
+  int row = 0, differ = 0;
+  while (std::getline(in, want)) {
+    row++;
+    if (!std::getline(now, got)) got = "(no row)";
+    if (got != want && differ++ < 10) ADD_FAILURE() << path << " row " << row << "\n  was: " << want << "\n  now: " << got;
+  }
+  EXPECT_EQ(differ, 0);
+  EXPECT_GT(row, 0) << path;
+  EXPECT_FALSE(std::getline(now, got)) << "more rows than " << path << " holds: " << got;
 }
