@@ -118,7 +118,8 @@ std::vector<std::string> MemberNames() {
 
 // ==== [2] eval ====================================================================
 
-py::object namedForces, namedCurve;  // namedtuple types, made at import
+// The module's own types (made at import), by name.
+py::object ModuleType(const char *name) { return py::module_::import("tyrograph._tyrograph").attr(name); }
 
 // One broadcast input as the batch reads it: a float64 or float32 buffer
 // in C order, one value for every point (a scalar), or else a float32 copy
@@ -225,7 +226,7 @@ py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, 
     // A non-finite input is a defined result (the NaN guard's 0): warn.
     reports.Deliver(false);
   }
-  return namedForces(out[0], out[1], out[2]);
+  return ModuleType("Forces")(out[0], out[1], out[2]);
 }
 
 // ==== [3] curves and exports ========================================================
@@ -255,6 +256,7 @@ py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, f
   }
   static const char *const names[CURVE_COUNT] = {"Fx", "Fy", "Mz"};
   py::dict out;
+  const py::object namedCurve = ModuleType("Curve");
   for (int g = 0; g < CURVE_COUNT; g++) {
     py::array_t<float> x(CURVE_SAMPLES), y(CURVE_SAMPLES);
     for (int i = 0; i < CURVE_SAMPLES; i++) {
@@ -397,15 +399,12 @@ PYBIND11_MODULE(_tyrograph, m) {
   m.doc() = "Tyrograph's tyre models: load a tyre, evaluate it over NumPy arrays, sample its curves, export it.";
   PyReportsRegister(m);
   py::module_ collections = py::module_::import("collections");
-  namedForces = collections.attr("namedtuple")("Forces", "fx fy mz");
-  namedForces.attr("__module__") = "tyrograph";
-  namedCurve = collections.attr("namedtuple")("Curve", "x y peak_x peak_y");
-  namedCurve.attr("__module__") = "tyrograph";
-  m.attr("Forces") = namedForces;
-  m.attr("Curve") = namedCurve;
-  // The namedtuple types outlive the module's globals at shutdown.
-  namedForces.inc_ref();
-  namedCurve.inc_ref();
+  py::object forces = collections.attr("namedtuple")("Forces", "fx fy mz");
+  forces.attr("__module__") = "tyrograph";
+  py::object curve = collections.attr("namedtuple")("Curve", "x y peak_x peak_y");
+  curve.attr("__module__") = "tyrograph";
+  m.attr("Forces") = forces;
+  m.attr("Curve") = curve;
 
   m.def("load", &Load, "path"_a, "wheel"_a = 0, "strict"_a = false,
         R"(Loads one tyre as tyrograph-cli reads its TYRE argument.

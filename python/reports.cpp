@@ -7,22 +7,16 @@ namespace py = pybind11;
 
 namespace {
 
-// Made once at import; the module keeps them alive.
-struct Types {
-  PyObject *error = nullptr;
-  PyObject *warning = nullptr;
-};
-Types &PyTypes() {
-  static Types types;
-  return types;
-}
+// tyrograph.Error or tyrograph.TyreWarning: the module holds them.
+py::object ModuleType(const char *name) { return py::module_::import("tyrograph._tyrograph").attr(name); }
 
 // Raises tyrograph.Error with `text`, its place from `first`.
 [[noreturn]] void Raise(const std::string &text, const QProblem &first) {
-  py::object e = py::reinterpret_borrow<py::object>(PyTypes().error)(text);
+  const py::object type = ModuleType("Error");
+  py::object e = type(text);
   e.attr("file") = first.file.empty() ? py::object(py::none()) : py::object(py::str(first.file));
   e.attr("line") = first.line > 0 ? py::object(py::int_(first.line)) : py::object(py::none());
-  PyErr_SetObject(PyTypes().error, e.ptr());
+  PyErr_SetObject(type.ptr(), e.ptr());
   throw py::error_already_set();
 }
 
@@ -40,8 +34,9 @@ void PyDeliver(const std::vector<QProblem> &problems, bool errorsRaise) {
     const std::string text = p.Text();
     if (std::find(asWarnings.begin(), asWarnings.end(), text) == asWarnings.end()) asWarnings.push_back(text);
   }
+  const py::object warning = asWarnings.empty() ? py::object() : ModuleType("TyreWarning");
   for (const std::string &w : asWarnings)
-    if (PyErr_WarnEx(PyTypes().warning, w.c_str(), 2) < 0) throw py::error_already_set();
+    if (PyErr_WarnEx(warning.ptr(), w.c_str(), 2) < 0) throw py::error_already_set();
   if (errors.empty()) return;
   std::string text;
   for (const QProblem *e : errors) text += (text.empty() ? "" : "\n") + e->Text();
@@ -60,13 +55,14 @@ void PyRaiseError(const QProblem &problem) { Raise(problem.Text(), problem); }
 void PyRaiseError(const std::string &message) { PyRaiseError(QProblemFromText(message)); }
 
 void PyReportsRegister(py::module_ &m) {
-  Types &t = PyTypes();
-  t.error = PyErr_NewExceptionWithDoc("tyrograph.Error",
-                                      "A problem the tyre library reported, in its own words; `file` and `line`\n"
-                                      "name its place in the input when it has one (else None).",
-                                      PyExc_RuntimeError, nullptr);
-  t.warning = PyErr_NewExceptionWithDoc("tyrograph.TyreWarning", "A warning of the tyre library, in its own words.",
-                                        PyExc_UserWarning, nullptr);
-  m.add_object("Error", py::handle(t.error));
-  m.add_object("TyreWarning", py::handle(t.warning));
+  PyObject *error = PyErr_NewExceptionWithDoc("tyrograph.Error",
+                                              "A problem the tyre library reported, in its own words; `file` and\n"
+                                              "`line` name its place in the input when it has one (else None).",
+                                              PyExc_RuntimeError, nullptr);
+  PyObject *warning = PyErr_NewExceptionWithDoc("tyrograph.TyreWarning",
+                                                "A warning of the tyre library, in its own words.", PyExc_UserWarning,
+                                                nullptr);
+  // the module holds the only references
+  m.add_object("Error", py::reinterpret_steal<py::object>(error));
+  m.add_object("TyreWarning", py::reinterpret_steal<py::object>(warning));
 }
