@@ -14,11 +14,11 @@ void GraphTyresFrom(const KPacejka &base, const OperatingPoint &point, const Tyr
   }
 }
 
-void GraphTyresSample(GraphTyres *t, bool zoom, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
+void GraphTyresSample(KPacejka tyres[CURVE_COUNT], bool zoom, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
   for (int g = 0; g < CURVE_COUNT; g++) {
     const CurveKind kind = CurveKind(g);
     ranges[g] = CurveInitialRange(kind);
     CurveApplyZoom(kind, zoom, &ranges[g]);
-    CurveSample(&t->tyres[g], kind, ranges[g], &curves[g]);
+    CurveSample(&tyres[g], kind, ranges[g], &curves[g]);
   }
 }

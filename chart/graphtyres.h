@@ -25,6 +25,6 @@ void GraphTyreCopy(const KPacejka &tyre, KPacejka *out);
 // operating point, then the edits in order (names the member table does not
 // know are skipped).
 void GraphTyresFrom(const KPacejka &base, const OperatingPoint &point, const TyreEdits &edits, GraphTyres *out);
-// Samples the three graphs as the frame does, over the initial ranges with
-// the zoom applied.
-void GraphTyresSample(GraphTyres *t, bool zoom, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]);
+// Samples the three graphs' tyres (Fx, Fy, Mz) as the frame does, over the
+// initial ranges with the zoom applied.
+void GraphTyresSample(KPacejka tyres[CURVE_COUNT], bool zoom, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]);

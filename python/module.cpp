@@ -251,7 +251,7 @@ py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, f
   Curve curves[CURVE_COUNT];
   {
     PyReports reports;
-    GraphTyresSample(g.get(), zoom, ranges, curves);
+    GraphTyresSample(g->tyres, zoom, ranges, curves);
     reports.Deliver(false);
   }
   static const char *const names[CURVE_COUNT] = {"Fx", "Fy", "Mz"};
@@ -302,7 +302,7 @@ py::object ExportCarIni(const PyTyre &t, const py::object &path, float load, flo
     // The statistics are the peaks of the curves the window last drew.
     CurveRange ranges[CURVE_COUNT];
     Curve curves[CURVE_COUNT];
-    GraphTyresSample(g.get(), zoom, ranges, curves);
+    GraphTyresSample(g->tyres, zoom, ranges, curves);
     text = ExportCarIniText(g->tyres[CURVE_FX], curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
     reports.Deliver(false);
   }
