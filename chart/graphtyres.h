@@ -19,7 +19,9 @@ struct GraphTyres {
   KPacejka tyres[CURVE_COUNT];
 };
 
-// Every named member of `tyre` into `out` (chart/graphtyres.h's copies).
+// A copy of `tyre`: every member of the member table (coefficients, tyre
+// data, model, flags, ranges) into `out`; the operating point and the last
+// results are not copied.
 void GraphTyreCopy(const KPacejka &tyre, KPacejka *out);
 // `base` (as loaded, before any edit) into each graph's tyre, then the
 // operating point, then the edits in order (names the member table does not
