@@ -1,7 +1,7 @@
-// One tyre as the window's three graphs hold it, without the window: a copy
-// per graph (Fx, Fy, Mz) with the operating point applied after loading and
-// the edits after that, as the window applies them. The Python module fills
-// it from a tyre in memory; nothing is read from disk.
+// A tyre as the window's graphs use it, without the window or a file: its
+// coefficients, data and ranges, the operating point applied after loading
+// and the edits after that, as the window applies them. The Python module
+// builds it from a tyre in memory.
 #pragma once
 
 #include <string>
@@ -15,18 +15,13 @@
 // Member edits in the order made: (member name, value).
 using TyreEdits = std::vector<std::pair<std::string, float>>;
 
-struct GraphTyres {
-  KPacejka tyres[CURVE_COUNT];
-};
-
-// A copy of `tyre`: every member of the member table (coefficients, tyre
-// data, model, flags, ranges) into `out`; the operating point and the last
-// results are not copied.
-void GraphTyreCopy(const KPacejka &tyre, KPacejka *out);
-// `base` (as loaded, before any edit) into each graph's tyre, then the
-// operating point, then the edits in order (names the member table does not
-// know are skipped).
-void GraphTyresFrom(const KPacejka &base, const OperatingPoint &point, const TyreEdits &edits, GraphTyres *out);
-// Samples the three graphs' tyres (Fx, Fy, Mz) as the frame does, over the
-// initial ranges with the zoom applied.
-void GraphTyresSample(KPacejka tyres[CURVE_COUNT], bool zoom, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]);
+// A copy of `tyre` into `out`: everything the member table names
+// (coefficients, tyre data, model, flags, ranges); the operating point and
+// the last results are not copied.
+void GraphTyreCopy(const KTyreParams &tyre, KPacejka *out);
+// `base` (as loaded, before any edit) into `out`, then the operating point,
+// then the edits in order (names the member table does not know are skipped).
+void GraphTyreFrom(const KTyreParams &base, const OperatingPoint &point, const TyreEdits &edits, KPacejka *out);
+// Samples the three graphs (Fx, Fy, Mz) of `tyre` at its stored operating
+// point as the frame does, over the initial ranges with the zoom applied.
+void GraphTyresSample(const KPacejka &tyre, bool zoom, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]);

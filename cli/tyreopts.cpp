@@ -117,8 +117,14 @@ static bool LoadOne(const CliTyreState &state, const std::string &source, KPacej
 }
 
 bool CliLoadTyreState(CliTyreState *state, std::string *error) {
-  for (KPacejka &tyre : state->tyres)
-    if (!LoadOne(*state, state->source, &tyre, error)) return false;
+  if (!LoadOne(*state, state->source, &state->tyre, error)) return false;
+  // The window loads the car once for each of its three graphs, and what
+  // loading reports (the camber check's warnings, say) comes once per graph;
+  // tyrograph-cli has always said the same. The curves need the one tyre.
+  for (int g = 1; g < CURVE_COUNT; g++) {
+    KPacejka reports;
+    if (!LoadOne(*state, state->source, &reports, error)) return false;
+  }
   return true;
 }
 
@@ -138,8 +144,8 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state) {
 
 bool CliAsciiArgsValid(int steps, float maximum) { return steps >= 0 && maximum > 0.0f; }
 
-void CliSampleCurves(CliTyreState *state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
-  GraphTyresSample(state->tyres, state->zoom, ranges, curves);
+void CliSampleCurves(const CliTyreState &state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
+  GraphTyresSample(state.tyre, state.zoom, ranges, curves);
 }
 
 bool CliTakeOutputOption(const std::vector<std::string> &rest, size_t *i, std::string *out, bool *force) {

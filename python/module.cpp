@@ -231,27 +231,27 @@ py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, 
 
 // ==== [3] curves and exports ========================================================
 
-// The window's three graph tyres of `t` at an operating point, in memory.
-std::unique_ptr<GraphTyres> Graphs(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber) {
-  auto g = std::make_unique<GraphTyres>();
+// The tyre of the window's graphs for `t` at an operating point, in memory.
+std::unique_ptr<KPacejka> Graphs(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber) {
+  auto g = std::make_unique<KPacejka>();
   OperatingPoint point;
   point.load = load;
   point.slipRatio = slipRatio;
   point.slipAngle = slipAngle;
   point.camber = camber;
   PyReports reports;
-  GraphTyresFrom(*t.base, point, t.sets, g.get());
+  GraphTyreFrom(*t.base, point, t.sets, g.get());
   reports.Deliver(false);
   return g;
 }
 
 py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber, bool zoom) {
-  std::unique_ptr<GraphTyres> g = Graphs(t, load, slipRatio, slipAngle, camber);
+  std::unique_ptr<KPacejka> g = Graphs(t, load, slipRatio, slipAngle, camber);
   CurveRange ranges[CURVE_COUNT];
   Curve curves[CURVE_COUNT];
   {
     PyReports reports;
-    GraphTyresSample(g->tyres, zoom, ranges, curves);
+    GraphTyresSample(*g, zoom, ranges, curves);
     reports.Deliver(false);
   }
   static const char *const names[CURVE_COUNT] = {"Fx", "Fy", "Mz"};
@@ -283,11 +283,11 @@ py::object ExportAscii(const PyTyre &t, int steps, float maximum, const py::obje
     PyErr_SetString(PyExc_ValueError, "export_ascii: needs steps >= 0 and maximum > 0");
     throw py::error_already_set();
   }
-  std::unique_ptr<GraphTyres> g = Graphs(t, load, slipRatio, slipAngle, camber);
+  std::unique_ptr<KPacejka> g = Graphs(t, load, slipRatio, slipAngle, camber);
   std::string text;
   {
     PyReports reports;
-    text = ExportAsciiText(&g->tyres[CURVE_FX], &g->tyres[CURVE_FY], steps, maximum);
+    text = ExportAsciiText(g.get(), g.get(), steps, maximum);
     reports.Deliver(false);
   }
   return Emit(text, path);
@@ -295,15 +295,15 @@ py::object ExportAscii(const PyTyre &t, int steps, float maximum, const py::obje
 
 py::object ExportCarIni(const PyTyre &t, const py::object &path, float load, float slipRatio, float slipAngle,
                         float camber, bool zoom) {
-  std::unique_ptr<GraphTyres> g = Graphs(t, load, slipRatio, slipAngle, camber);
+  std::unique_ptr<KPacejka> g = Graphs(t, load, slipRatio, slipAngle, camber);
   std::string text;
   {
     PyReports reports;
     // The statistics are the peaks of the curves the window last drew.
     CurveRange ranges[CURVE_COUNT];
     Curve curves[CURVE_COUNT];
-    GraphTyresSample(g->tyres, zoom, ranges, curves);
-    text = ExportCarIniText(g->tyres[CURVE_FX], curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
+    GraphTyresSample(*g, zoom, ranges, curves);
+    text = ExportCarIniText(*g, curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
     reports.Deliver(false);
   }
   return Emit(text, path);
@@ -316,11 +316,11 @@ py::object WriteTir(const PyTyre &t, const py::object &path, bool force) {
   if (!path.is_none()) file = py::str(path);
   if (!file.empty() && !force && QFileExists(file.c_str(), false))
     PyRaiseError(file + " exists; pass force=True to overwrite it");
-  std::unique_ptr<GraphTyres> g = Graphs(t, 2500.0f, 0.0f, 0.0f, 0.0f);
+  std::unique_ptr<KPacejka> g = Graphs(t, 2500.0f, 0.0f, 0.0f, 0.0f);
   PyReports reports;
   std::string text;
-  if (file.empty()) KPacejkaTirText(g->tyres[0], &text);
-  else KPacejkaWriteTirFile(file.c_str(), g->tyres[0]);
+  if (file.empty()) KPacejkaTirText(*g, &text);
+  else KPacejkaWriteTirFile(file.c_str(), *g);
   reports.Deliver();
   if (file.empty()) return py::reinterpret_steal<py::object>(PyUnicode_DecodeLatin1(text.data(), py::ssize_t(text.size()), nullptr));
   return py::none();
@@ -455,7 +455,7 @@ does.)") + fitFigures).c_str());
   m.def("_batch_seconds", &BatchSeconds, "tyre"_a, "fz"_a, "kappa"_a, "alpha"_a, "gamma"_a,
         "CPU seconds of the C++ batch alone on float32 arrays (for bench/bench_python.py).");
   m.def("is_vector", &KPacejkaBatchIsVector,
-        "True when Tyre.eval runs eight points at a time on this processor (exact=False).");
+        "True when Tyre.eval runs sixteen or eight points at a time on this processor (exact=False).");
   m.attr("CURVE_SAMPLES") = CURVE_SAMPLES;
 
   py::class_<PyTyre>(m, "Tyre", "One tyre: its model, its members by name, evaluation, curves and exports.")
@@ -487,7 +487,7 @@ dtype=numpy.float64. Empty inputs give empty results.
 
 Each point is evaluated as the setters plus Calculate do it (same clamping
 into the tyre's ranges, guards, signs). exact=True gives Calculate's
-results bit for bit; the default runs eight points at a time where the
+results bit for bit; the default runs sixteen or eight points at a time where the
 processor can (see is_vector()), whose sin/cos/atan/exp may round
 differently in the last bits.
 
