@@ -32,8 +32,8 @@ struct CliTyreState {
 bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
                       const std::vector<std::string> &valued, CliTyreState *state,
                       std::vector<std::string> *rest);
-// Loads the tyre, applies the operating point and then the edits. False with the problem (file and what is wrong) in `error`.
-// tyrograph-cli and the Python module both load through here.
+// Loads the tyre, applies the operating point and then the edits. False with
+// the problem (file and what is wrong) in `error`.
 bool CliLoadTyreState(CliTyreState *state, std::string *error);
 // False with the reason in `error` when `tyre` cannot be run at `pascals`
 // (Pa, above 0): its model has no pressure terms or it has no nominal
