@@ -45,7 +45,7 @@ int KFitStagesFor(int model, const KFitStage *stages[], int maxStages);
 int KFitPressureStagesFor(int model, const KFitStage *stages[], int maxStages);
 // The pressures (Pa) of the data's points, clustered within 2 %: the
 // set points, each with its point count, most points first. Points without
-// a pressure are left out.
+// a pressure are left out; of two with as many points the higher first.
 struct KFitPressureSetPoint {
   double pressure;
   int points;

@@ -53,8 +53,10 @@ std::vector<KFitPressureSetPoint> KFitPressureSetPoints(const KMeasuredData &dat
     out.push_back({p[first + (i - first) / 2], int(i - first)});  // the cluster's median
     first = i;
   }
-  std::stable_sort(out.begin(), out.end(), [](const KFitPressureSetPoint &a, const KFitPressureSetPoint &b) {
-    return a.points > b.points;
+  // most points first; of two with as many, the higher pressure (a rig
+  // usually adds the lower ones to the nominal)
+  std::sort(out.begin(), out.end(), [](const KFitPressureSetPoint &a, const KFitPressureSetPoint &b) {
+    return a.points != b.points ? a.points > b.points : a.pressure > b.pressure;
   });
   return out;
 }
