@@ -129,16 +129,9 @@ static bool LoadOne(const CliTyreState &state, const std::string &source, KPacej
 
 bool CliPressureUsable(const KTyreParams &tyre, float pascals, std::string *error) {
   if (pascals <= 0.0f) return true;
-  if (tyre.model == KTyreParams::PAC96 || tyre.model == KTyreParams::PAC2006) {
-    *error = std::string("--pressure: a ") + KPacejka::GetModelName(tyre.model) +
-             " tyre has no pressure terms (only Magic Formula 5.2 and 6.1 tyres have)";
-    return false;
-  }
-  if (!(tyre.nompres > 0.0f)) {
-    *error = "--pressure: the tyre has no nominal inflation pressure (NOMPRES; --set nompres=PA gives it one)";
-    return false;
-  }
-  return true;
+  const char *problem = KPacejkaPressureProblem(tyre, pascals);
+  if (problem) *error = std::string("--pressure: ") + problem;
+  return !problem;
 }
 
 bool CliLoadTyreState(CliTyreState *state, std::string *error) {

@@ -239,6 +239,10 @@ int KPacejkaFittedMembers(int model, KPacejkaMember::Group group, const KPacejka
 // group (the pressures or a coefficient) other than 0. The TIR and car.ini writers leave the
 // pressure keys out of a tyre that does not.
 bool KPacejkaHasPressure(const KTyreParams &tyre);
+// Why `tyre` cannot run at inflation pressure `pascals` (Pa), or null when
+// it can: the pressure is no number above 0, the model has no pressure
+// terms, or the tyre has no nominal pressure to take it relative to.
+const char *KPacejkaPressureProblem(const KTyreParams &tyre, float pascals);
 // Short text of a group for reports: "pure Fx", "combined Fy", "scaling", ...
 const char *KPacejkaGroupName(KPacejkaMember::Group group);
 // The entry the TIR key `section`.`key` (lower case) is read into, or null.

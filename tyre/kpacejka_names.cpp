@@ -425,6 +425,14 @@ bool KPacejkaHasPressure(const KTyreParams &tyre) {
   return false;
 }
 
+const char *KPacejkaPressureProblem(const KTyreParams &tyre, float pascals) {
+  if (!(pascals > 0.0f) || !(pascals < 1e12f)) return "the pressure is no number of Pa above 0";
+  if (tyre.model == KTyreParams::PAC96) return "a Pacejka89/96 tyre has no pressure terms (Magic Formula 5.2 and 6.1 tyres have)";
+  if (tyre.model == KTyreParams::PAC2006) return "a Pacejka2006 tyre has no pressure terms (Magic Formula 5.2 and 6.1 tyres have)";
+  if (!(tyre.nompres > 0.0f)) return "the tyre has no nominal inflation pressure (NOMPRES, the member nompres)";
+  return nullptr;
+}
+
 const char *KPacejkaGroupName(KPacejkaMember::Group group) {
   static const char *const names[KPacejkaMember::GROUP_COUNT] = {
       "other",       "pure Fx",    "pure Fy",   "pure Mz",    "combined Fx", "combined Fy",

@@ -35,7 +35,7 @@ check 0 "$(echo "$out" | awk '{print $1}')" set-b2
 
 # --dump lists every member once, in the table's order, integers for model/flags.
 "$cli" eval "$src/data/tyres/sample.tir" --dump >dump.txt 2>/dev/null
-check 191 "$(wc -l <dump.txt)" dump-lines
+check 206 "$(wc -l <dump.txt)" dump-lines
 check flags=0 "$(head -1 dump.txt)" dump-first
 check model=3 "$(grep '^model=' dump.txt)" dump-model
 check fz0=4000 "$(grep '^fz0=' dump.txt)" dump-fz0
