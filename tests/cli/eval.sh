@@ -39,7 +39,8 @@ check 206 "$(wc -l <dump.txt)" dump-lines
 check flags=0 "$(head -1 dump.txt)" dump-first
 check model=3 "$(grep '^model=' dump.txt)" dump-model
 check fz0=4000 "$(grep '^fz0=' dump.txt)" dump-fz0
-check fz_max=10000 "$(tail -1 dump.txt)" dump-last
+check fz_max=10000 "$(grep "^fz_max=" dump.txt)" dump-range-last
+check qpz2=0 "$(tail -1 dump.txt)" dump-last
 grep -q '^zeta8=1$' dump.txt || { echo "FAIL dump lacks zeta8"; fail=1; }
 out=$("$cli" eval "$src/data/tyres/sample.tir" --set model=1 --dump 2>/dev/null | grep '^model=')
 check model=1 "$out" dump-after-set

@@ -80,4 +80,76 @@ TEST(RigRunAccuracy, Mf61FromTheTextForm) {
   EXPECT_LT(pct[2], 5.0);
 }
 
+// The same tyre run at its NOMPRES and 85 % of it through its pressure
+// coefficients: the fit finds the nominal pressure, and at each pressure
+// (the low one through the fitted pressure terms) meets the same bounds.
+// With two pressures the linear and quadratic terms cannot be told apart,
+// so the figures compare the factors they make at the low pressure.
+TEST(RigRunAccuracy, Mf61PressureTermsFromTwoPressures) {
+  KPacejka truth;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(truth.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir"));
+  }
+  KRigRunPlan plan = KRigRunPlanFor(truth);
+  plan.pressureTerms = true;
+  plan.pressures = {double(truth.nompres), 0.85 * double(truth.nompres)};
+  KRunData run;
+  KRigRun(truth, plan, &run);
+  KDataLoad load;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KDataLoadText(KRigRunText(run, {"generated"}), "run.txt", KRunOptions(), KConditionOptions(), false,
+                              &load))
+        << load.error;
+  }
+  KPacejka fitted;
+  KFitOptions o;
+  o.model = KPacejka::MF61;
+  KFitResult r;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KFitTyre(load.data, o, &fitted, &r)) << r.error;
+  }
+  EXPECT_NEAR(fitted.nompres, truth.nompres, 0.01 * truth.nompres);
+  for (double p : plan.pressures) {
+    truth.SetPressure(float(p)), fitted.SetPressure(float(p));
+    double sum[3] = {}, peak[3] = {};
+    int n = 0;
+    for (size_t l = 0; l + 1 < plan.loads.size(); l++)
+      for (double g : plan.cambers)
+        for (int i = -40; i <= 40; i++)
+          for (int sweep = 0; sweep < 2; sweep++) {
+            const double fz = 0.5 * (plan.loads[l] + plan.loads[l + 1]);
+            const double kappa = sweep ? plan.kappaMax * i / 40 : 0, alpha = sweep ? 0 : plan.alphaMax * i / 40;
+            double want[3], got[3];
+            At(truth, fz, kappa, alpha, g, want);
+            At(fitted, fz, kappa, alpha, g, got);
+            for (int c = 0; c < 3; c++) {
+              sum[c] += (got[c] - want[c]) * (got[c] - want[c]);
+              peak[c] = std::fmax(peak[c], std::fabs(want[c]));
+            }
+            n++;
+          }
+    double pct[3];
+    for (int c = 0; c < 3; c++) pct[c] = 100 * std::sqrt(sum[c] / n) / peak[c];
+    printf("two-pressure run at %.0f kPa: RMS of peak Fx %.2f %%, Fy %.2f %%, Mz %.2f %% (%.1f s)\n", p / 1000,
+           pct[0], pct[1], pct[2], r.seconds);
+    EXPECT_LT(pct[0], 2.0);
+    EXPECT_LT(pct[1], 2.0);
+    EXPECT_LT(pct[2], 5.0);
+  }
+  truth.SetPressure(0), fitted.SetPressure(0);
+  const double dpiT = -0.15, dpiF = (plan.pressures[1] - fitted.nompres) / fitted.nompres;
+  auto f = [](double dpi, float a, float b) { return 1 + a * dpi + b * dpi * dpi; };
+  printf("factors at %.0f kPa, truth / fitted: Kx %.4f / %.4f, mu_x %.4f / %.4f, Ky %.4f / %.4f, mu_y %.4f / %.4f, "
+         "trail %.4f / %.4f\n",
+         plan.pressures[1] / 1000, f(dpiT, truth.ppx1, truth.ppx2), f(dpiF, fitted.ppx1, fitted.ppx2),
+         f(dpiT, truth.ppx3, truth.ppx4), f(dpiF, fitted.ppx3, fitted.ppx4), 1 + truth.ppy1 * dpiT,
+         1 + fitted.ppy1 * dpiF, f(dpiT, truth.ppy3, truth.ppy4), f(dpiF, fitted.ppy3, fitted.ppy4),
+         1 - truth.ppz1 * dpiT, 1 - fitted.ppz1 * dpiF);
+  EXPECT_NEAR(f(dpiF, fitted.ppx1, fitted.ppx2), f(dpiT, truth.ppx1, truth.ppx2), 0.03);
+  EXPECT_NEAR(f(dpiF, fitted.ppy3, fitted.ppy4), f(dpiT, truth.ppy3, truth.ppy4), 0.03);
+}
+
 }  // namespace
