@@ -1,5 +1,6 @@
-// tyrograph-cli convert SOURCE --model pac96|mf52|mf61 [--wheel N] -o OUT
-//                      [--report FILE.json] [--force]
+// tyrograph-cli convert SOURCE --model pac96|mf52|mf61 [--wheel N]
+//                      [--loss huber|cauchy|none] [--weights fx=W,fy=W,mz=W]
+//                      -o OUT [--report FILE.json] [--force]
 //
 // Samples a tyre over its own validity ranges (tyre/ksample.h) and fits the
 // target model to the samples; writes it as a TIR file or a car.ini.
@@ -12,7 +13,9 @@
 
 namespace {
 
-const char *const kUsage = "SOURCE --model pac96|mf52|mf61 [--wheel N] -o OUT [--report FILE.json] [--force]";
+const char *const kUsage =
+    "SOURCE --model pac96|mf52|mf61 [--wheel N] [--loss huber|cauchy|none] [--weights fx=W,fy=W,mz=W] -o OUT "
+    "[--report FILE.json] [--force]";
 
 int RunConvert(const std::vector<std::string> &args) {
   const char *cmd = "convert";
@@ -32,18 +35,18 @@ int RunConvert(const std::vector<std::string> &args) {
     return 1;
   }
   // 2. sample, fit, write, tell
-  KFitOptions fo;
-  fo.model = o.model;
-  fo.progress = FitCliProgress;
+  // a source of the target's family starts the fit from its own
+  // coefficients: a tyre converted to its own model comes back exact
+  KFitOptions fo = FitCliFitOptions(o);
+  if ((source->model == KPacejka::PAC96) == (o.model == KPacejka::PAC96)) fo.start = source;
   KPacejka *tyre = new KPacejka;
   KFitResult r;
   const bool fitted = KFitConvert(*source, fo, tyre, &r);
   FitCliProgressDone();
-  const bool ok = fitted && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r);
-  if (ok) FitCliPrint(o, r);
+  const int status = fitted ? FitCliFinish(cmd, o, *tyre, r) : 1;
   delete tyre;
   delete source;
-  return ok ? 0 : 1;
+  return status;
 }
 
 CliCommand reg{"convert", kUsage, "convert a tyre to another model by fitting samples of it", 61, RunConvert};

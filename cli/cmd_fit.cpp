@@ -1,8 +1,11 @@
 // tyrograph-cli fit DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N]
+//                  [--loss huber|cauchy|none] [--weights fx=W,fy=W,mz=W]
 //                  -o OUT [--report FILE.json] [--force]
 //
 // Fits a tyre model to measured data (tyre/kmeasured.h gives the format)
-// and writes it as a TIR file (OUT ending in .tir) or a car.ini.
+// and writes it as a TIR file (OUT ending in .tir) or a car.ini. A fitted
+// channel with R² below 0.5 ends with exit status 3, the tyre written only
+// with --force.
 #include <cstdio>
 #include <string>
 
@@ -13,7 +16,8 @@
 namespace {
 
 const char *const kUsage =
-    "DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N] -o OUT [--report FILE.json] [--force]";
+    "DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N] [--loss huber|cauchy|none] "
+    "[--weights fx=W,fy=W,mz=W] -o OUT [--report FILE.json] [--force]";
 
 int RunFit(const std::vector<std::string> &args) {
   const char *cmd = "fit";
@@ -39,19 +43,16 @@ int RunFit(const std::vector<std::string> &args) {
     }
   }
   // 3. fit, write, tell
-  KFitOptions fo;
-  fo.model = o.model;
+  KFitOptions fo = FitCliFitOptions(o);
   fo.start = start;
-  fo.progress = FitCliProgress;
   KPacejka *tyre = new KPacejka;
   KFitResult r;
   const bool fitted = KFitTyre(data, fo, tyre, &r);
   FitCliProgressDone();
-  const bool ok = fitted && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r);
-  if (ok) FitCliPrint(o, r);
+  const int status = fitted ? FitCliFinish(cmd, o, *tyre, r) : 1;
   delete tyre;
   delete start;
-  return ok ? 0 : 1;
+  return status;
 }
 
 CliCommand reg{"fit", kUsage, "fit a tyre model to measured data (CSV)", 60, RunFit};

@@ -6,8 +6,12 @@
 
 #include <unistd.h>
 
+#include <strings.h>
+
 #include <cctype>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "base/qfile.h"
@@ -32,6 +36,30 @@ bool Refuse(const char *cmd, const char *fmt, const char *a, const char *b = "")
   return false;
 }
 
+// "fx=1,fy=1,mz=0.5": any of the three channels, each a finite number >= 0;
+// the ones not named keep their weight.
+bool ParseWeights(const char *cmd, const std::string &text, double weight[KCH_COUNT]) {
+  size_t at = 0;
+  while (at <= text.size()) {
+    size_t end = text.find(',', at);
+    if (end == std::string::npos) end = text.size();
+    const std::string item = text.substr(at, end - at);
+    const size_t eq = item.find('=');
+    int ch = -1;
+    for (int c = 0; c < KCH_COUNT && eq != std::string::npos; c++)
+      if (!strcasecmp(item.substr(0, eq).c_str(), KChannelName(c))) ch = c;
+    if (ch < 0) return Refuse(cmd, "--weights: '%s' is not fx=W, fy=W or mz=W", item.c_str());
+    char *stop = nullptr;
+    const std::string value = item.substr(eq + 1);
+    const double w = strtod(value.c_str(), &stop);
+    if (value.empty() || *stop || !std::isfinite(w) || w < 0)
+      return Refuse(cmd, "--weights: '%s' is not a weight (a number of 0 or more)", item.c_str());
+    weight[ch] = w;
+    at = end + 1;
+  }
+  return true;
+}
+
 }  // namespace
 
 // ---- [1] options -----------------------------------------------------------------------
@@ -40,14 +68,19 @@ bool FitCliParse(const char *cmd, const std::vector<std::string> &args, bool wit
   // 1. the arguments
   for (size_t i = 0; i < args.size(); i++) {
     const std::string &a = args[i];
-    const bool valued = a == "--model" || a == "--wheel" || a == "-o" || a == "--report" ||
-                        (withStart && a == "--start");
+    const bool valued = a == "--model" || a == "--wheel" || a == "-o" || a == "--report" || a == "--loss" ||
+                        a == "--weights" || (withStart && a == "--start");
     if (valued && i + 1 >= args.size()) return Refuse(cmd, "%s needs a value", a.c_str());
     if (a == "--model") {
       if (!KFitModelByName(args[++i].c_str(), &o->model))
         return Refuse(cmd, "--model: '%s' is not pac96, mf52 or mf61", args[i].c_str());
     } else if (a == "--wheel") {
       if (!CliParseInt(cmd, "--wheel", args[++i], &o->wheel)) return false;
+    } else if (a == "--loss") {
+      if (!KFitLossByName(args[++i].c_str(), &o->loss))
+        return Refuse(cmd, "--loss: '%s' is not huber, cauchy or none", args[i].c_str());
+    } else if (a == "--weights") {
+      if (!ParseWeights(cmd, args[++i], o->weight)) return false;
     } else if (a == "-o") {
       o->out = args[++i];
     } else if (a == "--report") {
@@ -155,13 +188,53 @@ void FitCliPrint(const FitCliOptions &o, const KFitResult &r) {
            s.rmsPercent, s.r2);
   }
   printf("iterations %d, %.3f s\n", r.iterations, r.seconds);
-  if (r.pureOnly)
+  if (!KFitHasCombined(o.model))
     printf("%s has no combined slip: Fx is compared where the slip angle is 0, Fy and Mz where the slip ratio is 0\n",
            KFitModelKey(o.model));
+  else if (r.combinedNotIdentified)
+    printf("%s: generic combined-slip coefficients kept; Fx is compared where the slip angle is 0, Fy and Mz where "
+           "the slip ratio is 0\n",
+           KFIT_COMBINED_NOT_IDENTIFIED);
+  for (const KFitResult::Held &h : r.held) printf("held, not fitted: %s (%s)\n", h.name.c_str(), h.why);
+  for (const KFitResult::AtBound &b : r.atBound)
+    printf("at the %s bound of its range: %s = %.9g\n", b.upper ? "upper" : "lower", b.name.c_str(), b.value);
   for (int ch = 0; ch < KCH_COUNT; ch++)
     if (r.mirrored[ch])
       printf("%s is mirrored against the usual Pacejka89/96 sign (%s); fitted mirrored, written as it was\n",
              KChannelName(ch), ch == KCH_FY ? "it falls as the slip angle rises" : "it rises with the slip angle");
+}
+
+// ---- [5b] the whole end of a fit --------------------------------------------------------
+
+KFitOptions FitCliFitOptions(const FitCliOptions &o) {
+  KFitOptions fo;
+  fo.model = o.model;
+  fo.loss = o.loss;
+  for (int ch = 0; ch < KCH_COUNT; ch++) fo.weight[ch] = o.weight[ch];
+  fo.progress = FitCliProgress;
+  return fo;
+}
+
+int FitCliFinish(const char *cmd, const FitCliOptions &o, const KPacejka &tyre, const KFitResult &r) {
+  // 1. a fitted channel that explains less than half the data's variance
+  //    means wrong units, signs or columns far more often than a bad fit
+  bool poor = false;
+  for (int ch = 0; ch < KCH_COUNT; ch++) {
+    const KFitChannelStats &s = r.channel[ch];
+    if (!s.points || !(o.weight[ch] > 0) || s.r2 >= FIT_CLI_MIN_R2) continue;
+    fprintf(stderr,
+            "tyrograph-cli %s: %s fits poorly: R2 = %.4g, below %g (check the data's units, signs and columns)\n",
+            cmd, KChannelName(ch), s.r2, FIT_CLI_MIN_R2);
+    poor = true;
+  }
+  if (poor)
+    fprintf(stderr, "tyrograph-cli %s: %s %s\n", cmd, o.out.c_str(),
+            o.force ? "written all the same (--force)" : "not written; --force writes it all the same");
+  // 2. the files, then the figures
+  if ((!poor || o.force) && !FitCliWriteTyre(cmd, o, tyre)) return 1;
+  if (!FitCliWriteReport(cmd, o, r)) return 1;
+  FitCliPrint(o, r);
+  return poor ? FIT_CLI_POOR_FIT : 0;
 }
 
 // ---- [6] the JSON report -------------------------------------------------------------------
@@ -209,6 +282,24 @@ bool FitCliWriteReport(const char *cmd, const FitCliOptions &o, const KFitResult
   }
   j += "\n  },\n";
   j += std::string("  \"pure_only\": ") + (r.pureOnly ? "true" : "false") + ",\n";
+  j += "  \"combined_slip\": " +
+       JsonString(!KFitHasCombined(o.model) ? "none in the model"
+                  : r.combinedNotIdentified ? KFIT_COMBINED_NOT_IDENTIFIED
+                                            : "fitted") +
+       ",\n";
+  j += "  \"loss\": " + JsonString(KFitLossKey(o.loss)) + ",\n";
+  j += "  \"weights\": {\"Fx\": " + Number(o.weight[KCH_FX]) + ", \"Fy\": " + Number(o.weight[KCH_FY]) +
+       ", \"Mz\": " + Number(o.weight[KCH_MZ]) + "},\n";
+  j += "  \"held\": [";
+  for (size_t i = 0; i < r.held.size(); i++)
+    j += std::string(i ? ", " : "") + "{\"name\": " + JsonString(r.held[i].name) + ", \"why\": " +
+         JsonString(r.held[i].why) + "}";
+  j += "],\n  \"at_bound\": [";
+  for (size_t i = 0; i < r.atBound.size(); i++)
+    j += std::string(i ? ", " : "") + "{\"name\": " + JsonString(r.atBound[i].name) +
+         ", \"value\": " + Number(r.atBound[i].value) + ", \"bound\": " +
+         JsonString(r.atBound[i].upper ? "upper" : "lower") + "}";
+  j += "],\n";
   j += "  \"iterations\": " + std::to_string(r.iterations) + ",\n";
   j += "  \"seconds\": " + Number(r.seconds) + "\n}\n";
   FILE *f = fopen(o.report.c_str(), "wb");

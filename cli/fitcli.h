@@ -16,7 +16,14 @@ struct FitCliOptions {
   std::string out;     // -o
   std::string report;  // --report
   bool force = false;  // --force
+  KFitLoss loss = KFIT_LOSS_HUBER;           // --loss
+  double weight[KCH_COUNT] = {1, 1, 1};      // --weights fx=W,fy=W,mz=W
 };
+
+// The smallest R² a fitted channel may end with before the fit counts as
+// failed (exit status FIT_CLI_POOR_FIT; the tyre is written only with --force).
+constexpr double FIT_CLI_MIN_R2 = 0.5;
+constexpr int FIT_CLI_POOR_FIT = 3;
 
 // Parses the arguments; `withStart` allows --start. False after printing
 // the problem ("tyrograph-cli CMD: ...") to stderr.
@@ -44,6 +51,13 @@ void FitCliProgressDone();
 // Writes the tyre to o.out: a TIR file when the name ends in ".tir" (any
 // case), a car.ini otherwise. False after printing the problem.
 bool FitCliWriteTyre(const char *cmd, const FitCliOptions &o, const KPacejka &tyre);
+// The fit options the command line sets (model, loss, weights).
+KFitOptions FitCliFitOptions(const FitCliOptions &o);
+// After a successful fit: checks every fitted channel's R², writes the tyre
+// (unless the check failed and --force was not given) and the report, prints
+// the figures. Returns the exit status: 0, 1 (a file not written) or
+// FIT_CLI_POOR_FIT.
+int FitCliFinish(const char *cmd, const FitCliOptions &o, const KPacejka &tyre, const KFitResult &r);
 // The figures on standard output.
 void FitCliPrint(const FitCliOptions &o, const KFitResult &r);
 // The same figures as JSON into o.report (when given). False after printing

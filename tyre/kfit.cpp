@@ -204,15 +204,20 @@ std::vector<ShapePair> RankShapes(KPacejka *tyre, const KFitStage &s, const std:
 struct StageMembers {
   std::vector<float *> value;
   std::vector<double> scale, lo, hi;
+  std::vector<const char *> name;
 };
 
-StageMembers MembersOf(KPacejka *tyre, const KFitStage &s) {
+// `held`: members the data cannot tell (KFitHeldTerms), left out.
+StageMembers MembersOf(KPacejka *tyre, const KFitStage &s, const std::vector<KFitResult::Held> &held) {
   StageMembers m;
   for (int i = 0; i < kpacejkaMemberCount; i++) {
     float l, h;
     if (!KFitVaries(tyre->model, s, kpacejkaMembers[i], &l, &h)) continue;
+    if (std::any_of(held.begin(), held.end(), [&](const KFitResult::Held &x) { return x.name == kpacejkaMembers[i].name; }))
+      continue;
     float *p = KPacejkaFloat(*tyre, kpacejkaMembers[i]);
     m.value.push_back(p);
+    m.name.push_back(kpacejkaMembers[i].name);
     m.scale.push_back(std::max(std::fabs(double(*p)), 0.01 * (double(h) - double(l))));
     m.lo.push_back(l);
     m.hi.push_back(h);
@@ -231,7 +236,11 @@ int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacej
     x.push_back(std::clamp(double(*m.value[j]), m.lo[j], m.hi[j]) / m.scale[j]);
   // 2. the problem (the cost function is the problem's to delete)
   ceres::Problem problem;
-  problem.AddResidualBlock(new StageCost(tyre, m.value, m.scale, points, s.channel, peak), nullptr, x.data());
+  ceres::LossFunction *loss = nullptr;
+  if (o.loss == KFIT_LOSS_HUBER) loss = new ceres::HuberLoss(o.lossScale);
+  if (o.loss == KFIT_LOSS_CAUCHY) loss = new ceres::CauchyLoss(o.lossScale);
+  problem.AddResidualBlock(new StageCost(tyre, m.value, m.scale, points, s.channel, peak / o.weight[s.channel]),
+                           loss, x.data());
   for (size_t j = 0; j < x.size(); j++) {
     problem.SetParameterLowerBound(x.data(), int(j), m.lo[j] / m.scale[j]);
     problem.SetParameterUpperBound(x.data(), int(j), m.hi[j] / m.scale[j]);
@@ -268,14 +277,17 @@ constexpr double GOOD_FIT = 0.015;
 
 // Fits the members stage `s` varies; returns the solver's iteration count.
 int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
-             KPacejka *tyre) {
-  // 1. the points and the channel's scale
+             KPacejka *tyre, KFitResult *result) {
+  // 1. the points and the channel's scale; a channel weighted 0 is not fitted
   const std::vector<const KMeasuredPoint *> points = StagePoints(data, s);
   double peak = 0;
   for (const KMeasuredPoint *p : points) peak = std::max(peak, std::fabs(p->force[s.channel]));
-  if (points.empty() || peak == 0) return 0;
-  const StageMembers m = MembersOf(tyre, s);
+  if (points.empty() || peak == 0 || !(o.weight[s.channel] > 0)) return 0;
+  const StageMembers m = MembersOf(tyre, s, result->held);
   if (m.value.empty()) return 0;
+  // a start that reproduces the points to float precision stays as it is
+  // (a tyre fitted to samples of itself comes back unchanged)
+  if (std::sqrt(SumOfSquares(*tyre, points, s.channel) / double(points.size())) <= 1e-6 * peak) return 0;
   // 2. the starts: the best shape pairs of the grid (pure stages), or the
   //    members as they are
   float *C = nullptr, *E = nullptr;
@@ -300,6 +312,12 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
     if (std::sqrt(2 * bestCost / double(points.size())) <= GOOD_FIT) break;
   }
   for (size_t j = 0; j < m.value.size(); j++) *m.value[j] = best[j];
+  // 4. what ended at a bound
+  for (size_t j = 0; j < m.value.size(); j++) {
+    const double tol = 1e-5 * (m.hi[j] - m.lo[j]);
+    if (best[j] <= m.lo[j] + tol || best[j] >= m.hi[j] - tol)
+      result->atBound.push_back({m.name[j], best[j], best[j] >= m.hi[j] - tol});
+  }
   return iterations;
 }
 
@@ -339,6 +357,17 @@ double MeanLoad(const KMeasuredData &data) {
 }  // namespace
 
 // ---- public -----------------------------------------------------------------------------
+
+bool KFitLossByName(const char *name, KFitLoss *loss) {
+  const KFitLoss all[] = {KFIT_LOSS_NONE, KFIT_LOSS_HUBER, KFIT_LOSS_CAUCHY};
+  for (KFitLoss l : all)
+    if (name && !strcasecmp(name, KFitLossKey(l))) return *loss = l, true;
+  return false;
+}
+
+const char *KFitLossKey(KFitLoss loss) {
+  return loss == KFIT_LOSS_HUBER ? "huber" : loss == KFIT_LOSS_CAUCHY ? "cauchy" : "none";
+}
 
 bool KFitModelByName(const char *name, int *model) {
   for (const ModelKey &k : kModelKeys)
@@ -393,12 +422,41 @@ void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats st
   }
 }
 
+double KFitMembers(KPacejka *tyre, const std::vector<const KMeasuredPoint *> &points, int channel,
+                   const std::vector<const char *> &names, int maxIterations) {
+  double peak = 0;
+  for (const KMeasuredPoint *p : points) peak = std::max(peak, std::fabs(p->force[channel]));
+  StageMembers m;
+  for (const char *n : names) {
+    const KPacejkaMember *member = KPacejkaFindMember(n);
+    float *v = member ? KPacejkaFloat(*tyre, *member) : nullptr;
+    if (!v || !(member->fitMin < member->fitMax)) continue;
+    m.value.push_back(v);
+    m.scale.push_back(std::max(std::fabs(double(*v)), 0.01 * (double(member->fitMax) - double(member->fitMin))));
+    m.lo.push_back(member->fitMin);
+    m.hi.push_back(member->fitMax);
+    m.name.push_back(member->name);
+  }
+  if (points.empty() || peak == 0 || m.value.empty()) return HUGE_VAL;
+  KFitOptions o;
+  o.loss = KFIT_LOSS_NONE;
+  o.maxIterations = maxIterations;
+  const KFitStage s = {KPacejkaMember::OTHER, channel, false};
+  double cost;
+  Solve(o, s, 0, 1, tyre, m, points, peak, &cost);
+  return std::sqrt(2 * cost / double(points.size()));
+}
+
 bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KFitResult *result) {
   *result = KFitResult();
   const auto t0 = std::chrono::steady_clock::now();
   // 1. what can be fitted
   if (o.model != KPacejka::PAC96 && !IsMagic(o.model)) {
     result->error = "model " + std::to_string(o.model) + " cannot be fitted (pac96, mf52 or mf61)";
+  } else if (!(o.weight[KCH_FX] >= 0 && o.weight[KCH_FY] >= 0 && o.weight[KCH_MZ] >= 0)) {
+    result->error = "a channel weight is negative";
+  } else if (o.loss != KFIT_LOSS_NONE && !(o.lossScale > 0)) {
+    result->error = "the loss scale is not positive";
   } else if (data.points.empty()) {
     result->error = "no data points";
   } else if (o.start && (o.start->model == KPacejka::PAC96) != (o.model == KPacejka::PAC96)) {
@@ -431,17 +489,42 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
     KFitBuiltinStart(o.model, work, out);
   }
   OpenRanges(out);
-  // 4. the stages, in order
+  // 4. what the data cannot tell is held; the stages, in order
+  KFitHeldTerms(*out, work, &result->held);
+  const bool combinedPoints = std::any_of(data.points.begin(), data.points.end(),
+                                          [](const KMeasuredPoint &p) { return p.kappa != 0 && p.alpha != 0; });
   const KFitStage *stages[8];
   const int count = KFitStagesFor(o.model, stages, 8);
   for (int i = 0; i < count; i++) {
     if (o.stageStart) o.stageStart(o.user, *stages[i], *out);
-    result->iterations += RunStage(work, o, *stages[i], i, count, out);
+    // from the start as it is and, for the built-in start, from the one read
+    // off the data for this stage (KFitStageStart); the better fit stays
+    KPacejka *other = o.start ? nullptr : new KPacejka;
+    if (other) KFitCopy(*out, other), other->model = out->model;
+    result->iterations += RunStage(work, o, *stages[i], i, count, out, result);
+    if (other && KFitStageStart(work, *stages[i], other)) {
+      KFitResult alt;
+      alt.held = result->held;
+      result->iterations += RunStage(work, o, *stages[i], i, count, other, &alt);
+      const std::vector<const KMeasuredPoint *> points = StagePoints(work, *stages[i]);
+      if (SumOfSquares(*other, points, stages[i]->channel) < SumOfSquares(*out, points, stages[i]->channel)) {
+        KFitCopy(*other, out);
+        result->atBound.erase(std::remove_if(result->atBound.begin(), result->atBound.end(),
+                                             [&](const KFitResult::AtBound &b) {
+                                               const KPacejkaMember *m = KPacejkaFindMember(b.name.c_str());
+                                               return m && m->group == stages[i]->group;
+                                             }),
+                              result->atBound.end());
+        result->atBound.insert(result->atBound.end(), alt.atBound.begin(), alt.atBound.end());
+      }
+    }
+    delete other;
   }
   // 5. back to the data's signs, the data's ranges, and how well it fits
   KFitMirror(*out, result->mirrored[KCH_FY], result->mirrored[KCH_MZ]);
   RangesFromData(data, out);
-  result->pureOnly = !KFitHasCombined(o.model);
+  result->combinedNotIdentified = KFitHasCombined(o.model) && !combinedPoints;
+  result->pureOnly = !KFitHasCombined(o.model) || !combinedPoints;
   KFitEvaluate(*out, data, result->channel, result->pureOnly);
   result->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
   return true;

@@ -284,13 +284,18 @@ void StartMagic(const DataFeatures &f, KPacejka *t) {
   t->qcz1 = 1.2f;
   t->qdz1 = float(std::clamp(f.trail / double(t->r0), 0.01, 0.5));
   t->qbz9 = 10.0f;
-  // combined slip: a moderate weighting when the data has combined points to
-  // fit it to, none otherwise (the forces then ignore the other slip)
+  // combined slip: a generic passenger-car weighting (each force falls off
+  // as the other slip grows), the start of the combined stages when the data
+  // has combined points and what the tyre keeps when it has none; no
+  // combined-slip shift of Fy (rvy1 ... rvy3 at 0)
   if (f.combined) {
     t->rbx1 = 10.0f, t->rbx2 = 8.0f, t->rcx1 = 1.0f;
     t->rby1 = 10.0f, t->rby2 = 8.0f, t->rcy1 = 1.0f;
-    t->rvy4 = 10.0f, t->rvy5 = 1.9f, t->rvy6 = 10.0f;
+  } else {
+    t->rbx1 = 13.0f, t->rbx2 = 10.0f, t->rcx1 = 1.0f;
+    t->rby1 = 10.0f, t->rby2 = 8.0f, t->rcy1 = 1.05f;
   }
+  t->rvy4 = 10.0f, t->rvy5 = 1.9f, t->rvy6 = 10.0f;
 }
 
 }  // namespace
@@ -303,4 +308,161 @@ void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out) {
   const DataFeatures f = Features(data);
   if (model == KPacejka::PAC96) StartPac96(f, out);
   else StartMagic(f, out);
+}
+
+// ---- The aligning moment's start (Magic Formula) ---------------------------------------
+//
+// Mz = −t·Fy + Mzr: the pneumatic trail t = Dt·cos(Ct·atan(Bt·α − Et(...)))
+// times the (already fitted) lateral force, plus the residual torque
+// Mzr = Dr·cos(atan(Br·α)). Each load of the pure lateral sweeps at the
+// smallest camber is fitted on its own with the load terms at 0 (so the
+// base coefficients are that load's values), from a trail read off the data
+// (−Mz/Fy near zero slip), the residual torque (what is left of Mz there)
+// and the trail's zero crossing; then straight lines or parabolas over
+// dfz = (Fz − Fz0)/Fz0 through the per-load values give the load terms.
+
+namespace {
+
+float &Member(KPacejka *t, const char *name) { return *KPacejkaFloat(*t, *KPacejkaFindMember(name)); }
+
+// What one load's fit found.
+struct MzAtLoad {
+  double dfz, qbz1, qcz1, qdz1, qez1, qhz1, qdz6, qbz9;
+};
+
+// Least squares polynomial of degree `deg` (0 ... 2) through (x, y): c[0..2].
+void Poly(const std::vector<double> &x, const std::vector<double> &y, int deg, double c[3]) {
+  c[0] = c[1] = c[2] = 0;
+  const int n = int(x.size());
+  deg = std::min(deg, n - 1);
+  if (n == 0) return;
+  // normal equations, Gaussian elimination (at most 3 × 3)
+  double a[3][4] = {};
+  for (int i = 0; i < n; i++) {
+    const double p[3] = {1, x[i], x[i] * x[i]};
+    for (int r = 0; r <= deg; r++) {
+      for (int k = 0; k <= deg; k++) a[r][k] += p[r] * p[k];
+      a[r][3] += p[r] * y[i];
+    }
+  }
+  for (int r = 0; r <= deg; r++) {
+    if (std::fabs(a[r][r]) < 1e-300) return;
+    for (int q = r + 1; q <= deg; q++) {
+      const double f = a[q][r] / a[r][r];
+      for (int k = r; k < 4; k++) a[q][k] -= f * a[r][k];
+    }
+  }
+  for (int r = deg; r >= 0; r--) {
+    double v = a[r][3];
+    for (int k = r + 1; k <= deg; k++) v -= a[r][k] * c[k];
+    c[r] = v / a[r][r];
+  }
+}
+
+// One load: `pts` its pure lateral points (usual signs), `t` the tyre with
+// the moment's load and camber terms at 0. Leaves the best fit in `t`.
+bool FitMzAtLoad(const std::vector<const KMeasuredPoint *> &pts, KPacejka *t) {
+  // 1. trail and residual torque near zero slip, zero crossing of the moment
+  SlopeFit mz, fy;
+  for (const KMeasuredPoint *p : pts)
+    if (std::fabs(p->alpha) <= SMALL_ALPHA) mz.Add(p->alpha, p->force[KCH_MZ]), fy.Add(p->alpha, p->force[KCH_FY]);
+  double smz, sfy;
+  const double fz = pts.front()->fz;
+  if (!mz.Get(&smz) || !fy.Get(&sfy) || sfy <= 0) return false;
+  const double trail = std::clamp(-smz / sfy, 0.002, 0.3);
+  const double mz0 = (mz.sy - smz * mz.sx) / mz.n, fy0 = (fy.sy - sfy * fy.sx) / fy.n;
+  const double residual = mz0 + trail * fy0;
+  double cross = 0;  // smallest positive slip angle where the trail part turns over
+  std::vector<std::pair<double, double>> pos;
+  for (const KMeasuredPoint *p : pts)
+    if (p->alpha > 0) pos.push_back({p->alpha, p->force[KCH_MZ] - residual});
+  std::sort(pos.begin(), pos.end());
+  for (size_t i = 1; i < pos.size() && cross == 0; i++)
+    if (pos[i - 1].second < 0 && pos[i].second >= 0)
+      cross = pos[i - 1].first + (pos[i].first - pos[i - 1].first) * -pos[i - 1].second /
+                                     (pos[i].second - pos[i - 1].second);
+  const double r0 = t->r0, fz0 = t->fz0;
+  // 2. a fit from each of a few shapes; the best stays
+  static const char *const kVaried[] = {"qbz1", "qcz1", "qdz1", "qez1", "qhz1", "qdz6", "qbz9"};
+  const std::vector<const char *> varied(std::begin(kVaried), std::end(kVaried));
+  struct StartShape { double C, E; };
+  const StartShape shapes[] = {{1.2, 0.0}, {1.5, -1.0}, {1.05, 0.5}, {1.8, -2.0}};
+  double best = HUGE_VAL;
+  float bestV[7] = {};
+  for (const StartShape &sh : shapes) {
+    const double bt = cross > 0 ? std::tan(M_PI / (2 * sh.C)) / cross : 10.0;
+    Member(t, "qbz1") = float(std::clamp(bt, 1.0, 40.0));
+    Member(t, "qcz1") = float(sh.C);
+    Member(t, "qez1") = float(sh.E);
+    Member(t, "qdz1") = float(std::clamp(trail * fz0 / (r0 * fz), 0.01, 0.9));
+    Member(t, "qdz6") = float(std::clamp(residual / (fz * r0), -0.09, 0.09));
+    Member(t, "qhz1") = 0.0f;
+    Member(t, "qbz9") = 10.0f;
+    const double rms = KFitMembers(t, pts, KCH_MZ, varied, 100);
+    if (rms < best) {
+      best = rms;
+      for (size_t j = 0; j < varied.size(); j++) bestV[j] = Member(t, varied[j]);
+    }
+  }
+  for (size_t j = 0; j < varied.size(); j++) Member(t, varied[j]) = bestV[j];
+  return best < HUGE_VAL;
+}
+
+bool StartMagicMz(const KMeasuredData &d, KPacejka *tyre) {
+  // 1. the pure lateral points with Fy and Mz at the smallest camber, by load
+  if (!d.has[KCH_MZ] || !d.has[KCH_FY]) return false;
+  double gMin = HUGE_VAL;
+  for (const KMeasuredPoint &p : d.points)
+    if (p.kappa == 0) gMin = std::min(gMin, std::fabs(p.gamma));
+  std::vector<const KMeasuredPoint *> pts;
+  for (const KMeasuredPoint &p : d.points)
+    if (p.kappa == 0 && p.fz > 0 && std::fabs(p.gamma) <= gMin + 0.001) pts.push_back(&p);
+  std::sort(pts.begin(), pts.end(), [](auto *a, auto *b) { return a->fz < b->fz; });
+  // 2. a copy with the moment's load and camber terms at 0, fitted per load
+  KPacejka *t = new KPacejka;
+  KFitCopy(*tyre, t);
+  for (const char *n : {"qbz2", "qbz3", "qbz4", "qbz5", "qbz10", "qdz2", "qdz3", "qdz4", "qdz7", "qdz8", "qdz9",
+                        "qez2", "qez3", "qez4", "qez5", "qhz2", "qhz3", "qhz4"})
+    Member(t, n) = 0.0f;
+  std::vector<MzAtLoad> at;
+  for (size_t i = 0; i < pts.size();) {
+    size_t j = i;
+    while (j < pts.size() && pts[j]->fz <= pts[i]->fz * 1.02) j++;
+    const std::vector<const KMeasuredPoint *> group(pts.begin() + long(i), pts.begin() + long(j));
+    if (group.size() >= 8 && FitMzAtLoad(group, t))
+      at.push_back({(group.front()->fz - t->fz0) / t->fz0, Member(t, "qbz1"), Member(t, "qcz1"), Member(t, "qdz1"),
+                    Member(t, "qez1"), Member(t, "qhz1"), Member(t, "qdz6"), Member(t, "qbz9")});
+    i = j;
+  }
+  delete t;
+  if (at.empty()) return false;
+  // 3. the load trends through the per-load values
+  std::vector<double> x;
+  for (const MzAtLoad &a : at) x.push_back(a.dfz);
+  auto trend = [&](double MzAtLoad::*f, int deg, std::initializer_list<const char *> names) {
+    std::vector<double> y;
+    for (const MzAtLoad &a : at) y.push_back(a.*f);
+    double c[3];
+    Poly(x, y, deg, c);
+    int k = 0;
+    for (const char *n : names) {
+      const KPacejkaMember *m = KPacejkaFindMember(n);
+      Member(tyre, n) = float(std::clamp(c[k++], double(m->fitMin), double(m->fitMax)));
+    }
+  };
+  trend(&MzAtLoad::qbz1, 2, {"qbz1", "qbz2", "qbz3"});
+  trend(&MzAtLoad::qez1, 2, {"qez1", "qez2", "qez3"});
+  trend(&MzAtLoad::qdz1, 1, {"qdz1", "qdz2"});
+  trend(&MzAtLoad::qhz1, 1, {"qhz1", "qhz2"});
+  trend(&MzAtLoad::qdz6, 1, {"qdz6", "qdz7"});
+  trend(&MzAtLoad::qcz1, 0, {"qcz1"});
+  trend(&MzAtLoad::qbz9, 0, {"qbz9"});
+  return true;
+}
+
+}  // namespace
+
+bool KFitStageStart(const KMeasuredData &data, const KFitStage &stage, KPacejka *tyre) {
+  if (stage.group == KPacejkaMember::PURE_MZ && tyre->model != KPacejka::PAC96) return StartMagicMz(data, tyre);
+  return false;
 }
