@@ -229,7 +229,7 @@ StageMembers MembersOf(KPacejka *tyre, const KFitStage &s, const std::vector<KFi
 // values; leaves the best values found in the tyre. Returns the iterations;
 // `cost` gets the final cost.
 int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacejka *tyre, const StageMembers &m,
-          const std::vector<const KMeasuredPoint *> &points, double peak, double *cost) {
+          const std::vector<const KMeasuredPoint *> &points, double peak, double *cost, bool robust = false) {
   // 1. scaled parameters within their bounds
   std::vector<double> x;
   for (size_t j = 0; j < m.value.size(); j++)
@@ -237,8 +237,8 @@ int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacej
   // 2. the problem (the cost function is the problem's to delete)
   ceres::Problem problem;
   ceres::LossFunction *loss = nullptr;
-  if (o.loss == KFIT_LOSS_HUBER) loss = new ceres::HuberLoss(o.lossScale);
-  if (o.loss == KFIT_LOSS_CAUCHY) loss = new ceres::CauchyLoss(o.lossScale);
+  if (robust && o.loss == KFIT_LOSS_HUBER) loss = new ceres::HuberLoss(o.lossScale);
+  if (robust && o.loss == KFIT_LOSS_CAUCHY) loss = new ceres::CauchyLoss(o.lossScale);
   problem.AddResidualBlock(new StageCost(tyre, m.value, m.scale, points, s.channel, peak / o.weight[s.channel]),
                            loss, x.data());
   for (size_t j = 0; j < x.size(); j++) {
@@ -312,11 +312,53 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
     if (std::sqrt(2 * bestCost / double(points.size())) <= GOOD_FIT) break;
   }
   for (size_t j = 0; j < m.value.size(); j++) *m.value[j] = best[j];
-  // 4. what ended at a bound
+  // 4. the robust loss, from the least-squares solution: the starts are
+  //    searched with plain squares (a loss that flattens large residuals
+  //    also flattens the way down from a poor start), then points far off
+  //    that solution pull less. Without such points it changes nothing.
+  if (o.loss != KFIT_LOSS_NONE) {
+    double cost;
+    iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost, true);
+    for (size_t j = 0; j < m.value.size(); j++) best[j] = *m.value[j];
+  }
+  // 5. what ended at a bound
   for (size_t j = 0; j < m.value.size(); j++) {
     const double tol = 1e-5 * (m.hi[j] - m.lo[j]);
     if (best[j] <= m.lo[j] + tol || best[j] >= m.hi[j] - tol)
       result->atBound.push_back({m.name[j], best[j], best[j] >= m.hi[j] - tol});
+  }
+  return iterations;
+}
+
+// The pure and combined aligning-moment terms together, on every point
+// with a moment; returns the solver's iterations.
+int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPacejka *tyre, KFitResult *result) {
+  const KFitStage pure = {KPacejkaMember::PURE_MZ, KCH_MZ, false}, comb = {KPacejkaMember::COMBINED_MZ, KCH_MZ, true};
+  StageMembers m = MembersOf(tyre, pure, result->held);
+  const StageMembers c = MembersOf(tyre, comb, result->held);
+  m.value.insert(m.value.end(), c.value.begin(), c.value.end());
+  m.scale.insert(m.scale.end(), c.scale.begin(), c.scale.end());
+  m.lo.insert(m.lo.end(), c.lo.begin(), c.lo.end());
+  m.hi.insert(m.hi.end(), c.hi.begin(), c.hi.end());
+  m.name.insert(m.name.end(), c.name.begin(), c.name.end());
+  std::vector<const KMeasuredPoint *> points;
+  double peak = 0;
+  for (const KMeasuredPoint &p : data.points)
+    points.push_back(&p), peak = std::max(peak, std::fabs(p.force[KCH_MZ]));
+  if (peak == 0 || m.value.empty()) return 0;
+  double cost;
+  const int iterations = Solve(o, comb, count - 1, count, tyre, m, points, peak, &cost, o.loss != KFIT_LOSS_NONE);
+  // what ends at a bound now, for the moment's terms
+  result->atBound.erase(std::remove_if(result->atBound.begin(), result->atBound.end(),
+                                       [](const KFitResult::AtBound &b) {
+                                         const KPacejkaMember *x = KPacejkaFindMember(b.name.c_str());
+                                         return x && (x->group == KPacejkaMember::PURE_MZ ||
+                                                      x->group == KPacejkaMember::COMBINED_MZ);
+                                       }),
+                        result->atBound.end());
+  for (size_t j = 0; j < m.value.size(); j++) {
+    const double v = *m.value[j], tol = 1e-5 * (m.hi[j] - m.lo[j]);
+    if (v <= m.lo[j] + tol || v >= m.hi[j] - tol) result->atBound.push_back({m.name[j], v, v >= m.hi[j] - tol});
   }
   return iterations;
 }
@@ -490,9 +532,10 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   }
   OpenRanges(out);
   // 4. what the data cannot tell is held; the stages, in order
-  KFitHeldTerms(*out, work, &result->held);
   const bool combinedPoints = std::any_of(data.points.begin(), data.points.end(),
                                           [](const KMeasuredPoint &p) { return p.kappa != 0 && p.alpha != 0; });
+  if (!o.start && !combinedPoints && !o.genericCombined) out->rbx1 = out->rby1 = 0.0f;
+  KFitHeldTerms(*out, work, &result->held);
   const KFitStage *stages[8];
   const int count = KFitStagesFor(o.model, stages, 8);
   for (int i = 0; i < count; i++) {
@@ -520,10 +563,15 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
     }
     delete other;
   }
+  // 4b. the aligning moment once more over all its points, pure and combined
+  //     slip together: its combined-slip terms were fitted on top of a
+  //     pure-slip trail that the combined points then pull a little
+  if (combinedPoints && KFitHasCombined(o.model) && o.weight[KCH_MZ] > 0)
+    result->iterations += PolishMoment(work, o, count, out, result);
   // 5. back to the data's signs, the data's ranges, and how well it fits
   KFitMirror(*out, result->mirrored[KCH_FY], result->mirrored[KCH_MZ]);
   RangesFromData(data, out);
-  result->combinedNotIdentified = KFitHasCombined(o.model) && !combinedPoints;
+  result->combinedNotIdentified = KFitHasCombined(o.model) && !combinedPoints && (o.start || o.genericCombined);
   result->pureOnly = !KFitHasCombined(o.model) || !combinedPoints;
   KFitEvaluate(*out, data, result->channel, result->pureOnly);
   result->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();

@@ -69,6 +69,10 @@ struct KFitOptions {
   // channel each, so a weight otherwise shifts only where the robust loss
   // takes a residual for an outlier.
   double weight[KCH_COUNT] = {1, 1, 1};
+  // Data without combined points leaves the combined-slip terms at generic
+  // values (each force falls as the other slip grows); false: at none (the
+  // forces ignore the other slip, as a Pacejka89/96 source's do).
+  bool genericCombined = true;
   KFitProgressFn progress = nullptr;
   KFitStageFn stageStart = nullptr;
   void *user = nullptr;
