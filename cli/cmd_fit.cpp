@@ -11,7 +11,7 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
-#include "tool/carload.h"
+#include "chart/carload.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 // F3 overlays a reference tyre in grey and drops it again. F4's PNG is
 // checked in the real window (tests/e2e/tyrograph_views.sh).
 #include "tool/dispatch.h"
-#include "tool/frame.h"
-#include "tool/plot.h"
+#include "tool/windowframe.h"
+#include "chart/plot.h"
 #include "tool/viewkeys.h"
 #include "toolwindow.h"
-#include "ui/qrecorder.h"
+#include "render/qrecorder.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ class ViewKeys : public ToolWindowTest {
     QEvent ev;
     ev.type = QEVENT_KEYPRESS;
     ev.n = ev.xn = key;
-    return ToolDispatch(&ev);
+    return ToolDispatch(&ev, ToolEnv{});
   }
   QRecorder Frame() {
     QRecorder rec;
