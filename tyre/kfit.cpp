@@ -316,7 +316,12 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   //    searched with plain squares (a loss that flattens large residuals
   //    also flattens the way down from a poor start), then points far off
   //    that solution pull less. Without such points it changes nothing.
-  if (o.loss != KFIT_LOSS_NONE) {
+  double worst = 0;
+  for (const KMeasuredPoint *p : points) {
+    EvaluateAt(*tyre, *p);
+    worst = std::max(worst, std::fabs(Output(*tyre, s.channel) - p->force[s.channel]) * o.weight[s.channel] / peak);
+  }
+  if (o.loss != KFIT_LOSS_NONE && !(worst <= o.lossScale)) {
     double cost;
     iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost, true);
     for (size_t j = 0; j < m.value.size(); j++) best[j] = *m.value[j];
@@ -346,6 +351,7 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
   for (const KMeasuredPoint &p : data.points)
     points.push_back(&p), peak = std::max(peak, std::fabs(p.force[KCH_MZ]));
   if (peak == 0 || m.value.empty()) return 0;
+  if (std::sqrt(SumOfSquares(*tyre, points, KCH_MZ) / double(points.size())) <= GOOD_FIT * peak) return 0;
   double cost;
   const int iterations = Solve(o, comb, count - 1, count, tyre, m, points, peak, &cost, o.loss != KFIT_LOSS_NONE);
   // what ends at a bound now, for the moment's terms
@@ -540,17 +546,25 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   const int count = KFitStagesFor(o.model, stages, 8);
   for (int i = 0; i < count; i++) {
     if (o.stageStart) o.stageStart(o.user, *stages[i], *out);
-    // from the start as it is and, for the built-in start, from the one read
-    // off the data for this stage (KFitStageStart); the better fit stays
+    // for the built-in start, first from the one read off the data for this
+    // stage (KFitStageStart), if there is one; from the start as it is when
+    // there is none or that fit stays above GOOD_FIT. The better fit stays.
     KPacejka *other = o.start ? nullptr : new KPacejka;
     if (other) KFitCopy(*out, other), other->model = out->model;
-    result->iterations += RunStage(work, o, *stages[i], i, count, out, result);
-    if (other && KFitStageStart(work, *stages[i], other)) {
+    if (!other || !KFitStageStart(work, *stages[i], other)) {
+      result->iterations += RunStage(work, o, *stages[i], i, count, out, result);
+    } else {
       KFitResult alt;
       alt.held = result->held;
       result->iterations += RunStage(work, o, *stages[i], i, count, other, &alt);
       const std::vector<const KMeasuredPoint *> points = StagePoints(work, *stages[i]);
-      if (SumOfSquares(*other, points, stages[i]->channel) < SumOfSquares(*out, points, stages[i]->channel)) {
+      const int ch = stages[i]->channel;
+      double peak = 0;
+      for (const KMeasuredPoint *p : points) peak = std::max(peak, std::fabs(p->force[ch]));
+      const double ssOther = SumOfSquares(*other, points, ch);
+      const bool good = std::sqrt(ssOther / double(std::max<size_t>(points.size(), 1))) <= GOOD_FIT * peak;
+      if (!good) result->iterations += RunStage(work, o, *stages[i], i, count, out, result);
+      if (good || ssOther < SumOfSquares(*out, points, ch)) {
         KFitCopy(*other, out);
         result->atBound.erase(std::remove_if(result->atBound.begin(), result->atBound.end(),
                                              [&](const KFitResult::AtBound &b) {
@@ -565,7 +579,9 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   }
   // 4b. the aligning moment once more over all its points, pure and combined
   //     slip together: its combined-slip terms were fitted on top of a
-  //     pure-slip trail that the combined points then pull a little
+  //     pure-slip trail that the combined points then pull a little (only
+  //     while the moment is above GOOD_FIT over all its points: at the noise
+  //     there is nothing to gain for the time it takes)
   if (combinedPoints && KFitHasCombined(o.model) && o.weight[KCH_MZ] > 0)
     result->iterations += PolishMoment(work, o, count, out, result);
   // 5. back to the data's signs, the data's ranges, and how well it fits
