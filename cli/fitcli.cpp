@@ -65,7 +65,9 @@ bool ParseWeights(const char *cmd, const std::string &text, double weight[KCH_CO
 // ---- [1] options -----------------------------------------------------------------------
 
 bool FitCliParse(const char *cmd, const std::vector<std::string> &args, bool withStart, FitCliOptions *o) {
-  // 1. the arguments
+  // 1. the arguments; convert's samples are exact, so it has no outliers for
+  //    a robust loss to discount, only the model's own misfit
+  if (!withStart) o->loss = KFIT_LOSS_NONE;
   for (size_t i = 0; i < args.size(); i++) {
     const std::string &a = args[i];
     const bool valued = a == "--model" || a == "--wheel" || a == "-o" || a == "--report" || a == "--loss" ||

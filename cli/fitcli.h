@@ -16,7 +16,7 @@ struct FitCliOptions {
   std::string out;     // -o
   std::string report;  // --report
   bool force = false;  // --force
-  KFitLoss loss = KFIT_LOSS_HUBER;           // --loss
+  KFitLoss loss = KFIT_LOSS_HUBER;           // --loss (convert: none unless given)
   double weight[KCH_COUNT] = {1, 1, 1};      // --weights fx=W,fy=W,mz=W
 };
 

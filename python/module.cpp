@@ -369,8 +369,8 @@ py::dict FitCommand(const char *cmd, const std::vector<std::string> &args) {
     ok = FitCliParse(cmd, args, fit, &o) && FitCliOutputsFree(cmd, o);
     if (ok) {
       FitCliQuiet quiet(cmd);
-      KFitOptions fo;
-      fo.model = o.model;
+      KFitOptions fo = FitCliFitOptions(o);
+      fo.progress = nullptr;
       std::string error;
       KPacejka *input = new KPacejka;
       KMeasuredData data;
@@ -387,6 +387,7 @@ py::dict FitCommand(const char *cmd, const std::vector<std::string> &args) {
         // 1. the source, as eval reads it
         ok = CarLoadTyreSource(o.input.c_str(), o.wheel, input, &error);
         if (!ok) fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
+        if ((input->model == KPacejka::PAC96) == (o.model == KPacejka::PAC96)) fo.start = input;  // as convert
         ok = ok && KFitConvert(*input, fo, tyre, &r);
       }
       // 2. write the tyre and the report

@@ -56,9 +56,12 @@ constexpr double DIFF_STEP = 1e-3;
 // the Jacobian by forward differences.
 class StageCost : public ceres::CostFunction {
  public:
+  // `pointWeight` (empty: all 1) multiplies each point's residual.
   StageCost(KPacejka *tyre, const std::vector<float *> &members, const std::vector<double> &scale,
-            const std::vector<const KMeasuredPoint *> &points, int channel, double peak)
-      : tyre_(tyre), members_(members), scale_(scale), points_(points), channel_(channel), peak_(peak) {
+            const std::vector<const KMeasuredPoint *> &points, int channel, double peak,
+            const std::vector<double> &pointWeight = {})
+      : tyre_(tyre), members_(members), scale_(scale), points_(points), channel_(channel), peak_(peak),
+        pointWeight_(pointWeight) {
     set_num_residuals(int(points.size()));
     mutable_parameter_block_sizes()->push_back(int(members.size()));
     plus_.resize(points.size());
@@ -89,6 +92,7 @@ class StageCost : public ceres::CostFunction {
     for (size_t i = 0; i < points_.size(); i++) {
       EvaluateAt(*tyre_, *points_[i]);
       r[i] = (Output(*tyre_, channel_) - points_[i]->force[channel_]) / peak_;
+      if (!pointWeight_.empty()) r[i] *= pointWeight_[i];
     }
   }
 
@@ -98,6 +102,7 @@ class StageCost : public ceres::CostFunction {
   std::vector<const KMeasuredPoint *> points_;
   int channel_;
   double peak_;
+  std::vector<double> pointWeight_;
   mutable std::vector<double> plus_;
 };
 
@@ -229,18 +234,17 @@ StageMembers MembersOf(KPacejka *tyre, const KFitStage &s, const std::vector<KFi
 // values; leaves the best values found in the tyre. Returns the iterations;
 // `cost` gets the final cost.
 int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacejka *tyre, const StageMembers &m,
-          const std::vector<const KMeasuredPoint *> &points, double peak, double *cost, bool robust = false) {
+          const std::vector<const KMeasuredPoint *> &points, double peak, double *cost,
+          const std::vector<double> &pointWeight = {}) {
   // 1. scaled parameters within their bounds
   std::vector<double> x;
   for (size_t j = 0; j < m.value.size(); j++)
     x.push_back(std::clamp(double(*m.value[j]), m.lo[j], m.hi[j]) / m.scale[j]);
   // 2. the problem (the cost function is the problem's to delete)
   ceres::Problem problem;
-  ceres::LossFunction *loss = nullptr;
-  if (robust && o.loss == KFIT_LOSS_HUBER) loss = new ceres::HuberLoss(o.lossScale);
-  if (robust && o.loss == KFIT_LOSS_CAUCHY) loss = new ceres::CauchyLoss(o.lossScale);
-  problem.AddResidualBlock(new StageCost(tyre, m.value, m.scale, points, s.channel, peak / o.weight[s.channel]),
-                           loss, x.data());
+  problem.AddResidualBlock(
+      new StageCost(tyre, m.value, m.scale, points, s.channel, peak / o.weight[s.channel], pointWeight), nullptr,
+      x.data());
   for (size_t j = 0; j < x.size(); j++) {
     problem.SetParameterLowerBound(x.data(), int(j), m.lo[j] / m.scale[j]);
     problem.SetParameterUpperBound(x.data(), int(j), m.hi[j] / m.scale[j]);
@@ -267,6 +271,40 @@ int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacej
     QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
   *cost = summary.IsSolutionUsable() ? summary.final_cost : HUGE_VAL;
   return int(summary.iterations.size());
+}
+
+// The robust loss by reweighted least squares: each point's residual is
+// weighted by the square root of the loss's slope at it (Ceres's Huber or
+// Cauchy loss on the scaled residual), and the stage solved again, a few
+// times. (The solver's own robust path barely moves from a least-squares
+// solution in these problems.) Nothing to do while no residual lies beyond
+// the loss scale. Returns the solver's iterations.
+constexpr int ROBUST_ROUNDS = 4;
+
+int RobustRefit(const KFitOptions &o, const KFitStage &s, int index, int count, KPacejka *tyre,
+                const StageMembers &m, const std::vector<const KMeasuredPoint *> &points, double peak) {
+  if (o.loss == KFIT_LOSS_NONE) return 0;
+  ceres::LossFunction *loss = nullptr;
+  if (o.loss == KFIT_LOSS_HUBER) loss = new ceres::HuberLoss(o.lossScale);
+  else loss = new ceres::CauchyLoss(o.lossScale);
+  int iterations = 0;
+  std::vector<double> weight(points.size());
+  for (int round = 0; round < ROBUST_ROUNDS; round++) {
+    double worst = 0;
+    for (size_t i = 0; i < points.size(); i++) {
+      EvaluateAt(*tyre, *points[i]);
+      const double r = (Output(*tyre, s.channel) - points[i]->force[s.channel]) * o.weight[s.channel] / peak;
+      double rho[3];
+      loss->Evaluate(r * r, rho);
+      weight[i] = std::sqrt(std::max(rho[1], 0.0));
+      worst = std::max(worst, std::fabs(r));
+    }
+    if (!(worst > o.lossScale)) break;
+    double cost;
+    iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost, weight);
+  }
+  delete loss;
+  return iterations;
 }
 
 // Shape pairs a pure stage may start the solver from; the best result is
@@ -316,16 +354,8 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   //    searched with plain squares (a loss that flattens large residuals
   //    also flattens the way down from a poor start), then points far off
   //    that solution pull less. Without such points it changes nothing.
-  double worst = 0;
-  for (const KMeasuredPoint *p : points) {
-    EvaluateAt(*tyre, *p);
-    worst = std::max(worst, std::fabs(Output(*tyre, s.channel) - p->force[s.channel]) * o.weight[s.channel] / peak);
-  }
-  if (o.loss != KFIT_LOSS_NONE && !(worst <= o.lossScale)) {
-    double cost;
-    iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost, true);
-    for (size_t j = 0; j < m.value.size(); j++) best[j] = *m.value[j];
-  }
+  iterations += RobustRefit(o, s, index, count, tyre, m, points, peak);
+  for (size_t j = 0; j < m.value.size(); j++) best[j] = *m.value[j];
   // 5. what ended at a bound
   for (size_t j = 0; j < m.value.size(); j++) {
     const double tol = 1e-5 * (m.hi[j] - m.lo[j]);
@@ -353,7 +383,8 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
   if (peak == 0 || m.value.empty()) return 0;
   if (std::sqrt(SumOfSquares(*tyre, points, KCH_MZ) / double(points.size())) <= GOOD_FIT * peak) return 0;
   double cost;
-  const int iterations = Solve(o, comb, count - 1, count, tyre, m, points, peak, &cost, o.loss != KFIT_LOSS_NONE);
+  int iterations = Solve(o, comb, count - 1, count, tyre, m, points, peak, &cost);
+  iterations += RobustRefit(o, comb, count - 1, count, tyre, m, points, peak);
   // what ends at a bound now, for the moment's terms
   result->atBound.erase(std::remove_if(result->atBound.begin(), result->atBound.end(),
                                        [](const KFitResult::AtBound &b) {
@@ -549,7 +580,7 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
     // for the built-in start, first from the one read off the data for this
     // stage (KFitStageStart), if there is one; from the start as it is when
     // there is none or that fit stays above GOOD_FIT. The better fit stays.
-    KPacejka *other = o.start ? nullptr : new KPacejka;
+    KPacejka *other = o.start || !(o.weight[stages[i]->channel] > 0) ? nullptr : new KPacejka;
     if (other) KFitCopy(*out, other), other->model = out->model;
     if (!other || !KFitStageStart(work, *stages[i], other)) {
       result->iterations += RunStage(work, o, *stages[i], i, count, out, result);
