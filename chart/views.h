@@ -6,7 +6,8 @@
 //   mu-load    the curves' peak Fx/Fz and Fy/Fz over load, 0 .. maximum load;
 //   stiffness  longitudinal and cornering stiffness over load.
 //
-// Each tyre is evaluated at its own operating point and left as it was.
+// Each tyre is evaluated at its own operating point through the stateless
+// core (tyre/ktyre.h): nothing changes it.
 #pragma once
 
 #include <string>
@@ -15,13 +16,12 @@
 #include "chart/chart.h"
 #include "chart/curves.h"
 
-class KPacejka;
-
 struct ViewTyre {
-  KPacejka *tyre;
+  const KTyreParams *tyre;
   CurveRange fxRange, fyRange;  // the Fx and Fy graphs' ranges (zoom)
   QColor fxColor, fyColor;      // colours of its longitudinal and lateral quantities
   std::string label;            // legend text; may be empty for one tyre
+  kpacejka::Point<float> at{};  // its operating point (KPacejka::GetStoredPoint)
 };
 
 // Slip angles of the ellipse's sweeps, degrees.
@@ -30,7 +30,7 @@ constexpr int VIEW_LOAD_STEPS = 60;
 
 // The load axis ends at the tyre's maximum load (the TIR file's FZMAX), or at
 // the load slider's 30000 N for a tyre that names none.
-float ViewMaxLoad(const KPacejka &tyre);
+float ViewMaxLoad(const KTyreParams &tyre);
 
 Chart ViewEllipse(const std::vector<ViewTyre> &tyres);
 Chart ViewMuLoad(const std::vector<ViewTyre> &tyres);

@@ -51,15 +51,11 @@ bool Varies(const KMeasuredData &data, double KMeasuredPoint::*field, double rel
 }
 
 // Outputs of `tyre` at the probe points.
-std::vector<float> Outputs(KPacejka &tyre, const std::vector<KMeasuredPoint> &probes) {
+std::vector<float> Outputs(const KTyreParams &tyre, const std::vector<KMeasuredPoint> &probes) {
   std::vector<float> out;
   for (const KMeasuredPoint &p : probes) {
-    tyre.SetNormalLoad(float(p.fz));
-    tyre.SetSlipRatio(float(p.kappa));
-    tyre.SetSlipAngle(float(p.alpha));
-    tyre.SetCamber(float(p.gamma));
-    tyre.Calculate();
-    out.insert(out.end(), {tyre.Fx, tyre.Fy, tyre.Mz});
+    const KTyreResult r = KTyreEvaluate(tyre, {float(p.fz), float(p.kappa), float(p.alpha), float(p.gamma)});
+    out.insert(out.end(), {r.Fx, r.Fy, r.Mz});
   }
   return out;
 }

@@ -385,3 +385,25 @@ TEST(FitTyre, BoundsWeightsAndTheRobustLoss) {
   EXPECT_STREQ(KFitLossKey(KFIT_LOSS_HUBER), "huber");
   EXPECT_FALSE(KFitLossByName("l1", &loss));
 }
+
+// The Jacobian's columns run side by side on worker threads; each column is
+// formed alone, so any number of threads gives the same fit to the bit (a
+// column written into another's place, or a worker sharing a tyre with the
+// next, would not).
+TEST(FitTyre, AnyNumberOfThreadsGivesTheSameFit) {
+  KPacejka source;
+  SetTestMF(source, KPacejka::MF61);
+  const KMeasuredData data = Sample(source, true);
+  std::vector<double> first;
+  for (int threads : {1, 3}) {
+    KPacejka fitted;
+    KFitOptions o;
+    o.model = KPacejka::MF61;
+    o.maxIterations = 8;
+    o.threads = threads;
+    KFitResult r;
+    ASSERT_TRUE(KFitTyre(data, o, &fitted, &r)) << r.error;
+    if (first.empty()) first = Members(fitted);
+    else EXPECT_TRUE(first == Members(fitted)) << threads << " threads";
+  }
+}
