@@ -422,9 +422,9 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
 }
 
 // The aligning moment's pure and combined terms together, on every point
-// with a moment; returns the solver's iterations. Only while the moment is
-// above GOOD_FIT over all its points: at the noise there is nothing to gain
-// for the time it takes.
+// with a moment; returns the solver's iterations.
+constexpr int POLISH_ITERATIONS = 20;
+
 int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPacejka *tyre, KFitResult *result) {
   const KFitStage pure = {KPacejkaMember::PURE_MZ, KCH_MZ, false}, comb = {KPacejkaMember::COMBINED_MZ, KCH_MZ, true};
   StageMembers m = MembersOf(tyre, pure, result->held);
@@ -439,10 +439,12 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
   double peak = 0;
   for (double v : points.measured) peak = std::max(peak, std::fabs(v));
   if (peak == 0 || m.value.empty()) return 0;
-  if (std::sqrt(SumOfSquares(*tyre, points) / double(points.size())) <= GOOD_FIT * peak) return 0;
+  // the stages have done the search: a few iterations settle the terms together
+  KFitOptions few = o;
+  few.maxIterations = std::min(o.maxIterations, POLISH_ITERATIONS);
   double cost;
-  int iterations = Solve(o, comb, count - 1, count, tyre, m, points, peak, &cost);
-  iterations += RobustRefit(o, comb, count - 1, count, tyre, m, points, peak);
+  int iterations = Solve(few, comb, count - 1, count, tyre, m, points, peak, &cost);
+  iterations += RobustRefit(few, comb, count - 1, count, tyre, m, points, peak);
   NoteBounds(m, KPacejkaMember::PURE_MZ, result);
   NoteBounds(m, KPacejkaMember::COMBINED_MZ, result);
   return iterations;
@@ -450,7 +452,10 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
 
 // A stage of a fit from the built-in start runs from the start as it is and
 // from the one read off the data for it (KFitStageStart), if there is one,
-// and keeps the better fit; returns the solver's iterations.
+// and keeps the better fit; returns the solver's iterations. (Both always:
+// taking the second start alone once it reaches the noise saves a third of
+// the time, but one perturbed copy of sample.tir then fits its three loads
+// to 1.03 % and misses the moment by 40 % between them.)
 int RunStageFromBothStarts(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
                            KPacejka *tyre, KFitResult *result) {
   if (o.start || !(o.weight[s.channel] > 0)) return RunStage(data, o, s, index, count, tyre, result);

@@ -493,7 +493,7 @@ const PerLoadPlan kMagicMz = {
     {{"qbz1", {"qbz1", "qbz2", "qbz3"}},
      {"qcz1", {"qcz1", nullptr, nullptr}},
      {"qdz1", {"qdz1", "qdz2", nullptr}},
-     {"qez1", {"qez1", "qez2", "qez3"}},
+     {"qez1", {"qez1", "qez2", nullptr}},  // a parabola through three noisy loads swings between them
      {"qhz1", {"qhz1", "qhz2", nullptr}},
      {"qdz6", {"qdz6", "qdz7", nullptr}},
      {"qbz9", {"qbz9", nullptr, nullptr}, true}},
@@ -542,6 +542,8 @@ bool FitAtLoad(const PerLoadPlan &plan, const std::vector<const KMeasuredPoint *
   return best < HUGE_VAL;
 }
 
+constexpr size_t MAX_LOAD_POINTS = 200;
+
 bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyre) {
   // 1. the pure-slip points of the channel at the smallest camber, by load
   //    (the moment takes the lateral force)
@@ -559,7 +561,18 @@ bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyr
   for (size_t i = 0; i < pts.size();) {
     size_t j = i;
     while (j < pts.size() && pts[j]->fz <= pts[i]->fz * 1.02) j++;
-    if (j - i >= 8) groups.emplace_back(pts.begin() + long(i), pts.begin() + long(j));
+    if (j - i >= 8) {
+      // a sweep's shape needs no more than a few hundred points: dense data
+      // is thinned evenly over the slip
+      std::vector<const KMeasuredPoint *> g(pts.begin() + long(i), pts.begin() + long(j));
+      if (g.size() > MAX_LOAD_POINTS) {
+        std::sort(g.begin(), g.end(), [lon](auto *a, auto *b) { return lon ? a->kappa < b->kappa : a->alpha < b->alpha; });
+        std::vector<const KMeasuredPoint *> thin;
+        for (size_t k = 0; k < MAX_LOAD_POINTS; k++) thin.push_back(g[k * g.size() / MAX_LOAD_POINTS]);
+        g.swap(thin);
+      }
+      groups.push_back(std::move(g));
+    }
     i = j;
   }
   if (groups.empty()) return false;
