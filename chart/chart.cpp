@@ -40,6 +40,23 @@ void ChartFit(const Chart &chart, ChartAxis *x, ChartAxis *y) {
   *y = ChartFitAxis(yl, yh);
 }
 
+ChartCorner ChartEmptiestCorner(const Chart &chart) {
+  ChartAxis x, y;
+  ChartFit(chart, &x, &y);
+  const float xMid = 0.5f * (x.min + x.max), yMid = 0.5f * (y.min + y.max);
+  size_t count[4] = {0, 0, 0, 0};  // in ChartCorner order
+  for (const ChartSeries &s : chart.series)
+    for (size_t i = 0; i < s.x.size() && i < s.y.size(); i++) {
+      if (!std::isfinite(s.x[i]) || !std::isfinite(s.y[i])) continue;
+      const bool left = s.x[i] < xMid, bottom = s.y[i] < yMid;
+      count[(bottom ? 2 : 0) + (left ? 1 : 0)]++;
+    }
+  int best = 0;
+  for (int c = 1; c < 4; c++)
+    if (count[c] < count[best]) best = c;
+  return ChartCorner(best);
+}
+
 QRect ChartBox(const QRect &area) { return QRect(area.x + 80, area.y + 40, area.wid - 110, area.hgt - 96); }
 
 namespace {
@@ -121,7 +138,10 @@ void PaintLegend(QRenderer *r, const Chart &chart, const QRect &box) {
       rows++;
     }
   if (!rows) return;
-  int x = box.x + box.wid - widest - 46, y = box.y + 8;
+  const bool left = chart.legend == CHART_TOP_LEFT || chart.legend == CHART_BOTTOM_LEFT;
+  const bool bottom = chart.legend == CHART_BOTTOM_RIGHT || chart.legend == CHART_BOTTOM_LEFT;
+  int x = left ? box.x + 16 : box.x + box.wid - widest - 46;
+  int y = bottom ? box.y + box.hgt - rows * 16 - 8 : box.y + 8;
   r->FillRect(QRect(x - 6, y - 4, widest + 46, rows * 16 + 6), QColor(255, 255, 255, 255));
   for (const ChartSeries &s : chart.series) {
     if (s.label.empty()) continue;

@@ -21,11 +21,19 @@ struct ChartSeries {
   std::string label;    // legend text; empty: not in the legend
 };
 
+// The corner of the plot box the legend sits in.
+enum ChartCorner { CHART_TOP_RIGHT, CHART_TOP_LEFT, CHART_BOTTOM_RIGHT, CHART_BOTTOM_LEFT };
+
 struct Chart {
   std::string title;
   std::string xName, yName;  // with units, e.g. "Fz [N]"
   std::vector<ChartSeries> series;
+  ChartCorner legend = CHART_TOP_RIGHT;
 };
+
+// The corner whose quarter of the plot box the fewest points of the
+// series (line vertices included) fall in: where a legend hides least.
+ChartCorner ChartEmptiestCorner(const Chart &chart);
 
 // An axis: the data range widened to whole ticks.
 struct ChartAxis {
