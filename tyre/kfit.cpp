@@ -319,7 +319,7 @@ int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacej
 // times. (The solver's own robust path barely moves from a least-squares
 // solution in these problems.) Nothing to do while no residual lies beyond
 // the loss scale. Returns the solver's iterations.
-constexpr int ROBUST_ROUNDS = 4;
+constexpr int ROBUST_ROUNDS = 3, ROBUST_ITERATIONS = 20;
 
 int RobustRefit(const KFitOptions &o, const KFitStage &s, int index, int count, KPacejka *tyre,
                 const StageMembers &m, const ChannelPoints &points, double peak) {
@@ -327,6 +327,9 @@ int RobustRefit(const KFitOptions &o, const KFitStage &s, int index, int count, 
   ceres::LossFunction *loss = nullptr;
   if (o.loss == KFIT_LOSS_HUBER) loss = new ceres::HuberLoss(o.lossScale);
   else loss = new ceres::CauchyLoss(o.lossScale);
+  // each round starts next to the last one's solution: a few iterations do
+  KFitOptions few = o;
+  few.maxIterations = std::min(o.maxIterations, ROBUST_ITERATIONS);
   int iterations = 0;
   std::vector<double> weight(points.size());
   std::vector<float> out(points.size());
@@ -344,7 +347,7 @@ int RobustRefit(const KFitOptions &o, const KFitStage &s, int index, int count, 
     }
     if (!(worst > o.lossScale)) break;
     double cost;
-    iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost, weight);
+    iterations += Solve(few, s, index, count, tyre, m, points, peak, &cost, weight);
   }
   delete loss;
   return iterations;
@@ -424,6 +427,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
 // The aligning moment's pure and combined terms together, on every point
 // with a moment; returns the solver's iterations.
 constexpr int POLISH_ITERATIONS = 20;
+constexpr size_t POLISH_POINTS = 6000;
 
 int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPacejka *tyre, KFitResult *result) {
   const KFitStage pure = {KPacejkaMember::PURE_MZ, KCH_MZ, false}, comb = {KPacejkaMember::COMBINED_MZ, KCH_MZ, true};
@@ -434,8 +438,12 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
   m.scale.insert(m.scale.end(), c.scale.begin(), c.scale.end());
   m.lo.insert(m.lo.end(), c.lo.begin(), c.lo.end());
   m.hi.insert(m.hi.end(), c.hi.begin(), c.hi.end());
+  // dense data thinned evenly: the terms are settled, not searched for
+  std::vector<const KMeasuredPoint *> used;
+  const size_t step = (data.points.size() + POLISH_POINTS - 1) / POLISH_POINTS;
+  for (size_t i = 0; i < data.points.size(); i += std::max<size_t>(step, 1)) used.push_back(&data.points[i]);
   const ChannelPoints points =
-      MakeChannelPoints(data.points, KCH_MZ, [](const KMeasuredPoint &p) -> const KMeasuredPoint & { return p; });
+      MakeChannelPoints(used, KCH_MZ, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
   double peak = 0;
   for (double v : points.measured) peak = std::max(peak, std::fabs(v));
   if (peak == 0 || m.value.empty()) return 0;
