@@ -9,7 +9,6 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
-#include "chart/carload.h"
 
 namespace {
 
@@ -19,34 +18,12 @@ const char *const kUsage =
 
 int RunConvert(const std::vector<std::string> &args) {
   const char *cmd = "convert";
-  FitCliOptions o;
-  if (!FitCliParse(cmd, args, false, &o)) {
+  FitJob job;
+  if (!FitCliParse(cmd, args, false, &job)) {
     fprintf(stderr, "usage: tyrograph-cli convert %s\n", kUsage);
     return 2;
   }
-  if (!FitCliOutputsFree(cmd, o)) return 1;
-  FitCliQuiet quiet(cmd);
-  // 1. the source, as eval reads it
-  KPacejka *source = new KPacejka;
-  std::string error;
-  if (!CarLoadTyreSource(o.input.c_str(), o.wheel, source, &error)) {
-    fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
-    delete source;
-    return 1;
-  }
-  // 2. sample, fit, write, tell
-  // a source of the target's family starts the fit from its own
-  // coefficients: a tyre converted to its own model comes back exact
-  KFitOptions fo = FitCliFitOptions(o);
-  if ((source->model == KPacejka::PAC96) == (o.model == KPacejka::PAC96)) fo.start = source;
-  KPacejka *tyre = new KPacejka;
-  KFitResult r;
-  const bool fitted = KFitConvert(*source, fo, tyre, &r);
-  FitCliProgressDone();
-  const int status = fitted ? FitCliFinish(cmd, o, *tyre, r) : 1;
-  delete tyre;
-  delete source;
-  return status;
+  return FitCliRun(cmd, job);
 }
 
 CliCommand reg{"convert", kUsage, "convert a tyre to another model by fitting samples of it", 61, RunConvert};
