@@ -140,16 +140,17 @@ TEST(RigRunAccuracy, Mf61PressureTermsFromTwoPressures) {
     EXPECT_LT(pct[2], 5.0);
   }
   truth.SetPressure(0), fitted.SetPressure(0);
-  const double dpiT = -0.15, dpiF = (plan.pressures[1] - fitted.nompres) / fitted.nompres;
-  auto f = [](double dpi, float a, float b) { return 1 + a * dpi + b * dpi * dpi; };
-  printf("factors at %.0f kPa, truth / fitted: Kx %.4f / %.4f, mu_x %.4f / %.4f, Ky %.4f / %.4f, mu_y %.4f / %.4f, "
-         "trail %.4f / %.4f\n",
-         plan.pressures[1] / 1000, f(dpiT, truth.ppx1, truth.ppx2), f(dpiF, fitted.ppx1, fitted.ppx2),
-         f(dpiT, truth.ppx3, truth.ppx4), f(dpiF, fitted.ppx3, fitted.ppx4), 1 + truth.ppy1 * dpiT,
-         1 + fitted.ppy1 * dpiF, f(dpiT, truth.ppy3, truth.ppy4), f(dpiF, fitted.ppy3, fitted.ppy4),
-         1 - truth.ppz1 * dpiT, 1 - fitted.ppz1 * dpiF);
-  EXPECT_NEAR(f(dpiF, fitted.ppx1, fitted.ppx2), f(dpiT, truth.ppx1, truth.ppx2), 0.03);
-  EXPECT_NEAR(f(dpiF, fitted.ppy3, fitted.ppy4), f(dpiT, truth.ppy3, truth.ppy4), 0.03);
+  // what the pressure terms make of the tyre at the nominal load, at each
+  // pressure: slip and cornering stiffness, the friction peaks
+  for (double p : plan.pressures) {
+    const KOperatingPoint at{truth.fz0, 0, 0, 0, float(p)};
+    const KTyreResult t = KTyreEvaluate(truth, at), f = KTyreEvaluate(fitted, at);
+    const double want[4] = {t.longStiffness, std::fabs(t.corneringStiffness), t.peakFx, std::fabs(t.peakFy)};
+    const double got[4] = {f.longStiffness, std::fabs(f.corneringStiffness), f.peakFx, std::fabs(f.peakFy)};
+    printf("at %.0f kPa, %.0f N, source / fitted: Kx %.0f / %.0f, Ky %.0f / %.0f, peak Fx %.0f / %.0f, peak Fy %.0f / %.0f\n",
+           p / 1000, double(truth.fz0), want[0], got[0], want[1], got[1], want[2], got[2], want[3], got[3]);
+    for (int q = 0; q < 4; q++) EXPECT_NEAR(got[q] / want[q], 1.0, q < 2 ? 0.08 : 0.04) << q << " at " << p;
+  }
 }
 
 }  // namespace
