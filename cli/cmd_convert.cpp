@@ -29,7 +29,7 @@ int RunConvert(const std::vector<std::string> &args) {
   if (!CarLoadTyreSource(o.input.c_str(), o.wheel, source, &error)) {
     fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
     delete source;
-    return 1;
+    return 2;  // the SOURCE argument is at fault, as a bad TYRE of eval
   }
   // 2. sample, fit, write, tell
   KFitOptions fo;
@@ -46,6 +46,20 @@ int RunConvert(const std::vector<std::string> &args) {
   return ok ? 0 : 1;
 }
 
-CliCommand reg{"convert", kUsage, "convert a tyre to another model by fitting samples of it", 61, RunConvert};
+const char kDetails[] =
+    "SOURCE: a .tir file (any case), a car.ini-style file or a car folder holding car.ini.\n"
+    "The source is sampled over its own load, slip and camber ranges and the target model\n"
+    "is fitted to the samples.\n"
+    "\n"
+    "Options:\n"
+    "  --model pac96|mf52|mf61   the target model (Pacejka89/96, Magic Formula 5.2 or 6.1)\n"
+    "  --wheel N                 the wheel of a car (default 0)\n"
+    "  -o OUT                    the converted tyre: a TIR file when OUT ends in .tir (mf52,\n"
+    "                            mf61), else a car.ini\n"
+    "  --report FILE.json        the fit's figures as JSON\n"
+    "  --force                   overwrite OUT and the report when they exist\n";
+
+CliCommand reg{"convert", kUsage, "convert a tyre to another model by fitting samples of it", 61, RunConvert,
+               kDetails};
 
 }  // namespace

@@ -35,7 +35,7 @@ int RunFit(const std::vector<std::string> &args) {
     if (!CarLoadTyreSource(o.start.c_str(), o.wheel, start, &error)) {
       fprintf(stderr, "tyrograph-cli %s: --start: %s\n", cmd, error.c_str());
       delete start;
-      return 1;
+      return 2;
     }
   }
   // 3. fit, write, tell
@@ -54,6 +54,27 @@ int RunFit(const std::vector<std::string> &args) {
   return ok ? 0 : 1;
 }
 
-CliCommand reg{"fit", kUsage, "fit a tyre model to measured data (CSV)", 60, RunFit};
+const char kDetails[] =
+    "DATA.csv: a header line naming the columns, then one row per measured point. Columns,\n"
+    "in any order, each at most once:\n"
+    "  fz      load, N (required)\n"
+    "  kappa   slip ratio (0 when absent)\n"
+    "  alpha   slip angle, rad (0 when absent)\n"
+    "  gamma   camber, rad (0 when absent)\n"
+    "  fx, fy  forces, N; mz  aligning moment, N*m (at least one of the three)\n"
+    "Fields are separated by commas or blanks; blank lines and lines starting with '#' are\n"
+    "skipped; every field is a finite number. Units and signs are those of eval's output.\n"
+    "A force without a column is not fitted.\n"
+    "\n"
+    "Options:\n"
+    "  --model pac96|mf52|mf61   the model to fit (Pacejka89/96, Magic Formula 5.2 or 6.1)\n"
+    "  --start TYRE              start from this tyre's coefficients (.tir, car.ini, car folder)\n"
+    "  --wheel N                 the wheel of a car given as --start (default 0)\n"
+    "  -o OUT                    the fitted tyre: a TIR file when OUT ends in .tir (mf52, mf61),\n"
+    "                            else a car.ini\n"
+    "  --report FILE.json        the fit's figures as JSON\n"
+    "  --force                   overwrite OUT and the report when they exist\n";
+
+CliCommand reg{"fit", kUsage, "fit a tyre model to measured data (CSV)", 60, RunFit, kDetails};
 
 }  // namespace
