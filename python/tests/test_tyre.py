@@ -55,6 +55,21 @@ def test_load_errors_carry_the_librarys_message(tmp_path):
     assert issubclass(tyrograph.Error, RuntimeError)
 
 
+def test_files_that_are_no_tyre_raise(tmp_path):
+    measured = os.path.join(SOURCE, "data", "measured", "touring.csv")
+    with pytest.raises(tyrograph.Error, match=r"touring\.csv: measured data \(CSV\), not a tyre"):
+        tyrograph.load(measured)
+    (tmp_path / "run.tdx").write_text("**HEADER\n**END\n")
+    with pytest.raises(tyrograph.Error, match="TYDEX measurement file, not a tyre"):
+        tyrograph.load(str(tmp_path / "run.tdx"))
+    (tmp_path / "other.ini").write_text("name=value\n")
+    with pytest.raises(tyrograph.Error, match=r"holds no tyre \(no wheel0\.pacejka section"):
+        tyrograph.load(str(tmp_path / "other.ini"))
+    with pytest.raises(tyrograph.Error, match="measured data"):
+        tyrograph.convert(measured, "mf61", str(tmp_path / "out.tir"))
+    assert not (tmp_path / "out.tir").exists()
+
+
 def test_recovered_load_problems_warn_or_raise_when_strict():
     generic = os.path.join(SOURCE, "data", "tyres", "Generic_Pac02Tire.tir")
     with pytest.warns(tyrograph.TyreWarning, match="fittyp"):

@@ -78,7 +78,7 @@ refuse 2 convert "$src/data/cars/touring" --model pac2006 -o x.ini
 refuse 2 convert "$src/data/cars/touring" -o x.ini
 refuse 2 fit data.csv --model mf61 -o x.ini --start
 refuse 2 convert "$src/data/cars/touring" --model mf61 -o x.ini --start t.tir
-refuse 1 convert nosuch --model mf61 -o x.ini
+refuse 2 convert nosuch --model mf61 -o x.ini
 refuse 1 convert "$src/data/cars/touring" --model mf61 -o x.ini --report r.json
 refuse 1 fit data.csv --model mf61 --start "$src/data/cars/touring" -o x.ini
 sed "s|$src|SRC|g" refusals.txt >refusals.out
