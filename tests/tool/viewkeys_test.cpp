@@ -1,6 +1,10 @@
 // The window's view keys: F2 cycles the graph area through the plot kinds,
 // F3 overlays a reference tyre in grey and drops it again. F4's PNG is
 // checked in the real window (tests/e2e/tyrograph_views.sh).
+#include <cstring>
+#include <memory>
+
+#include "tool/carload.h"
 #include "tool/dispatch.h"
 #include "tool/frame.h"
 #include "tool/plot.h"
@@ -22,6 +26,10 @@ class ViewKeys : public ToolWindowTest {
     ev.type = QEVENT_KEYPRESS;
     ev.n = ev.xn = key;
     return ToolDispatch(&ev);
+  }
+  // Bit for bit, so NaN samples compare equal to themselves.
+  static bool Same(const std::vector<float> &a, const std::vector<float> &b) {
+    return a.size() == b.size() && (a.empty() || memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0);
   }
   QRecorder Frame() {
     QRecorder rec;
@@ -70,4 +78,85 @@ TEST_F(ViewKeys, F3ReferenceTyreInGreyFollowsTheOperatingPoint) {
   // A file that does not load leaves no reference behind.
   EXPECT_FALSE(ViewLoadReference("/nonexistent/none.tir"));
   EXPECT_EQ(session.reference[CURVE_FX], nullptr);
+}
+
+// The reference tyre of every view is drawn as tyrograph-cli plot draws the
+// second of two tyres: a fresh tyre loaded from the file, at the window's
+// operating point. Whatever the main tyre is, before or after the reference
+// came, none of its state reaches the reference's evaluation.
+TEST_F(ViewKeys, ReferenceCurvesOfEveryViewMatchTheCliPictureForAllModelPairs) {
+  // A Pacejka2006 tyre: the Magic Formula 6.1 file's coefficients under model 2.
+  ScratchDir dir;
+  ASSERT_EQ(system(("cp '" + TirFile("MagicFormula61_Parameters.tir") + "' '" + dir.root + "/mf61.tir'").c_str()), 0);
+  const std::string pac2006 = dir.root + "/car.ini";
+  FILE *f = fopen(pac2006.c_str(), "w");
+  ASSERT_NE(f, nullptr);
+  fputs("wheel0\n{\n  pacejka\n  {\n    import_file=mf61.tir\n    model=2\n  }\n}\n", f);
+  fclose(f);
+  const std::string sources[] = {TouringCar(), TirFile("MagicFormula52_Parameters.tir"),
+                                 TirFile("MagicFormula61_Parameters.tir"), pac2006};
+  const int models[] = {KPacejka::PAC96, KPacejka::MF52, KPacejka::MF61, KPacejka::PAC2006};
+  // The main tyre on every wheel of the window's graphs, at the panel's point.
+  auto loadMain = [&](const std::string &source) {
+    for (Graph *g : session.graphs)
+      for (int w = 0; w < CAR_WHEELS; w++) {
+        std::string error;
+        ASSERT_TRUE(CarLoadTyreSource(source.c_str(), source == TouringCar() ? w : 0, g->GetTyre(w), &error)) << error;
+      }
+    for (int s = 0; s < OP_SLIDERS; s++) SessionApply(OpSlider(s));
+  };
+  for (size_t m = 0; m < 4; m++) {
+    for (size_t r = 0; r < 4; r++) {
+      if (r == m) continue;
+      SCOPED_TRACE(sources[m] + " with reference " + sources[r]);
+      // Odd pairs take the reference first and change the main tyre after.
+      if (r % 2) {
+        ASSERT_TRUE(ViewLoadReference(sources[r].c_str()));
+      }
+      loadMain(sources[m]);
+      if (!(r % 2)) {
+        ASSERT_TRUE(ViewLoadReference(sources[r].c_str()));
+      }
+      EXPECT_EQ(session.graphs[CURVE_FX]->GetCurrentTyre()->model, models[m]);
+      EXPECT_EQ(session.reference[CURVE_FX]->GetCurrentTyre()->model, models[r]);
+      PanelOpMoved(OP_LOAD, 150);  // 4500 N
+      PanelOpMoved(OP_CAMBER, 550);
+      Frame();  // a frame of the curves first, as the window draws before F2
+      FrameState st = FrameStateFromSession();
+      // The CLI's second tyre: its own graphs, loaded and placed as plot does.
+      std::unique_ptr<Graph> cli[CURVE_COUNT];
+      FrameState alone;
+      FrameOverlay ov;
+      for (int k = 0; k < CURVE_COUNT; k++) {
+        cli[k] = std::make_unique<Graph>(CurveKind(k), k ? cli[k - 1].get() : nullptr);
+        std::string error;
+        ASSERT_TRUE(CarLoadTyreSource(sources[r].c_str(), 0, cli[k]->GetTyre(0), &error)) << error;
+        OpApplyAll(cli[k]->GetTyre(0), session.point);
+        cli[k]->SetZoom(session.zoom);
+        ov.graphs[k] = cli[k].get();
+        alone.graphs[k] = st.graphs[k];
+      }
+      ov.label = st.overlays[0].label;
+      alone.label = st.label;
+      alone.overlays.push_back(ov);
+      for (PlotKind kind : {PLOT_ELLIPSE, PLOT_MU_LOAD, PLOT_STIFFNESS}) {
+        Chart win = PlotChart(kind, st, nullptr), want = PlotChart(kind, alone, nullptr);
+        ASSERT_EQ(win.series.size(), want.series.size());
+        // Each tyre brings the same number of series; the reference's come second.
+        size_t bad = 0;
+        for (size_t s = win.series.size() / 2; s < win.series.size(); s++)
+          bad += !Same(win.series[s].x, want.series[s].x) || !Same(win.series[s].y, want.series[s].y);
+        EXPECT_EQ(bad, 0u) << PlotKindName(kind) << ": reference series differ from the CLI's";
+      }
+      // The curves: the reference graphs sample as the CLI's do.
+      for (int k = 0; k < CURVE_COUNT; k++) {
+        Curve a, b;
+        Graph *g = st.overlays[0].graphs[k];
+        CurveSample(g->GetCurrentTyre(), CurveKind(k), g->GetRange(), &a);
+        CurveSample(cli[k]->GetTyre(0), CurveKind(k), cli[k]->GetRange(), &b);
+        EXPECT_EQ(0, memcmp(a.samples, b.samples, sizeof a.samples)) << "curve " << k;
+      }
+      ViewDropReference();
+    }
+  }
 }
