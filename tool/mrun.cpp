@@ -18,6 +18,7 @@
 #include "tool/panel.h"
 #include "tool/session.h"
 #include "tool/settings.h"
+#include "tool/viewkeys.h"
 #include "diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
@@ -132,6 +133,7 @@ void PaintFrame() {
   // The tool's frame pacing: one frame, then 16 ms of rest.
   qpSleep(16);
   session.ghostCamber = PanelGhostCamber();
+  ViewExpireSavedNote(qpTimeMs());
   FramePaintGraphs(canvas, settings.viewWidth, settings.viewHeight);
   // The controls, and a dialog over them while one runs.
   if (QGetWindowManager()) QGetWindowManager()->Paint(canvas);

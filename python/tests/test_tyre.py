@@ -1,5 +1,6 @@
 """Loading, members by name and the errors a script sees."""
 import os
+import warnings
 
 import pytest
 
@@ -89,3 +90,16 @@ def test_garbage_files_never_crash(tmp_path):
             continue
         tyre.eval([1000.0, 4000.0], 0.1, 0.1, 0.0)
         tyre.curves()
+
+
+def test_nothing_reaches_standard_output(capfd, tmp_path):
+    # Standard output is the caller's; the library's traces stay off it.
+    for path in (os.path.join(SOURCE, "data", "tyres", "MagicFormula52_Parameters.tir"), TOURING):
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore")
+            tyre = tyrograph.load(path)
+        tyre.eval([1000.0, 4000.0], 0.1, 0.1, 0.0)
+        tyre.curves()
+        tyre.export_ascii(10, 0.5)
+    out, _ = capfd.readouterr()
+    assert out == ""

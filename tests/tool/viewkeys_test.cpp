@@ -2,13 +2,17 @@
 // F3 overlays a reference tyre in grey and drops it again. F4's PNG is
 // checked in the real window (tests/e2e/tyrograph_views.sh).
 #include <cstring>
+#include <fstream>
 #include <memory>
 
 #include "tool/carload.h"
+#include "tool/commands.h"
 #include "tool/dispatch.h"
 #include "tool/frame.h"
 #include "tool/plot.h"
 #include "tool/viewkeys.h"
+#include "tool/panel.h"
+#include "tool/session.h"
 #include "toolwindow.h"
 #include "ui/qrecorder.h"
 
@@ -54,6 +58,63 @@ TEST_F(ViewKeys, F2CyclesTheViewsAndTheHintSaysWhich) {
     EXPECT_TRUE(Press(VIEWKEY_CYCLE));
   }
   EXPECT_FALSE(Press(QK_F1 + 4));  // F5 is no view key
+}
+
+// F4 says what it wrote: the hint lines name the file and its folder for a
+// few seconds, then show the key again.
+TEST_F(ViewKeys, F4NamesTheFileWrittenForAWhile) {
+  ScratchDir dir;
+  setenv("TMPDIR", dir.root.c_str(), 1);
+  const std::string folder = QApp::GetScreenshotDir();
+  EXPECT_NE(Frame().FindText("F4 save view as PNG"), nullptr);
+  EXPECT_TRUE(Press(VIEWKEY_SAVE));
+  unsetenv("TMPDIR");
+  ASSERT_FALSE(session.savedView.empty());
+  EXPECT_EQ(session.savedView.rfind(dir.root, 0), 0u) << session.savedView;
+  EXPECT_TRUE(std::ifstream(session.savedView).good()) << session.savedView;
+  QRecorder rec = Frame();
+  EXPECT_NE(rec.FindText("F4 saved view00001.png"), nullptr);
+  EXPECT_EQ(rec.FindText("F4 save view as PNG"), nullptr);
+  // The folder on the line under it, shortened in the middle when long.
+  bool folderShown = false;
+  for (const auto *t : rec.Of(QREC_TEXT)) {
+    const std::string &s = t->text;
+    folderShown = folderShown || (s.rfind("in ", 0) == 0 && s.size() > 4 && s.back() == '/' &&
+                                  (folder.find(s.substr(3)) != std::string::npos || s.find("...") != std::string::npos));
+  }
+  EXPECT_TRUE(folderShown) << folder;
+  ViewExpireSavedNote(session.savedViewUntilMs - 1);  // still within the time
+  EXPECT_NE(Frame().FindText("F4 saved view00001.png"), nullptr);
+  ViewExpireSavedNote(session.savedViewUntilMs);
+  EXPECT_TRUE(session.savedView.empty());
+  EXPECT_NE(Frame().FindText("F4 save view as PNG"), nullptr);
+}
+
+// Standard output belongs to the frame statistics line (TYROGRAPH_STATS):
+// traces such as the coefficient selection's "coeffPtr %d" go to the
+// reporters (standard error and the log), never there.
+TEST_F(ViewKeys, ASessionWritesNothingToStandardOutput) {
+  ScratchDir dir;
+  setenv("TMPDIR", dir.root.c_str(), 1);
+  testing::internal::CaptureStdout();
+  for (int i = 0; i < 28; i += 5) PanelCoefficientRadio(i);
+  PanelValueMoved(700);
+  PanelFocus(2);
+  PanelSelectWheel(1);
+  ScriptEntry(TirFile("MagicFormula52_Parameters.tir").c_str());
+  CommandOpenTire();
+  ScriptEntry(TirFile("MagicFormula61_Parameters.tir").c_str());
+  Press(VIEWKEY_REFERENCE);
+  for (int k = 0; k < PLOT_KIND_COUNT; k++) {
+    Frame();
+    Press(VIEWKEY_SAVE);
+    Press(VIEWKEY_CYCLE);
+  }
+  fflush(stdout);
+  const std::string out = testing::internal::GetCapturedStdout();
+  unsetenv("TMPDIR");
+  EXPECT_EQ(out, "");
+  EXPECT_NE(session.graphs[CURVE_FX]->GetCurrentTyre()->model, KPacejka::PAC96);  // the steps did run
 }
 
 TEST_F(ViewKeys, F3ReferenceTyreInGreyFollowsTheOperatingPoint) {
