@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "tool/carload.h"
-#include "tool/curves.h"
-#include "tool/oppoint.h"
+#include "chart/carload.h"
+#include "chart/curves.h"
+#include "chart/oppoint.h"
 #include "tyre/kpacejka.h"
 
 namespace {

@@ -8,10 +8,10 @@
 #include <string>
 
 #include "platform/cairo/qcairo.h"
-#include "tool/carload.h"
-#include "tool/graph.h"
-#include "tool/oppoint.h"
-#include "tool/plot.h"
+#include "chart/carload.h"
+#include "chart/graph.h"
+#include "chart/oppoint.h"
+#include "chart/plot.h"
 
 namespace {
 

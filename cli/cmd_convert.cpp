@@ -8,7 +8,7 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
-#include "tool/carload.h"
+#include "chart/carload.h"
 
 namespace {
 

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "cli/cli.h"
-#include "tool/basedir.h"
-#include "tool/carload.h"
+#include "chart/basedir.h"
+#include "chart/carload.h"
 #include "tyre/kpacejka.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include "cli/cli.h"
 #include "cli/tyreopts.h"
-#include "tool/export.h"
+#include "chart/export.h"
 
 namespace {
 

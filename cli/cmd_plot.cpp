@@ -9,8 +9,8 @@
 #include "cli/cli.h"
 #include "cli/tyreopts.h"
 #include "platform/cairo/qcairo.h"
-#include "tool/graph.h"
-#include "tool/plot.h"
+#include "chart/graph.h"
+#include "chart/plot.h"
 #include "tyre/kmeasured.h"
 
 namespace {

@@ -13,7 +13,7 @@
 #include "base/qfile.h"
 #include "cli/tyreopts.h"
 #include "diag/qdebug.h"
-#include "tool/carsave.h"
+#include "chart/carsave.h"
 #include "tyre/kpacejka_tirwrite.h"
 
 namespace {

@@ -8,9 +8,9 @@
 #include <cstring>
 
 #include "base/qfile.h"
-#include "tool/basedir.h"
-#include "tool/carload.h"
-#include "tool/export.h"
+#include "chart/basedir.h"
+#include "chart/carload.h"
+#include "chart/export.h"
 
 bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out) {
   char *end = nullptr;

@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "tool/curves.h"
-#include "tool/oppoint.h"
+#include "chart/curves.h"
+#include "chart/oppoint.h"
 #include "tyre/kpacejka.h"
 
 struct CliTyreState {

@@ -1,6 +1,6 @@
 // tyrograph._tyrograph: the tyre library for Python. Every function here
-// calls what tyrograph-cli calls (cli/tyreopts.h, tool/curves.h,
-// tool/export.h, tyre/kpacejka_batch.h); nothing of the models is redone.
+// calls what tyrograph-cli calls (cli/tyreopts.h, chart/curves.h,
+// chart/export.h, tyre/kpacejka_batch.h); nothing of the models is redone.
 //
 //   [1] Tyre: a loaded tyre, its edits and its members
 //   [2] eval: the batch over broadcast NumPy arrays
@@ -26,9 +26,9 @@
 #include "cli/fitcli.h"
 #include "cli/tyreopts.h"
 #include "python/reports.h"
-#include "tool/carload.h"
-#include "tool/curves.h"
-#include "tool/export.h"
+#include "chart/carload.h"
+#include "chart/curves.h"
+#include "chart/export.h"
 #include "tyre/kpacejka.h"
 #include "tyre/kpacejka_batch.h"
 #include "tyre/kpacejka_tirwrite.h"

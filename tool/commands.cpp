@@ -5,12 +5,12 @@
 #include <cstdlib>
 #include <string>
 
-#include "tool/analyse.h"
-#include "tool/export.h"
-#include "tool/graph.h"
-#include "tool/mrun.h"
+#include "chart/analyse.h"
+#include "chart/export.h"
+#include "chart/graph.h"
 #include "tool/panel.h"
 #include "tool/session.h"
+#include "tool/toolenv.h"
 #include "diag/qdebug.h"
 #include "ui/qdlgfile.h"
 #include "ui/qmsgbox.h"
@@ -23,9 +23,9 @@ constexpr const char *ASCII_TITLE = "Export ASCII (Fx/Fy)";
 constexpr int ENTRY_LIMIT = 80;
 
 // Asks for a file through the framework's file dialog; false on cancel.
-bool AskFile(const char *key, const char *title, const char *filter, std::string *path) {
+bool AskFile(const ToolEnv &env, const char *key, const char *title, const char *filter, std::string *path) {
   char buf[QDLGFILE_PATH_MAX] = "";
-  if (!QDlgFile(TyroSettingsTree(), key, nullptr, buf, title, filter, nullptr, nullptr)) return false;
+  if (!QDlgFile(env.settingsTree, key, nullptr, buf, title, filter, nullptr, nullptr)) return false;
   *path = buf;
   return true;
 }
@@ -66,11 +66,11 @@ bool AskMaximum(float *maximum) {
 
 }  // namespace
 
-bool CommandOpenTire() {
+bool CommandOpenTire(const ToolEnv &env) {
   std::string path;
-  if (!AskFile("open_tir", "Import TIR file", "*.tir", &path)) return false;
+  if (!AskFile(env, "open_tir", "Import TIR file", "*.tir", &path)) return false;
   session.lastTir = path;
-  TyroUpdateTitle();
+  if (env.updateTitle) env.updateTitle();
   SessionLoadTir(path.c_str());
   PanelResetControls();
   PanelRefreshLabels();
@@ -93,19 +93,19 @@ bool CommandRevert() {
 
 void CommandSave() { QMessageBox("Warning", "Not yet implemented", QMB_OK); }
 
-bool CommandExportAscii() {
+bool CommandExportAscii(const ToolEnv &env) {
   int steps = 0;
   float maximum = 0.0f;
   std::string path;
-  if (!AskSteps(&steps) || !AskMaximum(&maximum) || !AskFile("expasc", ASCII_TITLE, "*.txt", &path)) return false;
+  if (!AskSteps(&steps) || !AskMaximum(&maximum) || !AskFile(env, "expasc", ASCII_TITLE, "*.txt", &path)) return false;
   std::string text = ExportAsciiText(session.graphs[CURVE_FX]->GetCurrentTyre(),
                                      session.graphs[CURVE_FY]->GetCurrentTyre(), steps, maximum);
   return WriteAndShow(path, text, "Tyrograph ASCII output");
 }
 
-bool CommandExportCarIni() {
+bool CommandExportCarIni(const ToolEnv &env) {
   std::string path;
-  if (!AskFile("exppac", "Export Car.Ini style", "*.ini", &path)) return false;
+  if (!AskFile(env, "exppac", "Export Car.Ini style", "*.ini", &path)) return false;
   // The statistics are the peaks of the last drawn frame.
   std::string text = ExportCarIniText(*session.graphs[CURVE_FX]->GetCurrentTyre(),
                                       session.graphs[CURVE_FX]->GetCurve().peakX,
@@ -122,13 +122,13 @@ bool CommandAnalyse(bool show) {
   return true;
 }
 
-void CommandRun(int index) {
+void CommandRun(int index, const ToolEnv &env) {
   switch (index) {
-    case CMD_OPEN_TIRE: CommandOpenTire(); break;
+    case CMD_OPEN_TIRE: CommandOpenTire(env); break;
     case CMD_REVERT: CommandRevert(); break;
     case CMD_SAVE: CommandSave(); break;
-    case CMD_EXPORT_ASCII: CommandExportAscii(); break;
-    case CMD_EXPORT_CARINI: CommandExportCarIni(); break;
+    case CMD_EXPORT_ASCII: CommandExportAscii(env); break;
+    case CMD_EXPORT_CARINI: CommandExportCarIni(env); break;
     case CMD_ANALYSE: CommandAnalyse(true); break;
     default: break;
   }

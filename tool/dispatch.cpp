@@ -10,7 +10,7 @@
 #include "ui/qprop.h"
 #include "ui/qwindow.h"
 
-bool ToolDispatch(QEvent *ev) {
+bool ToolDispatch(QEvent *ev, const ToolEnv &env) {
   if (ev->type == QEVENT_CLICK || ev->type == QEVENT_CHANGE) {
     QWindow *w = ev->win;
     int i = PanelOpIndex(w);
@@ -29,13 +29,13 @@ bool ToolDispatch(QEvent *ev) {
     } else if (w && w == panel.wheel) {
       PanelSelectWheel(ev->n);
     } else if ((i = PanelCommandIndex(w)) >= 0) {
-      CommandRun(i);
+      CommandRun(i, env);
       return true;
     } else if (w && w == panel.enterNumerically) {
       PanelEnterNumerically();
     }
   }
-  if (ViewKeyDispatch(ev)) return true;
+  if (ViewKeyDispatch(ev, env)) return true;
   // Escape or Shift+Q (0x51 with the Shift bit) ends the program.
   if (ev->type == QEVENT_KEYPRESS && (ev->n == QK_ESC || ev->xn == (0x51 | QK_MOD_SHIFT))) app->Exit(0);
   return false;

@@ -4,7 +4,7 @@
 // a window, and so that the end-to-end tests can click them.
 #pragma once
 
-#include "ui/qrect.h"
+#include "render/qrect.h"
 
 constexpr int LAYOUT_COMMANDS = 6;
 constexpr int LAYOUT_COEFF_RADIOS = 28;

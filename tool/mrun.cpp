@@ -11,14 +11,15 @@
 #include <string>
 
 #include "base/qinfo.h"
-#include "tool/basedir.h"
+#include "chart/basedir.h"
 #include "tool/dispatch.h"
-#include "tool/frame.h"
-#include "tool/graph.h"
+#include "chart/graph.h"
 #include "tool/panel.h"
 #include "tool/session.h"
 #include "tool/settings.h"
+#include "tool/toolenv.h"
 #include "tool/viewkeys.h"
+#include "tool/windowframe.h"
 #include "diag/qdebug.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
@@ -85,10 +86,6 @@ void StatsPrint() {
 
 }  // namespace
 
-QInfo *TyroSettingsTree() { return settingsTree; }
-const ToolSettings &TyroSettings() { return settings; }
-QCanvas *TyroCanvas() { return canvas; }
-
 // ---- Error hook --------------------------------------------------------------------------
 
 namespace {
@@ -147,7 +144,12 @@ bool OnEvent(QEvent *ev) {
   // While a modal dialog runs the loop, its keys (Escape among them) are the
   // dialog's, not the panel's.
   if (app->GetFocusShell() && app->GetFocusShell()->GetModal()) return false;
-  return ToolDispatch(ev);
+  ToolEnv env;
+  env.settingsTree = settingsTree;
+  env.viewWidth = settings.viewWidth;
+  env.viewHeight = settings.viewHeight;
+  env.updateTitle = TyroUpdateTitle;
+  return ToolDispatch(ev, env);
 }
 
 // ---- Exit ----------------------------------------------------------------------------------

@@ -2,17 +2,9 @@
 // the start-up sequence creates and the callbacks it installs.
 #pragma once
 
-class QCanvas;
-class QInfo;
-struct ToolSettings;
-
 // Runs the whole start-up sequence and enters the event loop; never returns.
 [[noreturn]] void TyroRun(int argc, char **argv);
 
-// Objects of the running tool (null before start-up).
-QInfo *TyroSettingsTree();
-const ToolSettings &TyroSettings();
-QCanvas *TyroCanvas();
 // Rewrites the title bar: the product text and the last imported TIR file.
 void TyroUpdateTitle();
 // Loads the session's car into the three graphs (start-up and "Revert").

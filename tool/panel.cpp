@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "tool/graph.h"
+#include "chart/graph.h"
 #include "tool/session.h"
 #include "ui/qbutton.h"
 #include "ui/qcheck.h"

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "tool/layout.h"
-#include "tool/oppoint.h"
+#include "chart/oppoint.h"
 
 class QButton;
 class QCheck;

@@ -1,7 +1,7 @@
 // Session operations that reach the tyres.
 #include "tool/session.h"
 
-#include "tool/graph.h"
+#include "chart/graph.h"
 #include "diag/qdebug.h"
 
 Session session;

@@ -7,14 +7,12 @@
 #include <cstdint>
 #include <string>
 
-#include "tool/coeftable.h"
-#include "tool/curves.h"
-#include "tool/oppoint.h"
+#include "chart/carload.h"
+#include "chart/coeftable.h"
+#include "chart/curves.h"
+#include "chart/oppoint.h"
 
 class Graph;
-
-// Names of the wheels as the wheel slider shows them.
-constexpr const char *WHEEL_NAMES[4] = {"FL", "FR", "RL", "RR"};
 
 struct Session {
   std::string car;      // folder under data/cars/ (last.car)
@@ -27,13 +25,13 @@ struct Session {
   bool ghostCamber = false;  // the "Camber" ghost radio is checked (read from it each frame)
   OperatingPoint point;
   // Shown beside the model name when the car left wheels without a tyre
-  // (tool/carload.h); empty otherwise.
+  // (chart/carload.h); empty otherwise.
   std::string carNote;
   // Shown after the value line when the last typed value was no plain
   // number (tool/panel.h); empty otherwise.
   std::string entryNote;
   Graph *graphs[CURVE_COUNT] = {};
-  int view = 0;                          // what the graph area shows: a PlotKind (tool/plot.h)
+  int view = 0;                          // what the graph area shows: a PlotKind (chart/plot.h)
   Graph *reference[CURVE_COUNT] = {};    // a reference tyre drawn in grey; null when none
   std::string referenceLabel;            // its file name
   // The view file F4 wrote last, named by the hint lines until

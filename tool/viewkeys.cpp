@@ -5,13 +5,12 @@
 
 #include "diag/qdebug.h"
 #include "platform/cairo/qcairo.h"
-#include "tool/carload.h"
-#include "tool/frame.h"
-#include "tool/graph.h"
-#include "tool/mrun.h"
-#include "tool/plot.h"
+#include "chart/carload.h"
+#include "chart/graph.h"
+#include "chart/plot.h"
 #include "tool/session.h"
-#include "tool/settings.h"
+#include "tool/toolenv.h"
+#include "tool/windowframe.h"
 #include "ui/qapp.h"
 #include "ui/qdlgfile.h"
 #include "ui/qevent.h"
@@ -60,12 +59,11 @@ std::string ViewNextPngName() {
   return "";
 }
 
-bool ViewSavePng(const std::string &path) {
-  const ToolSettings &s = TyroSettings();
+bool ViewSavePng(const std::string &path, int width, int height) {
   FrameState st = FrameStateFromSession();
   std::string error;
-  bool ok = QCairoWriteFile(path, s.viewWidth, s.viewHeight, s.viewWidth, s.viewHeight, [&](QRenderer *r) {
-    PlotPaint(r, PlotKind(session.view), st, QRect(0, 0, s.viewWidth, s.viewHeight), nullptr);
+  bool ok = QCairoWriteFile(path, width, height, width, height, [&](QRenderer *r) {
+    PlotPaint(r, PlotKind(session.view), st, QRect(0, 0, width, height), nullptr);
   }, &error);
   if (!ok) {
     QERR("%s", error.c_str());
@@ -81,7 +79,7 @@ void ViewExpireSavedNote(uint64_t nowMs) {
   if (nowMs >= session.savedViewUntilMs) session.savedView.clear();
 }
 
-bool ViewKeyDispatch(const QEvent *ev) {
+bool ViewKeyDispatch(const QEvent *ev, const ToolEnv &env) {
   if (ev->type != QEVENT_KEYPRESS) return false;
   switch (ev->xn) {
     case VIEWKEY_CYCLE: ViewCycle(); return true;
@@ -91,13 +89,13 @@ bool ViewKeyDispatch(const QEvent *ev) {
         return true;
       }
       char buf[QDLGFILE_PATH_MAX] = "";
-      if (QDlgFile(TyroSettingsTree(), "open_reference", nullptr, buf, "Reference tyre", "*.tir", nullptr, nullptr))
+      if (QDlgFile(env.settingsTree, "open_reference", nullptr, buf, "Reference tyre", "*.tir", nullptr, nullptr))
         ViewLoadReference(buf);
       return true;
     }
     case VIEWKEY_SAVE: {
       std::string path = ViewNextPngName();
-      if (!path.empty()) ViewSavePng(path);
+      if (!path.empty()) ViewSavePng(path, env.viewWidth, env.viewHeight);
       return true;
     }
     default: return false;

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "ui/qevent.h"
-#include "ui/qrect.h"
+#include "render/qrect.h"
 
 enum class QButtonState { Idle, Hover, Pressed, PressedOut };
 enum class QButtonInput { Enter, Leave, Press, Release };

@@ -8,7 +8,7 @@
 // value for red, green and blue.
 #pragma once
 
-#include "ui/qrect.h"
+#include "render/qrect.h"
 
 class QCanvas;
 

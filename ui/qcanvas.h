@@ -7,10 +7,10 @@
 // current colour, font and blend mode apply to every primitive that follows.
 #pragma once
 
-#include "ui/qcolor.h"
+#include "render/qcolor.h"
 #include "ui/qobject.h"
-#include "ui/qrect.h"
-#include "ui/qrenderer.h"
+#include "render/qrect.h"
+#include "render/qrenderer.h"
 
 class QFont;
 class QWindow;

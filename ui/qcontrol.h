@@ -7,8 +7,8 @@
 // drawn straight onto the background takes its ink from where it stands.
 #pragma once
 
-#include "ui/qcolor.h"
-#include "ui/qrect.h"
+#include "render/qcolor.h"
+#include "render/qrect.h"
 
 class QCanvas;
 class QPushLogic;

@@ -4,7 +4,7 @@
 // main window owns it.
 #pragma once
 
-#include "ui/qrect.h"
+#include "render/qrect.h"
 
 class QWindow;
 

@@ -3,7 +3,7 @@
 // is one; otherwise the platform's own box asks.
 #pragma once
 
-#include "ui/qrect.h"
+#include "render/qrect.h"
 
 enum : int {
   QMB_OK = 0x1,     // only an OK button

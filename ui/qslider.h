@@ -2,7 +2,7 @@
 // (the slider control QProp places its knob and reads drags through it).
 #pragma once
 
-#include "ui/qrect.h"
+#include "render/qrect.h"
 
 // Value <-> pixel mapping over a track. Values are clamped into [lo, hi];
 // pixels outside the track map to the nearest end.

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "ui/qevent.h"
-#include "ui/qrect.h"
+#include "render/qrect.h"
 
 enum : int {
   QTEXTDLG_OKONLY = 0x1,  // mode bit: only an OK button

@@ -14,7 +14,7 @@
 #include <string>
 
 #include "ui/qobject.h"
-#include "ui/qrect.h"
+#include "render/qrect.h"
 
 class QCanvas;
 struct QEvent;

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "ui/qrenderer.h"
+#include "render/qrenderer.h"
 
 typedef struct _cairo cairo_t;
 

@@ -36,15 +36,24 @@ check "missing --max: exit 2" test $rc -eq 2
 check "negative steps: exit 2" test $rc -eq 2
 "$CLI" export-ascii "$CAR" --steps 5 --max 0 2>"$T/e3"; rc=$?
 check "max 0: exit 2" test $rc -eq 2
-# An existing file is kept unless --force is given.
-echo keep >"$T/keep.txt"
-"$CLI" export-ascii "$CAR" --steps 8 --max 0.5 -o "$T/keep.txt" 2>"$T/e5"; rc=$?
-check "existing output kept: exit 2, message, file untouched" \
-  test $rc -eq 2 -a "$(cat "$T/keep.txt")" = keep -a -n "$(grep 'exists; add --force' "$T/e5")"
-"$CLI" export-carini "$CAR" -o "$T/keep.txt" 2>/dev/null; rc=$?
-check "export-carini keeps it too" test $rc -eq 2 -a "$(cat "$T/keep.txt")" = keep
+# An existing file is kept byte for byte unless --force is given (exit 2,
+# the message names it).
+printf 'keep\r\nno newline' >"$T/keep.orig"
+kept() {  # label command...
+  local label=$1
+  shift
+  cp "$T/keep.orig" "$T/keep.txt"
+  "$@" 2>"$T/e5"; local rc=$?
+  check "$label: exit 2, message, file untouched" \
+    test $rc -eq 2 -a -n "$(grep 'keep.txt exists; add --force' "$T/e5")"
+  check "$label: the same bytes" cmp -s "$T/keep.orig" "$T/keep.txt"
+}
+kept "export-ascii keeps it" "$CLI" export-ascii "$CAR" --steps 8 --max 0.5 -o "$T/keep.txt"
+kept "export-carini keeps it" "$CLI" export-carini "$CAR" -o "$T/keep.txt"
+"$CLI" export-ascii "$CAR" --steps 134 --max 2 -o "$T/keep.txt" --force
+check "export-ascii --force overwrites" cmp "$T/keep.txt" "$GOLD/touring_ascii_134_2.txt"
 "$CLI" export-carini "$CAR" -o "$T/keep.txt" --force
-check "--force overwrites" cmp "$T/keep.txt" "$GOLD/touring_carini.txt"
+check "export-carini --force overwrites" cmp "$T/keep.txt" "$GOLD/touring_carini.txt"
 "$CLI" export-carini "$CAR" -o /no/such/dir/out.ini 2>"$T/e4"; rc=$?
 check "unwritable output: exit 1 and message" test $rc -eq 1 -a -n "$(grep '/no/such/dir/out.ini' "$T/e4")"
 exit $fail

@@ -87,4 +87,24 @@ check "" "$(ls new1.ini new2.ini new3.ini x.ini x.TIR 2>/dev/null)" nothing-writ
 "$cli" convert "$src/data/cars/touring" --model mf61 -o touring.tir --force >/dev/null 2>&1
 check 0 "$?" force-overwrites
 
+# 5. fit and convert keep an existing output or report byte for byte without
+#    --force (exit 1, the message names it), and replace it with --force
+printf 'kept\r\nno newline' >kept.orig
+kept() {  # label command...
+  local label=$1; shift
+  cp kept.orig kept.out
+  "$@" >/dev/null 2>err.txt
+  check 1 "$?" "$label: exit"
+  grep -q 'kept.out exists; add --force to overwrite it' err.txt || { echo "FAIL $label: message $(cat err.txt)"; fail=1; }
+  cmp -s kept.orig kept.out || { echo "FAIL $label: kept.out changed"; fail=1; }
+}
+kept fit-output "$cli" fit data.csv --model pac96 -o kept.out
+kept fit-report "$cli" fit data.csv --model pac96 -o fit-new.ini --report kept.out
+kept convert-output "$cli" convert "$src/data/cars/touring" --model mf61 -o kept.out
+kept convert-report "$cli" convert "$src/data/cars/touring" --model mf61 -o conv-new.tir --report kept.out
+check "" "$(ls fit-new.ini conv-new.tir 2>/dev/null)" refused-report-writes-nothing
+"$cli" fit data.csv --model pac96 -o kept.out --force >/dev/null 2>&1
+check 0 "$?" fit-force-exit
+cmp -s kept.orig kept.out && { echo "FAIL fit --force: kept.out was not replaced"; fail=1; }
+
 exit $fail

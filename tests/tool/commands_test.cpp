@@ -5,8 +5,8 @@
 #include <fstream>
 #include <string>
 
-#include "tool/analyse.h"
-#include "tool/export.h"
+#include "chart/analyse.h"
+#include "chart/export.h"
 #include "toolwindow.h"
 #include "ui/qprop.h"
 #include "ui/qradio.h"
@@ -45,12 +45,12 @@ TEST_F(CommandsTest, ExportAsciiThroughItsDialogsWritesTheGoldenTable) {
   qpsKeyTap(QK_ENTER);
   ScriptEntry(path.c_str());
   qpsKeyTap(QK_ENTER);  // closes the viewer
-  ASSERT_TRUE(CommandExportAscii());
+  ASSERT_TRUE(CommandExportAscii(ToolEnv{}));
   EXPECT_FALSE(stuck);
   EXPECT_LE(qpsPendingCount(), 1);  // at most the last Enter's release
   ExpectGolden("touring_ascii_134_2.txt", ReadFileBytes(path));
   for (int key : {QK_ENTER, QK_ENTER, QK_ESC}) qpsKeyTap(key);  // cancelled at the file
-  EXPECT_FALSE(CommandExportAscii());
+  EXPECT_FALSE(CommandExportAscii(ToolEnv{}));
   EXPECT_FALSE(stuck);
 }
 
@@ -101,14 +101,14 @@ TEST_F(CommandsTest, OpenTireImportsIntoEveryTyreAndResetsTheControls) {
   PanelOpMoved(OP_LOAD, 200);
   std::string tir = TirFile("MagicFormula52_Parameters.tir");
   ScriptEntry(tir.c_str());
-  ASSERT_TRUE(CommandOpenTire());
+  ASSERT_TRUE(CommandOpenTire(ToolEnv{}));
   EXPECT_EQ(session.lastTir, tir);
   for (int i = 0; i < CURVE_COUNT * CAR_WHEELS; i++) EXPECT_EQ(Tyre(i / CAR_WHEELS, i % CAR_WHEELS)->model, 1) << i;
   EXPECT_TRUE(session.focus == 0 && session.point.load == 2500.0f && panel.op[OP_LOAD]->GetPosition() == 83);
   EXPECT_STREQ(session.edit.name, "lfz0");
   // Indexes outside the row of commands do nothing.
-  CommandRun(-1);
-  CommandRun(CMD_COUNT);
+  CommandRun(-1, ToolEnv{});
+  CommandRun(CMD_COUNT, ToolEnv{});
   EXPECT_EQ(qpsMessageBoxCount(), 0);
   EXPECT_FALSE(stuck);
 }

@@ -13,7 +13,7 @@
 #include <map>
 #include <string>
 
-#include "tool/frame.h"
+#include "tool/windowframe.h"
 #include "tool/panel.h"
 #include "toolwindow.h"
 #include "ui/qfont.h"

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "tool/carload.h"
-#include "tool/frame.h"
-#include "tool/opvalues.h"
+#include "chart/carload.h"
+#include "tool/windowframe.h"
+#include "chart/opvalues.h"
 #include "tool/settings.h"
 #include "tool/viewkeys.h"
 #include "toolwindow.h"

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tool/dispatch.h"
-#include "tool/frame.h"
+#include "tool/windowframe.h"
 #include "tool/settings.h"
 #include "toolwindow.h"
 #include "ui/qbutton.h"
@@ -86,31 +86,31 @@ TEST_F(PanelTest, StartUpStateAndResetRestoresIt) {
 TEST_F(PanelTest, DispatchReachesTheOperations) {
   PanelCoefficientRadio(5);
   QEvent ev = Change(panel.focus[2], 1);
-  EXPECT_TRUE(ToolDispatch(&ev));  // focus ends the dispatch
+  EXPECT_TRUE(ToolDispatch(&ev, ToolEnv{}));  // focus ends the dispatch
   EXPECT_TRUE(session.focus == 2 && session.selected == 0 && panel.coeff[0]->IsChecked());
   EXPECT_STREQ(panel.coeff[11]->GetText(), "a111");
   EXPECT_EQ(session.graphs[CURVE_FY]->GetFlags(), unsigned(GRAPH_EMPHASISED));
   ev = Change(panel.coeff[3], 1);
-  EXPECT_FALSE(ToolDispatch(&ev));
+  EXPECT_FALSE(ToolDispatch(&ev, ToolEnv{}));
   EXPECT_STREQ(session.edit.name, "a3");
   ev = Change(panel.value, 1000);  // a3: 0 .. 3000
-  ToolDispatch(&ev);
+  ToolDispatch(&ev, ToolEnv{});
   EXPECT_FLOAT_EQ(Tyre(CURVE_MZ, 0)->a3, 3000.0f);
   panel.zoom->SetChecked(false);
   ev = Change(panel.zoom, 0);
-  EXPECT_TRUE(ToolDispatch(&ev));
+  EXPECT_TRUE(ToolDispatch(&ev, ToolEnv{}));
   EXPECT_EQ(session.graphs[CURVE_FX]->GetRange().xMax, 10.0f);
   ev = Change(panel.op[OP_CAMBER], 750);
-  EXPECT_FALSE(ToolDispatch(&ev));
+  EXPECT_FALSE(ToolDispatch(&ev, ToolEnv{}));
   EXPECT_STREQ(panel.op[OP_CAMBER]->GetCaption(), "Inclination 5.00 (camber)");
   ev = Change(panel.wheel, 3);
-  ToolDispatch(&ev);
+  ToolDispatch(&ev, ToolEnv{});
   EXPECT_EQ(session.wheel, 3);
   EXPECT_STREQ(panel.wheel->GetCaption(), "3/RR");
   // Events of windows that are no control of the panel change nothing.
   for (QWindow *w : {static_cast<QWindow *>(mw), static_cast<QWindow *>(nullptr)}) {
     ev = Change(w, 1);
-    EXPECT_FALSE(ToolDispatch(&ev));
+    EXPECT_FALSE(ToolDispatch(&ev, ToolEnv{}));
   }
   EXPECT_TRUE(session.focus == 2 && session.wheel == 3);
 }

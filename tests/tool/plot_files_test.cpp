@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "platform/cairo/qcairo.h"
-#include "tool/frame.h"
-#include "tool/plot.h"
+#include "tool/windowframe.h"
+#include "chart/plot.h"
 #include "tool/settings.h"
 #include "toolwindow.h"
 

@@ -7,6 +7,7 @@
 #include "platform/headless/qpscript.h"
 #include "tests/ui/gltest.h"
 #include "tool/panel.h"
+#include "tool/toolenv.h"
 #include "ui/qapp.h"
 #include "ui/qcanvas.h"
 #include "ui/qplatform.h"

@@ -5,16 +5,16 @@
 #include <fstream>
 #include <memory>
 
-#include "tool/carload.h"
+#include "chart/carload.h"
 #include "tool/commands.h"
 #include "tool/dispatch.h"
-#include "tool/frame.h"
-#include "tool/plot.h"
+#include "tool/windowframe.h"
+#include "chart/plot.h"
 #include "tool/viewkeys.h"
 #include "tool/panel.h"
 #include "tool/session.h"
 #include "toolwindow.h"
-#include "ui/qrecorder.h"
+#include "render/qrecorder.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ class ViewKeys : public ToolWindowTest {
     QEvent ev;
     ev.type = QEVENT_KEYPRESS;
     ev.n = ev.xn = key;
-    return ToolDispatch(&ev);
+    return ToolDispatch(&ev, ToolEnv{});
   }
   // Bit for bit, so NaN samples compare equal to themselves.
   static bool Same(const std::vector<float> &a, const std::vector<float> &b) {
@@ -102,7 +102,7 @@ TEST_F(ViewKeys, ASessionWritesNothingToStandardOutput) {
   PanelFocus(2);
   PanelSelectWheel(1);
   ScriptEntry(TirFile("MagicFormula52_Parameters.tir").c_str());
-  CommandOpenTire();
+  CommandOpenTire(ToolEnv{});
   ScriptEntry(TirFile("MagicFormula61_Parameters.tir").c_str());
   Press(VIEWKEY_REFERENCE);
   for (int k = 0; k < PLOT_KIND_COUNT; k++) {

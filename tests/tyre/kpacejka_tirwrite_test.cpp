@@ -125,6 +125,52 @@ TEST_F(TirWriteTest, EveryFloatComesBackExactly) {
   EXPECT_EQ(MemberDiff(original, back), "");
 }
 
+// Only about one float in seventy needs all nine digits, so random bits can
+// miss them. Known nine-digit values, and runs of neighbouring bit patterns
+// at magnitudes where eight digits lose many of them, fill the keyed members
+// file after file and must come back with the same bits.
+TEST_F(TirWriteTest, NineDigitFloatsAndDenseBitRunsComeBackExactly) {
+  const auto fromBits = [](uint32_t b) {
+    float v;
+    memcpy(&v, &b, sizeof v);
+    return v;
+  };
+  const auto needsNine = [](float v) {
+    char buf[32];
+    snprintf(buf, sizeof buf, "%.8g", double(v));
+    const float back = strtof(buf, nullptr);
+    return memcmp(&back, &v, sizeof v) != 0;
+  };
+  std::vector<float> values;
+  for (uint32_t b : {0x416D4B17u /* 14.8308325 */, 0x447A0001u /* 1000.00006 */, 0xC2C80002u /* -100.000015 */,
+                     0x3DCCCCD0u /* 0.100000024 */, 0x38D1B718u /* 0.000100000005 */}) {
+    values.push_back(fromBits(b));
+    EXPECT_TRUE(needsNine(values.back())) << std::hex << b << " no longer needs nine digits";
+  }
+  int nine = 0;
+  for (uint32_t start : {0x416D4B00u, 0x447A0000u, 0xC2C80000u, 0x3DCCCC00u, 0x38D1B700u, 0x4CBEBC00u})
+    for (uint32_t k = 0; k < 256; k++) {
+      values.push_back(fromBits(start + k));
+      nine += needsNine(values.back());
+    }
+  EXPECT_GT(nine, 200) << "the runs hold too few nine-digit floats to guard the writer";
+
+  std::vector<const KPacejkaMember *> keyed;
+  for (int i = 0; i < kpacejkaMemberCount; i++)
+    if (kpacejkaMembers[i].tirKey) keyed.push_back(&kpacejkaMembers[i]);
+  ASSERT_FALSE(keyed.empty());
+  for (size_t first = 0, file = 0; first < values.size(); first += keyed.size(), file++) {
+    KPacejka original, back;
+    original.model = KPacejka::MF61;
+    for (size_t i = 0; i < keyed.size(); i++)
+      *KPacejkaFloat(original, *keyed[i]) = values[(first + i) % values.size()];
+    const std::string out = dir + "/run" + std::to_string(file) + ".tir";
+    ASSERT_TRUE(KPacejkaWriteTirFile(out.c_str(), original));
+    back.LoadFromTirFile(out.c_str());
+    EXPECT_EQ(MemberDiff(original, back), "") << "values from #" << first;
+  }
+}
+
 // Every member with a TIR key is written under its own section, once; the
 // model and dimension sections are there. (A writer that drops a section
 // whose values happen to equal the import's defaults still fails here.)

@@ -1,0 +1,156 @@
+// Chart drawing: fitted axes, grid and ticks, clipped series, legend.
+#include "chart/chart.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "render/qrenderer.h"
+
+ChartAxis ChartFitAxis(float lo, float hi) {
+  if (!(lo <= hi)) lo = hi = 0.0f;
+  if (hi - lo < 1e-6f * (std::fabs(lo) + std::fabs(hi)) || hi == lo) {
+    float pad = lo == 0.0f ? 1.0f : std::fabs(lo) * 0.1f;
+    lo -= pad;
+    hi += pad;
+  }
+  double raw = double(hi - lo) / 6.0;
+  double mag = std::pow(10.0, std::floor(std::log10(raw)));
+  double step = mag;
+  for (double m : {1.0, 2.0, 5.0, 10.0})
+    if (m * mag >= raw) {
+      step = m * mag;
+      break;
+    }
+  ChartAxis a;
+  a.step = float(step);
+  a.min = float(std::floor(double(lo) / step) * step);
+  a.max = float(std::ceil(double(hi) / step) * step);
+  return a;
+}
+
+void ChartFit(const Chart &chart, ChartAxis *x, ChartAxis *y) {
+  float xl = INFINITY, xh = -INFINITY, yl = INFINITY, yh = -INFINITY;
+  for (const ChartSeries &s : chart.series)
+    for (size_t i = 0; i < s.x.size() && i < s.y.size(); i++) {
+      if (!std::isfinite(s.x[i]) || !std::isfinite(s.y[i])) continue;
+      xl = std::fmin(xl, s.x[i]), xh = std::fmax(xh, s.x[i]);
+      yl = std::fmin(yl, s.y[i]), yh = std::fmax(yh, s.y[i]);
+    }
+  *x = ChartFitAxis(xl, xh);
+  *y = ChartFitAxis(yl, yh);
+}
+
+QRect ChartBox(const QRect &area) { return QRect(area.x + 80, area.y + 40, area.wid - 110, area.hgt - 96); }
+
+namespace {
+
+const QColor INK(0, 0, 0, 255), GRID(230, 230, 230, 255), FRAME(128, 128, 128, 255);
+
+// Tick label: as few decimals as the step needs.
+void Label(float v, float step, char *buf, size_t size) {
+  int decimals = step >= 1.0f ? 0 : int(std::ceil(-std::log10(double(step)) - 1e-6));
+  if (std::fabs(v) < step * 1e-3f) v = 0.0f;
+  snprintf(buf, size, "%.*f", decimals, double(v));
+}
+
+// Values to pixel indices inside the box (fractions kept).
+struct Mapper {
+  QRect box;
+  ChartAxis x, y;
+  float X(float v) const { return float(box.x) + (v - x.min) / (x.max - x.min) * float(box.wid - 1); }
+  float Y(float v) const { return float(box.y + box.hgt - 1) - (v - y.min) / (y.max - y.min) * float(box.hgt - 1); }
+};
+
+void PaintAxes(QRenderer *r, const Mapper &m) {
+  char buf[32];
+  std::vector<QSegment> grid;
+  int right = m.box.x + m.box.wid - 1, bottom = m.box.y + m.box.hgt - 1;
+  for (int i = 0; m.x.min + float(i) * m.x.step <= m.x.max + m.x.step * 1e-3f; i++) {
+    float v = m.x.min + float(i) * m.x.step;
+    int px = int(std::lround(m.X(v)));
+    grid.push_back({px, m.box.y, px, bottom});
+    Label(v, m.x.step, buf, sizeof buf);
+    if (r->HasFont()) r->DrawText(buf, px - r->MeasureText(buf) / 2, bottom + 6, INK);
+  }
+  for (int i = 0; m.y.min + float(i) * m.y.step <= m.y.max + m.y.step * 1e-3f; i++) {
+    float v = m.y.min + float(i) * m.y.step;
+    int py = int(std::lround(m.Y(v)));
+    grid.push_back({m.box.x, py, right, py});
+    Label(v, m.y.step, buf, sizeof buf);
+    if (r->HasFont()) r->DrawText(buf, m.box.x - 6 - r->MeasureText(buf), py - 7, INK);
+  }
+  r->Segments(grid.data(), int(grid.size()), GRID);
+  QSegment frame[4] = {{m.box.x, m.box.y, right, m.box.y},
+                       {m.box.x, bottom, right, bottom},
+                       {m.box.x, m.box.y, m.box.x, bottom},
+                       {right, m.box.y, right, bottom}};
+  r->Segments(frame, 4, FRAME);
+}
+
+void PaintSeries(QRenderer *r, const Mapper &m, const ChartSeries &s) {
+  size_t n = s.x.size() < s.y.size() ? s.x.size() : s.y.size();
+  if (s.points) {
+    for (size_t i = 0; i < n; i++)
+      if (std::isfinite(s.x[i]) && std::isfinite(s.y[i]))
+        r->FillRect(QRect(int(std::lround(m.X(s.x[i]))) - 2, int(std::lround(m.Y(s.y[i]))) - 2, 5, 5), s.color);
+    return;
+  }
+  // Pixel-centre positions (relative to pixel 0, 0); a gap (NaN) splits the line.
+  std::vector<QPointF> run;
+  auto flush = [&] {
+    if (run.size() >= 2) r->Polyline(run.data(), int(run.size()), QStroke{s.color, s.alpha, s.width, true}, 0, 0);
+    run.clear();
+  };
+  for (size_t i = 0; i < n; i++) {
+    if (!std::isfinite(s.x[i]) || !std::isfinite(s.y[i])) {
+      flush();
+      continue;
+    }
+    run.push_back({m.X(s.x[i]), m.Y(s.y[i])});
+  }
+  flush();
+}
+
+void PaintLegend(QRenderer *r, const Chart &chart, const QRect &box) {
+  if (!r->HasFont()) return;
+  int widest = 0, rows = 0;
+  for (const ChartSeries &s : chart.series)
+    if (!s.label.empty()) {
+      int w = r->MeasureText(s.label.c_str());
+      widest = w > widest ? w : widest;
+      rows++;
+    }
+  if (!rows) return;
+  int x = box.x + box.wid - widest - 46, y = box.y + 8;
+  r->FillRect(QRect(x - 6, y - 4, widest + 46, rows * 16 + 6), QColor(255, 255, 255, 255));
+  for (const ChartSeries &s : chart.series) {
+    if (s.label.empty()) continue;
+    if (s.points) {
+      r->FillRect(QRect(x + 10, y + 5, 5, 5), s.color);
+    } else {
+      QPointF line[2] = {{0.0f, 0.0f}, {24.0f, 0.0f}};
+      r->Polyline(line, 2, QStroke{s.color, s.alpha < 0.6f ? 0.6f : s.alpha, 2.0f, true}, x, y + 7);
+    }
+    r->DrawText(s.label.c_str(), x + 32, y, INK);
+    y += 16;
+  }
+}
+
+}  // namespace
+
+void ChartPaint(QRenderer *r, const Chart &chart, const QRect &area) {
+  Mapper m;
+  m.box = ChartBox(area);
+  ChartFit(chart, &m.x, &m.y);
+  if (r->HasFont()) {
+    r->DrawText(chart.title.c_str(), area.x + (area.wid - r->MeasureText(chart.title.c_str())) / 2, area.y + 10, INK);
+    r->DrawText(chart.yName.c_str(), m.box.x - 70, m.box.y - 18, INK);
+    r->DrawText(chart.xName.c_str(), m.box.x + (m.box.wid - r->MeasureText(chart.xName.c_str())) / 2,
+                m.box.y + m.box.hgt + 26, INK);
+  }
+  PaintAxes(r, m);
+  r->ClipRect(m.box);
+  for (const ChartSeries &s : chart.series) PaintSeries(r, m, s);
+  r->ClipNone();
+  PaintLegend(r, chart, m.box);
+}

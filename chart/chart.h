@@ -1,0 +1,43 @@
+// Chart: an x-y diagram described as data (title, axis names with units,
+// series of lines or points) and drawn through a QRenderer, with axes that
+// fit the data. The views beside the window's graphs (chart/views.h) are
+// charts; the window, tyrograph-cli plot and the tests draw them alike.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "render/qcolor.h"
+#include "render/qrect.h"
+
+class QRenderer;
+
+struct ChartSeries {
+  std::vector<float> x, y;
+  QColor color;
+  float alpha = 1.0f;
+  float width = 1.5f;
+  bool points = false;  // measured points: small squares, no line
+  std::string label;    // legend text; empty: not in the legend
+};
+
+struct Chart {
+  std::string title;
+  std::string xName, yName;  // with units, e.g. "Fz [N]"
+  std::vector<ChartSeries> series;
+};
+
+// An axis: the data range widened to whole ticks.
+struct ChartAxis {
+  float min = 0.0f, max = 1.0f, step = 0.5f;
+};
+
+// The axis over values lo..hi: a step of 1, 2 or 5 times a power of ten
+// giving four to ten ticks; an empty or flat range still gets one step.
+ChartAxis ChartFitAxis(float lo, float hi);
+// The axes over all finite points of all series.
+void ChartFit(const Chart &chart, ChartAxis *x, ChartAxis *y);
+// The plot box of a chart drawn into `area`.
+QRect ChartBox(const QRect &area);
+// Title, grid, tick labels, axis names, series and legend into `area`.
+void ChartPaint(QRenderer *r, const Chart &chart, const QRect &area);

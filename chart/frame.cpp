@@ -1,0 +1,113 @@
+// Frame drawing: graphs, texts, overlays and ghosts.
+#include "chart/frame.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "chart/frametexts.h"
+#include "chart/graph.h"
+#include "chart/tyreguard.h"
+#include "render/qrenderer.h"
+
+float FrameLoadGhostAlpha(int i) {
+  // Deliberately uneven: the two highest loads are not the faintest.
+  if (i <= 2) return float(20 + 80 * i / 5) / 255.0f;
+  return (i == 3 ? 100.0f : 80.0f) / 255.0f;
+}
+
+float FrameCamberGhostAlpha(int i) {
+  return (50.0f - float(std::abs(i - 3)) / 6.0f * 60.0f) / 255.0f;
+}
+
+namespace {
+
+// Ghost curves of the focused graph at five loads or six cambers. The tyre
+// goes back to its own state through the guard.
+void PaintGhosts(QRenderer *r, const FrameState &st, int cx, int cy) {
+  Graph *g = st.graphs[st.focus - 1];
+  if (!g) return;
+  KPacejka *tyre = g->GetCurrentTyre();
+  TyreStateGuard keep(tyre);
+  if (!st.ghostCamber) {
+    float load = tyre->Fz * 1000.0f;
+    for (int i = 0; i < 5; i++) {
+      tyre->SetNormalLoad(load * 7.0f * float(i) / 25.0f);
+      g->SetAlpha(FrameLoadGhostAlpha(i));
+      g->Sample();
+      g->PaintCurve(r, cx, cy, true);
+    }
+  } else {
+    for (int i = 0; i < 6; i++) {
+      tyre->SetCamber((20.0f * float(i) / 5.0f - 10.0f) / CURVE_RAD2DEG);
+      g->SetAlpha(FrameCamberGhostAlpha(i));
+      g->Sample();
+      g->PaintCurve(r, cx, cy, true);
+    }
+  }
+}
+
+// One line per tyre in the plot's lower left corner: a short stroke in the Fy
+// graph's colour, then the label; moved left when the longest label would
+// pass `right`, but never out of the plot (from `x` on).
+void PaintLegend(QRenderer *r, const FrameState &st, int x, int y, int right) {
+  if (!r->HasFont()) return;
+  int widest = r->MeasureText(st.label.c_str());
+  for (const FrameOverlay &o : st.overlays)
+    if (r->MeasureText(o.label.c_str()) > widest) widest = r->MeasureText(o.label.c_str());
+  if (x + 30 + widest > right) x = std::max(x, right - 30 - widest);
+  auto line = [&](Graph *const *graphs, const std::string &label, int row) {
+    Graph *g = graphs[CURVE_FY] ? graphs[CURVE_FY] : graphs[CURVE_FX];
+    if (!g) return;
+    int ty = y + 16 * row;
+    QPointF stroke[2] = {{0.0f, 0.0f}, {24.0f, 0.0f}};
+    r->Polyline(stroke, 2, QStroke{g->GetColor(), 1.0f, 2.0f, true}, x, ty + 7);
+    r->DrawText(label.c_str(), x + 30, ty, g->GetColor());
+  };
+  line(st.graphs, st.label, 0);
+  for (size_t i = 0; i < st.overlays.size(); i++) line(st.overlays[i].graphs, st.overlays[i].label, int(i) + 1);
+}
+
+// Samples and draws each graph's main curve at full strength; the tyres are
+// left as they were.
+void PaintMainCurves(QRenderer *r, Graph *const *graphs, int cx, int cy) {
+  for (int i = 0; i < CURVE_COUNT; i++) {
+    Graph *g = graphs[i];
+    if (!g) continue;
+    TyreStateGuard keep(g->GetCurrentTyre());
+    g->SetAlpha(1.0f);
+    g->Sample();
+    g->PaintCurve(r, cx, cy, false);
+  }
+}
+
+}  // namespace
+
+void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
+  char buf[128];
+  int cx = view.x + view.wid / 2, cy = view.y + view.hgt / 2;
+  int areaTop = view.y, areaBottom = view.y + view.hgt;
+
+  if (r->HasFont() && st.graphs[CURVE_FX]) {
+    snprintf(buf, sizeof buf, "Model: %s", st.graphs[CURVE_FX]->GetCurrentTyre()->GetModelName());
+    r->DrawText(buf, view.x + 15, areaTop + 10, QColor(100, 100, 255, 255));
+  }
+
+  GraphPaintGrid(r, cx, cy);
+  if (st.underlay) st.underlay(r);
+  // A frame can come before the graphs exist: an error box raised during
+  // the start-up runs the loop, and so the paint callback.
+  PaintMainCurves(r, st.graphs, cx, cy);
+  // The texts once all curves are known, so that the labels can keep off them.
+  const bool xMinAbove = FrameXMinLabelsAbove(r, st.graphs, cx, cy);
+  for (Graph *g : st.graphs)
+    if (g) g->PaintTexts(r, cx, cy, areaTop, areaBottom, xMinAbove);
+  for (const FrameOverlay &o : st.overlays) PaintMainCurves(r, o.graphs, cx, cy);
+  // The lower left quarter holds no range label, and the curves of a tyre
+  // with a friction below about 1.6 keep clear of its bottom rows.
+  if (!st.overlays.empty()) {
+    int rows = 1 + int(st.overlays.size());
+    PaintLegend(r, st, cx - Graph::X_ORIGIN + 6, cy + Graph::Y_ORIGIN - 4 - 16 * rows, cx - 8);
+  }
+  if (st.focus >= 1 && st.focus <= 3) PaintGhosts(r, st, cx, cy);
+}

@@ -1,0 +1,94 @@
+// The window's frame: the session's state and the texts around the plot.
+#include "tool/windowframe.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+#include "base/qelide.h"
+#include "chart/frametexts.h"
+#include "chart/graph.h"
+#include "chart/plot.h"
+#include "render/qrenderer.h"
+#include "tool/layout.h"
+#include "tool/session.h"
+#include "tool/settings.h"
+
+namespace {
+
+void PaintCoefficientTexts(QRenderer *r, int left, int top, int bandTop) {
+  // Nothing is selected yet while the start-up still loads the car.
+  if (!r->HasFont() || !session.edit.desc || !session.edit.unit) return;
+  char buf[160];
+  const QColor black(0, 0, 0, 255);
+  snprintf(buf, sizeof buf, "%s: %s", session.edit.name, session.edit.desc);
+  r->DrawText(buf, left, top, black);
+  const char *unit = *session.edit.unit ? session.edit.unit : "(non-dimensional)";
+  int textsRight = left + r->MeasureText(buf);
+  snprintf(buf, sizeof buf, "Value: %.3f %s", double(SessionCoefficientValue()), unit);
+  r->DrawText(buf, left, top + 16, black);
+  FramePaintEntryNote(r, session.entryNote, left + r->MeasureText(buf), top + 16);
+  textsRight = std::max(textsRight, left + r->MeasureText(buf));
+  if (!session.graphs[CURVE_FX] || session.graphs[CURVE_FX]->GetCurrentTyre()->model != 1) return;
+  // Magic Formula 5.2: all scaling factors, beside these texts under the
+  // operating-point sliders.
+  FramePaintScaleList(r, *session.graphs[CURVE_FX]->GetCurrentTyre(), textsRight, bandTop);
+}
+
+}  // namespace
+
+FrameState FrameStateFromSession() {
+  FrameState st;
+  for (int i = 0; i < CURVE_COUNT; i++) st.graphs[i] = session.graphs[i];
+  st.focus = session.focus;
+  st.ghostCamber = session.ghostCamber;
+  if (session.reference[CURVE_FX] && session.graphs[CURVE_FX]) {
+    // The reference tyre follows the operating point and the zoom.
+    FrameOverlay ref;
+    for (int i = 0; i < CURVE_COUNT; i++) {
+      ref.graphs[i] = session.reference[i];
+      OpApplyAll(session.reference[i]->GetCurrentTyre(), session.point);
+      session.reference[i]->SetZoom(session.zoom);
+    }
+    ref.label = session.referenceLabel;
+    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel) : session.lastTir;
+    st.overlays.push_back(ref);
+  }
+  return st;
+}
+
+void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
+  r->BeginPicture(QColor(255, 255, 255, 255));
+  QRect view(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, viewWidth, viewHeight);
+  PlotPaint(r, PlotKind(session.view), FrameStateFromSession(), view, nullptr);
+  int cx = GRAPH_LEFT_MARGIN + viewWidth / 2;
+  int areaTop = GRAPH_TOP_MARGIN, areaBottom = GRAPH_TOP_MARGIN + viewHeight;
+  if (r->HasFont() && session.graphs[CURVE_FX]) FramePaintCarNote(r, session.carNote, view.x + 15, areaTop + 10);
+  if (session.view == PLOT_CURVES) 
+    FramePaintOpLine(r, session.graphs, session.point, session.wheel, cx - Graph::X_ORIGIN, GRAPH_LEFT_MARGIN + viewWidth,
+                     areaBottom);
+  const PanelLayout layout = LayoutCompute(viewWidth, viewHeight);
+  const QRect lastSlider = layout.op[OP_SLIDERS - 1];
+  PaintCoefficientTexts(r, 13, viewHeight + 72 + 4 * 21 + 4, lastSlider.y + lastSlider.hgt + 1);
+  // The keys of the views, in the free corner under the wheel slider (the
+  // band along the bottom edge holds a Magic Formula 5.2 tyre's scale list).
+  // For a few seconds after F4 its line names the file written, and the
+  // line under it the folder.
+  if (r->HasFont()) {
+    std::string hint[4];
+    hint[0] = std::string("F2 view: ") + PlotKindName(PlotKind(session.view));
+    hint[1] = std::string("F3 reference tyre: ") + (session.reference[CURVE_FX] ? "on" : "off");
+    hint[2] = "F4 save view as PNG";
+    if (!session.savedView.empty()) {
+      const std::string name = QPathTail(session.savedView);
+      hint[2] = "F4 saved " + name;
+      hint[3] = "in " + session.savedView.substr(0, session.savedView.size() - name.size());
+    }
+    const int top = layout.wheel.y + layout.wheel.hgt + 12;
+    const int room = layout.wheel.wid + 30;
+    auto width = [r](const std::string &t) { return r->MeasureText(t.c_str()); };
+    for (int i = 0; i < 4; i++)
+      if (!hint[i].empty())
+        r->DrawText(QElideMiddle(hint[i], room, width).c_str(), layout.wheel.x, top + 15 * i, QColor(128, 128, 128, 255));
+  }
+}
