@@ -2,8 +2,10 @@
 #include "chart/chart.h"
 
 #include <cmath>
+#include <algorithm>
 #include <cstdio>
 
+#include "base/qelide.h"
 #include "render/qrenderer.h"
 
 ChartAxis ChartFitAxis(float lo, float hi) {
@@ -44,7 +46,7 @@ QRect ChartBox(const QRect &area) { return QRect(area.x + 80, area.y + 40, area.
 
 namespace {
 
-const QColor INK(0, 0, 0, 255), GRID(230, 230, 230, 255), FRAME(128, 128, 128, 255);
+const QColor INK(0, 0, 0, 255), GRID(230, 230, 230, 255), FRAME(128, 128, 128, 255), SUBTITLE(110, 110, 110, 255);
 
 // Tick label: as few decimals as the step needs.
 void Label(float v, float step, char *buf, size_t size) {
@@ -144,6 +146,15 @@ void ChartPaint(QRenderer *r, const Chart &chart, const QRect &area) {
   ChartFit(chart, &m.x, &m.y);
   if (r->HasFont()) {
     r->DrawText(chart.title.c_str(), area.x + (area.wid - r->MeasureText(chart.title.c_str())) / 2, area.y + 10, INK);
+    if (!chart.subtitle.empty()) {
+      // Centred under the title, but right of the y axis's name, and
+      // shortened in the middle when the row is too narrow.
+      const int left = m.box.x - 70 + r->MeasureText(chart.yName.c_str()) + 12, right = area.x + area.wid - 8;
+      std::string sub = QElideMiddle(chart.subtitle, right - left,
+                                     [r](const std::string &t) { return r->MeasureText(t.c_str()); });
+      int w = r->MeasureText(sub.c_str());
+      r->DrawText(sub.c_str(), std::max(left, area.x + (area.wid - w) / 2), area.y + 25, SUBTITLE);
+    }
     r->DrawText(chart.yName.c_str(), m.box.x - 70, m.box.y - 18, INK);
     r->DrawText(chart.xName.c_str(), m.box.x + (m.box.wid - r->MeasureText(chart.xName.c_str())) / 2,
                 m.box.y + m.box.hgt + 26, INK);

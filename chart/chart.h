@@ -23,6 +23,7 @@ struct ChartSeries {
 
 struct Chart {
   std::string title;
+  std::string subtitle;      // a second line under the title, in grey; may be empty
   std::string xName, yName;  // with units, e.g. "Fz [N]"
   std::vector<ChartSeries> series;
 };
