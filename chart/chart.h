@@ -42,3 +42,20 @@ void ChartFit(const Chart &chart, ChartAxis *x, ChartAxis *y);
 QRect ChartBox(const QRect &area);
 // Title, grid, tick labels, axis names, series and legend into `area`.
 void ChartPaint(QRenderer *r, const Chart &chart, const QRect &area);
+
+// The legend: one row per labelled series, each label shortened in the
+// middle to at most CHART_LEGEND_TEXT pixels. It goes into the corner of the
+// plot box where the fewest series pixels run (ChartHits), the upper right
+// when several tie, then the upper left, lower right and lower left. When
+// every corner has some, the vertical axis gets up to four more steps at the
+// top, until an upper corner is free.
+constexpr int CHART_LEGEND_TEXT = 300;
+struct ChartLegend {
+  QRect box;                        // the white box behind it; empty: no legend
+  std::vector<std::string> labels;  // as drawn
+};
+ChartLegend ChartLegendPlace(QRenderer *r, const Chart &chart, const QRect &area);
+// Pixels of the chart's series drawn into `area` (lines followed from point to
+// point, and measured points) that fall inside `box`, with the axes as
+// ChartPaint lays them out.
+int ChartHits(QRenderer *r, const Chart &chart, const QRect &area, const QRect &box);

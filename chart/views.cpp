@@ -68,14 +68,10 @@ float ViewMaxLoad(const KPacejka &tyre) { return ViewLoadRangeOf(tyre).top; }
 
 namespace {
 
-// "Fz up to ...", one part per tyre, named when there are several.
+// "Fz up to ...", one part per tyre in the legend's order.
 std::string LoadSubtitle(const std::vector<ViewTyre> &tyres) {
   std::string out;
-  for (const ViewTyre &vt : tyres) {
-    out += out.empty() ? "Fz up to " : "; ";
-    if (tyres.size() > 1 && !vt.label.empty()) out += vt.label + ": ";
-    out += ViewLoadRangeOf(*vt.tyre).why;
-  }
+  for (const ViewTyre &vt : tyres) out += (out.empty() ? "Fz up to " : " / ") + ViewLoadRangeOf(*vt.tyre).why;
   return out;
 }
 

@@ -51,7 +51,9 @@ FrameState FrameStateFromSession() {
       session.reference[i]->SetZoom(session.zoom);
     }
     ref.label = session.referenceLabel;
-    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel) : session.lastTir;
+    // The legend names the file, not its folders (the title bar has the path).
+    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel)
+                                       : QPathTail(session.lastTir);
     st.overlays.push_back(ref);
   }
   return st;

