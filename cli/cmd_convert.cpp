@@ -8,6 +8,7 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
+#include "chart/basedir.h"
 #include "chart/carload.h"
 
 namespace {
@@ -26,6 +27,7 @@ int RunConvert(const std::vector<std::string> &args) {
   // 1. the source, as eval reads it
   KPacejka *source = new KPacejka;
   std::string error;
+  o.input = CarResolveSource(o.input, BaseFolderFind());
   if (!CarLoadTyreSource(o.input.c_str(), o.wheel, source, &error)) {
     fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
     delete source;
@@ -47,7 +49,8 @@ int RunConvert(const std::vector<std::string> &args) {
 }
 
 const char kDetails[] =
-    "SOURCE: a .tir file (any case), a car.ini-style file or a car folder holding car.ini.\n"
+    "SOURCE: a .tir file (any case), a car.ini-style file or a car folder holding car.ini;\n"
+    "  a bare name is looked up as data/cars/NAME, then data/tyres/NAME in the base folder.\n"
     "The source is sampled over its own load, slip and camber ranges and the target model\n"
     "is fitted to the samples.\n"
     "\n"

@@ -8,6 +8,7 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
+#include "chart/basedir.h"
 #include "chart/carload.h"
 
 namespace {
@@ -32,6 +33,7 @@ int RunFit(const std::vector<std::string> &args) {
   if (!o.start.empty()) {
     start = new KPacejka;
     std::string error;
+    o.start = CarResolveSource(o.start, BaseFolderFind());
     if (!CarLoadTyreSource(o.start.c_str(), o.wheel, start, &error)) {
       fprintf(stderr, "tyrograph-cli %s: --start: %s\n", cmd, error.c_str());
       delete start;
