@@ -59,7 +59,8 @@ def test_import_problems_say_which_python_is_needed(tmp_path):
     fake.mkdir(parents=True)
     (fake / "__init__.py").write_text("raise ImportError('no numpy here')\n")
     env = dict(os.environ, PYTHONPATH=str(tmp_path / "nonumpy") + os.pathsep + os.path.dirname(package))
-    done = subprocess.run([sys.executable, "-c", "import tyrograph"], env=env, capture_output=True, text=True)
+    done = subprocess.run([sys.executable, "-c", "import tyrograph"], env=env, cwd=str(tmp_path), capture_output=True,
+                          text=True)
     assert done.returncode != 0
     assert "ImportError: tyrograph needs NumPy, and %s (Python %d.%d) has none" % (
         sys.executable, *sys.version_info[:2]) in done.stderr
@@ -69,7 +70,8 @@ def test_import_problems_say_which_python_is_needed(tmp_path):
     for so in other.glob("_tyrograph*.so"):
         so.rename(other / so.name.replace(sys.implementation.cache_tag, "cpython-399"))
     env = dict(os.environ, PYTHONPATH=str(other.parent))
-    done = subprocess.run([sys.executable, "-c", "import tyrograph"], env=env, capture_output=True, text=True)
+    done = subprocess.run([sys.executable, "-c", "import tyrograph"], env=env, cwd=str(tmp_path), capture_output=True,
+                          text=True)
     assert done.returncode != 0
     assert "its compiled module was built for CPython 3.99, and this is %s (Python %d.%d)" % (
         sys.executable, *sys.version_info[:2]) in done.stderr, done.stderr
