@@ -8,43 +8,35 @@
 #include "chart/curves.h"
 #include "chart/oppoint.h"
 #include "tyre/kpacejka.h"
+#include "tyre/kpacejka_point.h"
 
 namespace {
 
 struct Frame {
-  KPacejka tyres[CURVE_COUNT];
+  KPacejka tyre;
   CurveRange ranges[CURVE_COUNT];
   Curve curves[CURVE_COUNT];
   explicit Frame(const char *source) {
+    std::string error;
+    CarLoadTyreSource(source, 0, &tyre, &error);
+    OpApplyAll(&tyre, OperatingPoint());
     for (int g = 0; g < CURVE_COUNT; g++) {
-      std::string error;
-      CarLoadTyreSource(source, 0, &tyres[g], &error);
-      OpApplyAll(&tyres[g], OperatingPoint());
       ranges[g] = CurveInitialRange(CurveKind(g));
       CurveApplyZoom(CurveKind(g), true, &ranges[g]);
     }
   }
   void Main() {
-    for (int g = 0; g < CURVE_COUNT; g++) CurveSample(&tyres[g], CurveKind(g), ranges[g], &curves[g]);
+    for (int g = 0; g < CURVE_COUNT; g++) CurveSample(tyre, tyre.GetStoredPoint(), CurveKind(g), ranges[g], &curves[g]);
   }
   // Ghosts of the Fy graph, as the frame draws them with focus Fy.
   void Ghosts(bool camber) {
-    KPacejka *t = &tyres[CURVE_FY];
+    const kpacejka::Point<float> own = tyre.GetStoredPoint();
     Curve ghost;
-    if (!camber) {
-      float load = t->Fz * 1000.0f;
-      for (int i = 0; i < 5; i++) {
-        t->SetNormalLoad(load * 7.0f * float(i) / 25.0f);
-        CurveSample(t, CURVE_FY, ranges[CURVE_FY], &ghost);
-      }
-      t->SetNormalLoad(load);
-    } else {
-      float saved = t->GetCamber();
-      for (int i = 0; i < 6; i++) {
-        t->SetCamber((20.0f * float(i) / 5.0f - 10.0f) / CURVE_RAD2DEG);
-        CurveSample(t, CURVE_FY, ranges[CURVE_FY], &ghost);
-      }
-      t->SetCamber(saved);
+    for (int i = 0; i < (camber ? 6 : 5); i++) {
+      kpacejka::Point<float> at = own;
+      if (camber) at.camber = kpacejka::StoredCamber(tyre, (20.0f * float(i) / 5.0f - 10.0f) / CURVE_RAD2DEG);
+      else at.Fz = at.FzPeak = kpacejka::StoredLoad(tyre, own.Fz * 1000.0f * 7.0f * float(i) / 25.0f);
+      CurveSample(tyre, at, CURVE_FY, ranges[CURVE_FY], &ghost);
     }
     benchmark::DoNotOptimize(ghost);
   }

@@ -1,7 +1,7 @@
 // Curve sampling shared by the graphs and tyrograph-cli.
 #include "chart/curves.h"
 
-#include "tyre/kpacejka.h"
+#include "tyre/kpacejka_point.h"
 
 CurveRange CurveInitialRange(CurveKind kind) {
   switch (kind) {
@@ -22,21 +22,19 @@ float CurveSampleX(const CurveRange &range, int i) {
 }
 
 // One model evaluation at horizontal position x, as the graph shows it.
-static float SampleAt(KPacejka *tyre, CurveKind kind, float x, float normaliser) {
-  if (kind == CURVE_FX) {
-    tyre->SetSlipRatio(x);
-    tyre->Calculate();
-    return tyre->Fx * normaliser;
-  }
-  tyre->SetSlipAngle(x / CURVE_RAD2DEG);
-  tyre->Calculate();
-  return kind == CURVE_FY ? tyre->Fy * normaliser : tyre->Mz;
+static float SampleAt(const KTyreParams &tyre, kpacejka::Point<float> at, CurveKind kind, float x, float normaliser) {
+  if (kind == CURVE_FX) at.slipPercentage = kpacejka::StoredSlipRatio(tyre, x);
+  else at.sideSlip = kpacejka::StoredSlipAngle(tyre, x / CURVE_RAD2DEG);
+  const KTyreResult r = KTyreEvaluateStored(tyre, at);
+  KTyreReportStored(at, r);
+  return kind == CURVE_FX ? r.Fx * normaliser : kind == CURVE_FY ? r.Fy * normaliser : r.Mz;
 }
 
-void CurveSample(KPacejka *tyre, CurveKind kind, const CurveRange &range, Curve *out) {
+void CurveSample(const KTyreParams &tyre, const kpacejka::Point<float> &at, CurveKind kind, const CurveRange &range,
+                 Curve *out) {
   // The model holds the load in kN. Below 1 N the forces are normalised as if
   // the load were 1 N, so Fx/Fz stays finite when the tyre is unloaded.
-  float load = tyre->Fz * 1000.0f;
+  float load = at.Fz * 1000.0f;
   if (load < 1.0f) load = 1.0f;
   float normaliser = 1.0f / load;
 
@@ -46,7 +44,7 @@ void CurveSample(KPacejka *tyre, CurveKind kind, const CurveRange &range, Curve 
   out->peakValue = 0.0f;
   for (int i = 0; i < CURVE_SAMPLES; i++) {
     float x = CurveSampleX(range, i);
-    float v = SampleAt(tyre, kind, x, normaliser);
+    float v = SampleAt(tyre, at, kind, x, normaliser);
     out->samples[i] = v;
     if (v > out->peakValue) {
       out->peakValue = v;

@@ -4,7 +4,7 @@
 // both sample through this file, so they always agree.
 #pragma once
 
-class KPacejka;
+#include "tyre/ktyre.h"
 
 enum CurveKind { CURVE_FX = 0, CURVE_FY = 1, CURVE_MZ = 2, CURVE_COUNT = 3 };
 
@@ -30,9 +30,14 @@ void CurveApplyZoom(CurveKind kind, bool zoom, CurveRange *range);
 // Horizontal position of sample i. The step divides by the sample count, not
 // count - 1, so the last sample stands one step short of xMax.
 float CurveSampleX(const CurveRange &range, int i);
-// Samples the tyre at its current load and camber, changing only its slip
-// (slip ratio for Fx, slip angle for Fy and Mz).
-void CurveSample(KPacejka *tyre, CurveKind kind, const CurveRange &range, Curve *out);
+// Samples the tyre at the stored operating point `at` (KPacejka's
+// GetStoredPoint), varying only its slip (slip ratio for Fx, slip angle for
+// Fy and Mz) as the setters would set it. Changes nothing: the stateless
+// core, one point at a time (the curves, the exports built on them and the
+// frame digests hold Calculate's bits, which the vector batch does not
+// give). The NaN reports of Calculate go out on the calling thread.
+void CurveSample(const KTyreParams &tyre, const kpacejka::Point<float> &at, CurveKind kind, const CurveRange &range,
+                 Curve *out);
 
 // Texts of the graphs.
 const char *CurveTitle(CurveKind kind);

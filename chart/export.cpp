@@ -7,6 +7,7 @@
 #include "chart/coeftable.h"
 #include "chart/curves.h"
 #include "tyre/kpacejka.h"
+#include "tyre/kpacejka_point.h"
 #include "diag/qdebug.h"
 
 namespace {
@@ -21,17 +22,17 @@ void Appendf(std::string *out, const char *fmt, ...) {
   if (n > 0) out->append(buf, size_t(n) < sizeof buf ? size_t(n) : sizeof buf - 1);
 }
 
-// One evaluation of the swept force at sweep position x.
-float SweepForce(KPacejka *tyre, bool lateral, float x) {
-  if (lateral) {
-    // The sweep value is taken as radians as it stands.
-    tyre->SetSlipAngle(x);
-    tyre->Calculate();
-    return tyre->Fy;
-  }
-  tyre->SetSlipRatio(x);
-  tyre->Calculate();
-  return tyre->Fx;
+// One evaluation of the swept force at sweep position x: the tyre's
+// operating point with the swept slip replaced as its setter would store it
+// (the tyre is not changed; the reports of Calculate on this thread).
+float SweepForce(const KPacejka &tyre, bool lateral, float x) {
+  kpacejka::Point<float> at = tyre.GetStoredPoint();
+  // The sweep value is taken as radians as it stands.
+  if (lateral) at.sideSlip = kpacejka::StoredSlipAngle(tyre, x);
+  else at.slipPercentage = kpacejka::StoredSlipRatio(tyre, x);
+  const KTyreResult r = KTyreEvaluateStored(tyre, at);
+  KTyreReportStored(at, r);
+  return lateral ? r.Fy : r.Fx;
 }
 
 float SweepX(float maximum, int steps, int i) {
@@ -41,7 +42,7 @@ float SweepX(float maximum, int steps, int i) {
 
 // Two passes over the same sweep: the first finds the largest positive force,
 // the second writes every value divided by it, seven to a line.
-void AppendSweep(std::string *out, KPacejka *tyre, bool lateral, int steps, float maximum) {
+void AppendSweep(std::string *out, const KPacejka &tyre, bool lateral, int steps, float maximum) {
   float peak = 0.0f;
   for (int i = 0; i < steps; i++) {
     float f = SweepForce(tyre, lateral, SweepX(maximum, steps, i));
@@ -92,7 +93,7 @@ void AppendPac96Block(std::string *out, const KPacejka &tyre, float fxPeakX, flo
 
 }  // namespace
 
-std::string ExportAsciiText(KPacejka *fxTyre, KPacejka *fyTyre, int steps, float maximum) {
+std::string ExportAsciiText(const KPacejka *fxTyre, const KPacejka *fyTyre, int steps, float maximum) {
   if (steps < 0) steps = 0;
   const float minimum = 0.0f;
   std::string out;
@@ -100,12 +101,12 @@ std::string ExportAsciiText(KPacejka *fxTyre, KPacejka *fyTyre, int steps, float
   Appendf(&out, "// Values from SR=%.2f to %.2f, %d steps, Fx normalized\n", static_cast<double>(minimum),
           static_cast<double>(maximum), steps);
   out += "\n";
-  AppendSweep(&out, fxTyre, false, steps, maximum);
+  AppendSweep(&out, *fxTyre, false, steps, maximum);
   out += "\n\n";
   Appendf(&out, "// Values from SA=%.2f to %.2f radians, %d steps, Fy normalized\n", static_cast<double>(minimum),
           static_cast<double>(maximum), steps);
   out += "\n";
-  AppendSweep(&out, fyTyre, true, steps, maximum);
+  AppendSweep(&out, *fyTyre, true, steps, maximum);
   return out;
 }
 

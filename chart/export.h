@@ -15,7 +15,7 @@ constexpr float EXPORT_ASCII_DEFAULT_MAX = 2.0f;
 // `fxTyre`, then of Fy over slip angle 0 .. maximum radians from `fyTyre`,
 // each divided by its own largest positive value (1.0 when there is none).
 // Changes the tyres' slip. A negative step count counts as 0.
-std::string ExportAsciiText(KPacejka *fxTyre, KPacejka *fyTyre, int steps, float maximum);
+std::string ExportAsciiText(const KPacejka *fxTyre, const KPacejka *fyTyre, int steps, float maximum);
 
 // The car.ini-style block of `tyre`. Models 1 and 3 give the scaling-factor
 // block; every other model the Pacejka89/96 block, whose statistics come from

@@ -9,9 +9,10 @@
 
 #include "chart/frametexts.h"
 #include "chart/graph.h"
-#include "chart/tyreguard.h"
+#include "chart/oppoint.h"
 #include "base/qelide.h"
 #include "render/qrenderer.h"
+#include "tyre/kpacejka_point.h"
 
 float FrameLoadGhostAlpha(int i) {
   // Deliberately uneven: the two highest loads are not the faintest.
@@ -25,26 +26,29 @@ float FrameCamberGhostAlpha(int i) {
 
 namespace {
 
-// Ghost curves of the focused graph at five loads or six cambers. The tyre
-// goes back to its own state through the guard.
+// Ghost curves of the focused graph at five loads or six cambers: the
+// current tyre's operating point with the load or the camber replaced as its
+// setters would store them.
 void PaintGhosts(QRenderer *r, const FrameState &st, int cx, int cy) {
   Graph *g = st.graphs[st.focus - 1];
   if (!g) return;
-  KPacejka *tyre = g->GetCurrentTyre();
-  TyreStateGuard keep(tyre);
+  const KPacejka &tyre = *g->GetCurrentTyre();
+  const kpacejka::Point<float> own = tyre.GetStoredPoint();
   if (!st.ghostCamber) {
-    float load = tyre->Fz * 1000.0f;
+    float load = own.Fz * 1000.0f;
     for (int i = 0; i < 5; i++) {
-      tyre->SetNormalLoad(load * 7.0f * float(i) / 25.0f);
+      kpacejka::Point<float> at = own;
+      at.Fz = at.FzPeak = kpacejka::StoredLoad(tyre, load * 7.0f * float(i) / 25.0f);
       g->SetAlpha(FrameLoadGhostAlpha(i));
-      g->Sample();
+      g->Sample(at);
       g->PaintCurve(r, cx, cy, true);
     }
   } else {
     for (int i = 0; i < 6; i++) {
-      tyre->SetCamber((20.0f * float(i) / 5.0f - 10.0f) / CURVE_RAD2DEG);
+      kpacejka::Point<float> at = own;
+      at.camber = kpacejka::StoredCamber(tyre, (20.0f * float(i) / 5.0f - 10.0f) / CURVE_RAD2DEG);
       g->SetAlpha(FrameCamberGhostAlpha(i));
-      g->Sample();
+      g->Sample(at);
       g->PaintCurve(r, cx, cy, true);
     }
   }
@@ -85,15 +89,15 @@ void PaintLegend(QRenderer *r, const FrameState &st, int cx, int cy) {
   for (size_t i = 0; i < st.overlays.size(); i++) line(st.overlays[i].graphs, labels[i + 1], int(i) + 1);
 }
 
-// Samples and draws each graph's main curve at full strength; the tyres are
-// left as they were.
-void PaintMainCurves(QRenderer *r, Graph *const *graphs, int cx, int cy) {
+// Samples and draws each graph's main curve at full strength, at the
+// tyre's own operating point or at `at` when given.
+void PaintMainCurves(QRenderer *r, Graph *const *graphs, int cx, int cy, const OperatingPoint *at = nullptr) {
   for (int i = 0; i < CURVE_COUNT; i++) {
     Graph *g = graphs[i];
     if (!g) continue;
-    TyreStateGuard keep(g->GetCurrentTyre());
     g->SetAlpha(1.0f);
-    g->Sample();
+    if (at) g->Sample(OpStoredPoint(*g->GetCurrentTyre(), *at));
+    else g->Sample();
     g->PaintCurve(r, cx, cy, false);
   }
 }
@@ -119,7 +123,7 @@ void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
   const bool xMinAbove = FrameXMinLabelsAbove(r, st.graphs, cx, cy);
   for (Graph *g : st.graphs)
     if (g) g->PaintTexts(r, cx, cy, areaTop, areaBottom, xMinAbove);
-  for (const FrameOverlay &o : st.overlays) PaintMainCurves(r, o.graphs, cx, cy);
+  for (const FrameOverlay &o : st.overlays) PaintMainCurves(r, o.graphs, cx, cy, o.hasPoint ? &o.point : nullptr);
   if (!st.overlays.empty()) PaintLegend(r, st, cx, cy);
   if (st.focus >= 1 && st.focus <= 3) PaintGhosts(r, st, cx, cy);
 }

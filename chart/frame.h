@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "chart/curves.h"
+#include "chart/oppoint.h"
 #include "render/qrect.h"
 
 class Graph;
@@ -25,11 +26,16 @@ float FrameCamberGhostAlpha(int i);
 struct FrameOverlay {
   Graph *graphs[CURVE_COUNT] = {};
   std::string label;
+  // The operating point the overlay is drawn at (the window's sliders);
+  // without one, the one its tyres hold.
+  bool hasPoint = false;
+  OperatingPoint point;
 };
 
 // Everything a frame reads. The operating point sits in the graphs' current
-// tyres, the zoom in their ranges, the emphasis in their flags; drawing
-// leaves the tyres as it found them (chart/tyreguard.h).
+// tyres (or an overlay's own), the zoom in their ranges, the emphasis in
+// their flags; drawing changes no tyre (it evaluates through the stateless
+// core, tyre/ktyre.h).
 struct FrameState {
   Graph *graphs[CURVE_COUNT] = {};  // a null graph is left out
   int focus = 0;                    // 1..3: that graph gets ghost curves

@@ -14,7 +14,9 @@ static QColor ColorOf(CurveKind kind) {
   }
 }
 
-Graph::Graph(CurveKind k, Graph *prev) : kind(k), previous(prev), color(ColorOf(k)), current(&tyres[0]) {
+Graph::Graph(CurveKind k, Graph *prev)
+    : kind(k), previous(prev), color(ColorOf(k)),
+      tyres(prev ? prev->tyres : std::shared_ptr<KPacejka[]>(new KPacejka[CAR_WHEELS])), current(&tyres[0]) {
   range = CurveInitialRange(kind);
   xScale = float(WIDTH) / (range.xMax - range.xMin);
   yScale = float(HEIGHT) / (range.yMax - range.yMin);

@@ -1,6 +1,8 @@
 // One of the three superimposed graphs of the window: Fx/Fz (index 0),
-// Fy/Fz (1) or Mz (2). A graph owns a tyre per wheel, points at the one of
-// the current wheel, re-samples it every frame (chart/curves.h) and draws the
+// Fy/Fz (1) or Mz (2). The three graphs of a tyre share one tyre per wheel:
+// the first graph makes the four, each later one (given the one before it)
+// takes them over. A graph points at the current wheel's tyre, re-samples it
+// every frame (chart/curves.h, which leaves it unchanged) and draws the
 // curve with its range labels, title and peak text.
 //
 // Drawing: the three graphs share one plot of 580 x 380 pixels centred in the
@@ -9,6 +11,8 @@
 // over the whole plot; vertically a value maps through the y scale (pixels
 // per unit) around the plot's centre line.
 #pragma once
+
+#include <memory>
 
 #include "chart/carload.h"
 #include "chart/curves.h"
@@ -36,11 +40,11 @@ class Graph {
   const CurveRange &GetRange() const { return range; }
   void SetZoom(bool zoom) { CurveApplyZoom(kind, zoom, &range); }
 
-  // ---- Tyres ------------------------------------------------------------
+  // ---- Tyres (shared with the other graphs of the same tyre) -----------------
   KPacejka *GetTyre(int wheel) { return &tyres[wheel]; }
   KPacejka *GetCurrentTyre() const { return current; }
   void SelectWheel(int wheel) { current = &tyres[wheel]; }
-  // Loads the car's four wheels into this graph's tyres.
+  // Loads the car's four wheels into the tyres.
   void LoadCar(const char *car);
 
   // ---- State read by the frame ----------------------------------------------
@@ -58,8 +62,11 @@ class Graph {
   const char *GetYAxisName() const { return yAxisName; }
 
   // ---- Frame --------------------------------------------------------------
-  // Re-samples the current tyre.
-  void Sample() { CurveSample(current, kind, range, &curve); }
+  // Re-samples the current tyre at its own operating point, or at `at` (a
+  // stored point: a ghost's load or camber, a reference tyre's sliders).
+  // The tyre is not changed.
+  void Sample() { Sample(current->GetStoredPoint()); }
+  void Sample(const kpacejka::Point<float> &at) { CurveSample(*current, at, kind, range, &curve); }
   // Canvas position of sample i around the plot centre (cx, cy).
   int SampleX(int i, int cx) const;
   int SampleY(float value, int cy) const;
@@ -80,7 +87,7 @@ class Graph {
   const char *xAxisName = "X-axis";
   const char *yAxisName = "Y-axis";
   Curve curve{};
-  KPacejka tyres[CAR_WHEELS];
+  std::shared_ptr<KPacejka[]> tyres;  // CAR_WHEELS of them
   KPacejka *current;
 };
 

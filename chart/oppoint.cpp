@@ -5,6 +5,7 @@
 
 #include "chart/curves.h"
 #include "tyre/kpacejka.h"
+#include "tyre/kpacejka_point.h"
 
 int OpStartPosition(OpSlider slider) { return slider == OP_LOAD ? 83 : 500; }
 
@@ -43,4 +44,13 @@ void OpApply(KPacejka *tyre, OpSlider slider, const OperatingPoint &point) {
 
 void OpApplyAll(KPacejka *tyre, const OperatingPoint &point) {
   for (int s = 0; s < OP_SLIDERS; s++) OpApply(tyre, OpSlider(s), point);
+}
+
+KOperatingPoint OpPointSI(const OperatingPoint &point) {
+  return {point.load, point.slipRatio, point.slipAngle / CURVE_RAD2DEG, point.camber / CURVE_RAD2DEG};
+}
+
+kpacejka::Point<float> OpStoredPoint(const KTyreParams &tyre, const OperatingPoint &point) {
+  const KOperatingPoint si = OpPointSI(point);
+  return kpacejka::StoredPoint(tyre, si.fz, si.kappa, si.alpha, si.gamma);
 }

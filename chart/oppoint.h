@@ -3,6 +3,8 @@
 // (0..1000) to value and the caption each slider shows.
 #pragma once
 
+#include "tyre/ktyre.h"
+
 class KPacejka;
 
 enum OpSlider { OP_LOAD = 0, OP_SLIP_RATIO = 1, OP_SLIP_ANGLE = 2, OP_CAMBER = 3, OP_SLIDERS = 4 };
@@ -28,3 +30,7 @@ void OpSet(OperatingPoint *point, OpSlider slider, float value);
 void OpApply(KPacejka *tyre, OpSlider slider, const OperatingPoint &point);
 // Applies all four in the order load, slip ratio, slip angle, camber.
 void OpApplyAll(KPacejka *tyre, const OperatingPoint &point);
+// The point in SI (N, ratio, radians, radians), as the core takes it.
+KOperatingPoint OpPointSI(const OperatingPoint &point);
+// The stored point OpApplyAll leaves in `tyre`, without changing it.
+kpacejka::Point<float> OpStoredPoint(const KTyreParams &tyre, const OperatingPoint &point);

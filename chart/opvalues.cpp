@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "tyre/kpacejka.h"
+#include "tyre/kpacejka_point.h"
 
 namespace {
 
@@ -14,22 +15,21 @@ bool Differs(float asked, float used) { return std::fabs(asked - used) > 1e-4f *
 
 }  // namespace
 
-OpValues OpValuesAt(const KPacejka &tyre, const OperatingPoint &point) {
-  KPacejka copy;
-  for (int i = 0; i < kpacejkaMemberCount; i++)
-    KPacejkaSetMember(copy, kpacejkaMembers[i], KPacejkaGetMember(tyre, kpacejkaMembers[i]));
-  OpApplyAll(&copy, point);
-  copy.Calculate();
+OpValues OpValuesAt(const KTyreParams &tyre, const OperatingPoint &point) {
+  const KOperatingPoint si = OpPointSI(point);
+  const KTyreResult r = KTyreEvaluate(tyre, si);
+  KTyreReport(tyre, si, r);
+  const kpacejka::Point<float> used = OpStoredPoint(tyre, point);
   OpValues v;
-  v.Fx = copy.Fx;
-  v.Fy = copy.Fy;
-  v.Mz = copy.Mz;
+  v.Fx = r.Fx;
+  v.Fy = r.Fy;
+  v.Mz = r.Mz;
   v.load = point.load;
   v.slipRatio = point.slipRatio;
   v.slipAngle = point.slipAngle;
-  v.loadUsed = copy.Fz * 1000.0f;
-  v.slipRatioUsed = copy.slipPercentage / 100.0f;
-  v.slipAngleUsed = copy.sideSlip;
+  v.loadUsed = used.Fz * 1000.0f;
+  v.slipRatioUsed = used.slipPercentage / 100.0f;
+  v.slipAngleUsed = used.sideSlip;
   return v;
 }
 

@@ -1,13 +1,11 @@
 // The forces and the moment of one tyre at the sliders' operating point, and
 // what the model made of that point: a load or slip outside the tyre's own
 // validity ranges is clamped by the model's setters, and the frame says so.
-// Worked out on a copy, so the tyre, its curves and the exports stay as
-// they are.
+// Worked out by the stateless core (tyre/ktyre.h), so the tyre, its curves
+// and the exports stay as they are.
 #pragma once
 
 #include "chart/oppoint.h"
-
-class KPacejka;
 
 struct OpValues {
   float Fx = 0, Fy = 0, Mz = 0;  // N, N, N·m
@@ -16,8 +14,8 @@ struct OpValues {
   float loadUsed = 0, slipRatioUsed = 0, slipAngleUsed = 0;
 };
 
-// Evaluates a copy of `tyre` (every member of the name table) at `point`.
-OpValues OpValuesAt(const KPacejka &tyre, const OperatingPoint &point);
+// Evaluates `tyre` at `point` as the setters would set it, without changing it.
+OpValues OpValuesAt(const KTyreParams &tyre, const OperatingPoint &point);
 
 // "%s at the sliders: Fx %.1f N, Fy %.1f N, Mz %.2f N·m" with the wheel's
 // name (the dot in the font's Latin-1 code).

@@ -28,9 +28,17 @@ void Shades(QColor dark, QColor light, QColor out[CURVE_COUNT]) {
   out[CURVE_MZ] = dark;
 }
 
-ViewTyre ViewOf(Graph *const graphs[CURVE_COUNT], const std::string &label) {
-  return ViewTyre{graphs[CURVE_FX]->GetCurrentTyre(), graphs[CURVE_FX]->GetRange(), graphs[CURVE_FY]->GetRange(),
-                  graphs[CURVE_FX]->GetColor(), graphs[CURVE_FY]->GetColor(), label};
+// The view of a main or overlaid tyre, at its own operating point or at
+// `point` when given.
+ViewTyre ViewOf(Graph *const graphs[CURVE_COUNT], const std::string &label, const OperatingPoint *point = nullptr) {
+  const KPacejka &tyre = *graphs[CURVE_FX]->GetCurrentTyre();
+  return ViewTyre{&tyre,
+                  graphs[CURVE_FX]->GetRange(),
+                  graphs[CURVE_FY]->GetRange(),
+                  graphs[CURVE_FX]->GetColor(),
+                  graphs[CURVE_FY]->GetColor(),
+                  label,
+                  point ? OpStoredPoint(tyre, *point) : tyre.GetStoredPoint()};
 }
 
 // Measured points under the three graphs, in each graph's colour, paler.
@@ -113,7 +121,7 @@ Chart PlotChart(PlotKind kind, const FrameState &st, const PlotPoints *points) {
   std::vector<ViewTyre> tyres;
   if (st.graphs[CURVE_FX] && st.graphs[CURVE_FY]) tyres.push_back(ViewOf(st.graphs, st.overlays.empty() ? "" : st.label));
   for (const FrameOverlay &o : st.overlays)
-    if (o.graphs[CURVE_FX] && o.graphs[CURVE_FY]) tyres.push_back(ViewOf(o.graphs, o.label));
+    if (o.graphs[CURVE_FX] && o.graphs[CURVE_FY]) tyres.push_back(ViewOf(o.graphs, o.label, o.hasPoint ? &o.point : nullptr));
   switch (kind) {
     case PLOT_ELLIPSE: {
       Chart c = ViewEllipse(tyres);

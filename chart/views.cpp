@@ -6,8 +6,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "chart/tyreguard.h"
 #include "tyre/kpacejka.h"
+#include "tyre/kpacejka_point.h"
 
 // ---- [evaluation] ------------------------------------------------------------------------
 
@@ -17,11 +17,20 @@ struct Forces {
   float fx, fy;
 };
 
-Forces At(KPacejka *t, float kappa, float alphaDeg) {
-  t->SetSlipRatio(kappa);
-  t->SetSlipAngle(alphaDeg / CURVE_RAD2DEG);
-  t->Calculate();
-  return {t->Fx, t->Fy};
+// The forces at the tyre's point `at` with both slips replaced, as its setters
+// would store them (the reports of Calculate on this thread).
+Forces At(const KTyreParams &t, kpacejka::Point<float> at, float kappa, float alphaDeg) {
+  at.slipPercentage = kpacejka::StoredSlipRatio(t, kappa);
+  at.sideSlip = kpacejka::StoredSlipAngle(t, alphaDeg / CURVE_RAD2DEG);
+  const KTyreResult r = KTyreEvaluateStored(t, at);
+  KTyreReportStored(at, r);
+  return {r.Fx, r.Fy};
+}
+
+// The point `at` with the load replaced as SetNormalLoad stores it.
+kpacejka::Point<float> AtLoad(const KTyreParams &t, kpacejka::Point<float> at, float load) {
+  at.Fz = at.FzPeak = kpacejka::StoredLoad(t, load);
+  return at;
 }
 
 std::string Named(const char *what, const ViewTyre &vt) {
@@ -30,7 +39,7 @@ std::string Named(const char *what, const ViewTyre &vt) {
 
 }  // namespace
 
-ViewLoadRange ViewLoadRangeOf(const KPacejka &tyre) {
+ViewLoadRange ViewLoadRangeOf(const KTyreParams &tyre) {
   char buf[96];
   ViewLoadRange r;
   // 999999 N is the model's "no range given".
@@ -40,14 +49,14 @@ ViewLoadRange ViewLoadRangeOf(const KPacejka &tyre) {
     r.why = buf;
     return r;
   }
-  if (tyre.model != KPacejka::PAC96 && tyre.fz0 * tyre.lfz0 > 0.0f) {
+  if (tyre.model != KTyreParams::PAC96 && tyre.fz0 * tyre.lfz0 > 0.0f) {
     const float nominal = tyre.fz0 * tyre.lfz0;
     r.top = 3.0f * nominal;
     snprintf(buf, sizeof buf, "3 x nominal load %.0f N (no load range given)", double(nominal));
     r.why = buf;
     return r;
   }
-  if (tyre.model == KPacejka::PAC96) {
+  if (tyre.model == KTyreParams::PAC96) {
     // Peak friction b1 Fz + b2 (longitudinal), a1 Fz + a2 (lateral), Fz in kN.
     float zero = INFINITY;
     if (tyre.b1 < 0.0f && tyre.b2 > 0.0f) zero = std::fmin(zero, -tyre.b2 / tyre.b1);
@@ -64,7 +73,7 @@ ViewLoadRange ViewLoadRangeOf(const KPacejka &tyre) {
   return r;
 }
 
-float ViewMaxLoad(const KPacejka &tyre) { return ViewLoadRangeOf(tyre).top; }
+float ViewMaxLoad(const KTyreParams &tyre) { return ViewLoadRangeOf(tyre).top; }
 
 namespace {
 
@@ -108,11 +117,11 @@ constexpr int PEAK_POINTS = 1000;  // each side of a pure-slip sweep
 // The largest positive and negative force of a pure-slip sweep: slip ratio
 // -1..1 at zero slip angle, or slip angle -30..30 degrees at zero slip ratio.
 // (A tyre's sign convention decides which slip gives which sign.)
-void PureExtremes(KPacejka *t, bool lateral, float *pos, float *neg) {
+void PureExtremes(const ViewTyre &vt, bool lateral, float *pos, float *neg) {
   *pos = *neg = 0.0f;
   for (int i = -PEAK_POINTS; i <= PEAK_POINTS; i++) {
     float s = float(i) / float(PEAK_POINTS);
-    Forces f = lateral ? At(t, 0.0f, 30.0f * s) : At(t, s, 0.0f);
+    Forces f = lateral ? At(*vt.tyre, vt.at, 0.0f, 30.0f * s) : At(*vt.tyre, vt.at, s, 0.0f);
     float v = lateral ? f.fy : f.fx;
     *pos = std::fmax(*pos, v);
     *neg = std::fmax(*neg, -v);
@@ -127,26 +136,25 @@ Chart ViewEllipse(const std::vector<ViewTyre> &tyres) {
   c.xName = "Fx [kN]";
   c.yName = "Fy [kN]";
   for (const ViewTyre &vt : tyres) {
-    TyreStateGuard keep(vt.tyre);
     for (float alpha : VIEW_ELLIPSE_ANGLES) {
       ChartSeries s;
       s.color = vt.fyColor;
       s.alpha = 1.0f - std::fabs(alpha) / 20.0f;
       for (int i = 0; i < SWEEP_POINTS; i++) {
-        Forces f = At(vt.tyre, -1.0f + 2.0f * float(i) / float(SWEEP_POINTS - 1), alpha);
+        Forces f = At(*vt.tyre, vt.at, -1.0f + 2.0f * float(i) / float(SWEEP_POINTS - 1), alpha);
         s.x.push_back(f.fx / 1000.0f);
         s.y.push_back(f.fy / 1000.0f);
       }
       // Pacejka89/96 has no combined slip: its sweeps keep the pure-slip forces.
       if (alpha == 0.0f)
-        s.label = Named(vt.tyre->model == KPacejka::PAC96 ? "sweeps (model without combined slip)" : "combined slip", vt);
+        s.label = Named(vt.tyre->model == KTyreParams::PAC96 ? "sweeps (model without combined slip)" : "combined slip", vt);
       c.series.push_back(std::move(s));
     }
     // The envelope: an ellipse through the four pure-slip peaks, one quarter
     // per sign pair, so shifted curves keep their own extremes.
     float fxPos, fxNeg, fyPos, fyNeg;
-    PureExtremes(vt.tyre, false, &fxPos, &fxNeg);
-    PureExtremes(vt.tyre, true, &fyPos, &fyNeg);
+    PureExtremes(vt, false, &fxPos, &fxNeg);
+    PureExtremes(vt, true, &fyPos, &fyNeg);
     ChartSeries env;
     env.color = vt.fxColor;
     env.width = 2.0f;
@@ -168,8 +176,9 @@ namespace {
 // Loads of a load sweep: VIEW_LOAD_STEPS steps up to the maximum, with the
 // operating load and the minimum load among them (so the view and the curves
 // meet there, and the faded part ends at the limit).
-std::vector<float> Loads(const KPacejka &t) {
-  float top = ViewMaxLoad(t), own = t.Fz * 1000.0f;
+std::vector<float> Loads(const ViewTyre &vt) {
+  const KTyreParams &t = *vt.tyre;
+  float top = ViewMaxLoad(t), own = vt.at.Fz * 1000.0f;
   std::vector<float> loads;
   auto insert = [&](float extra, float next) {
     if (extra > 0.0f && extra < next && (loads.empty() || loads.back() < extra)) loads.push_back(extra);
@@ -192,20 +201,17 @@ Chart ViewMuLoad(const std::vector<ViewTyre> &tyres) {
   c.yName = "\xB5 [N/N]";
   c.subtitle = LoadSubtitle(tyres);
   for (const ViewTyre &vt : tyres) {
-    TyreStateGuard keep(vt.tyre);
     ChartSeries mx, my;
     mx.color = vt.fxColor, my.color = vt.fyColor;
     mx.label = Named("\xB5x", vt), my.label = Named("\xB5y", vt);
     // Each curve from the operating point, as the window's graphs sample it:
     // the Fx curve at the operating slip angle, the Fy curve at its slip ratio.
     auto peak = [&](CurveKind kind, const CurveRange &range, float load) {
-      TyreStateGuard fresh(vt.tyre);
       Curve curve;
-      vt.tyre->SetNormalLoad(load);
-      CurveSample(vt.tyre, kind, range, &curve);
+      CurveSample(*vt.tyre, AtLoad(*vt.tyre, vt.at, load), kind, range, &curve);
       return curve.peakValue;
     };
-    for (float load : Loads(*vt.tyre)) {
+    for (float load : Loads(vt)) {
       mx.x.push_back(load), mx.y.push_back(peak(CURVE_FX, vt.fxRange, load));
       my.x.push_back(load), my.y.push_back(peak(CURVE_FY, vt.fyRange, load));
     }
@@ -226,14 +232,14 @@ Chart ViewStiffness(const std::vector<ViewTyre> &tyres) {
   // Central differences over a small slip, at the tyre's camber.
   const float dk = 0.002f, daDeg = 0.1f;
   for (const ViewTyre &vt : tyres) {
-    TyreStateGuard keep(vt.tyre);
     ChartSeries kx, ky;
     kx.color = vt.fxColor, ky.color = vt.fyColor;
     kx.label = Named("Kx", vt), ky.label = Named("Ky", vt);
-    for (float load : Loads(*vt.tyre)) {
-      vt.tyre->SetNormalLoad(load);
-      float fx = (At(vt.tyre, dk, 0.0f).fx - At(vt.tyre, -dk, 0.0f).fx) / (2.0f * dk);
-      float fy = (At(vt.tyre, 0.0f, daDeg).fy - At(vt.tyre, 0.0f, -daDeg).fy) / (2.0f * daDeg / CURVE_RAD2DEG);
+    for (float load : Loads(vt)) {
+      const kpacejka::Point<float> at = AtLoad(*vt.tyre, vt.at, load);
+      const KTyreParams &t = *vt.tyre;
+      float fx = (At(t, at, dk, 0.0f).fx - At(t, at, -dk, 0.0f).fx) / (2.0f * dk);
+      float fy = (At(t, at, 0.0f, daDeg).fy - At(t, at, 0.0f, -daDeg).fy) / (2.0f * daDeg / CURVE_RAD2DEG);
       kx.x.push_back(load), kx.y.push_back(fx / 1000.0f);
       ky.x.push_back(load), ky.y.push_back(fy / 1000.0f);
     }

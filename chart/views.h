@@ -10,7 +10,8 @@
 // Below a tyre's minimum load the model clamps the load, so the sweeps go on
 // there only as faded lines without a legend entry.
 //
-// Each tyre is evaluated at its own operating point and left as it was.
+// Each tyre is evaluated at its own operating point through the stateless
+// core (tyre/ktyre.h): nothing changes it.
 #pragma once
 
 #include <string>
@@ -19,13 +20,12 @@
 #include "chart/chart.h"
 #include "chart/curves.h"
 
-class KPacejka;
-
 struct ViewTyre {
-  KPacejka *tyre;
+  const KTyreParams *tyre;
   CurveRange fxRange, fyRange;  // the Fx and Fy graphs' ranges (zoom)
   QColor fxColor, fyColor;      // colours of its longitudinal and lateral quantities
   std::string label;            // legend text; may be empty for one tyre
+  kpacejka::Point<float> at{};  // its operating point (KPacejka::GetStoredPoint)
 };
 
 // Slip angles of the ellipse's sweeps, degrees.
@@ -42,8 +42,8 @@ struct ViewLoadRange {
   float top = 30000.0f;  // N
   std::string why;       // e.g. "3 x typical load 4091 N (no load range given)"
 };
-ViewLoadRange ViewLoadRangeOf(const KPacejka &tyre);
-float ViewMaxLoad(const KPacejka &tyre);  // ViewLoadRangeOf(tyre).top
+ViewLoadRange ViewLoadRangeOf(const KTyreParams &tyre);
+float ViewMaxLoad(const KTyreParams &tyre);  // ViewLoadRangeOf(tyre).top
 
 Chart ViewEllipse(const std::vector<ViewTyre> &tyres);
 Chart ViewMuLoad(const std::vector<ViewTyre> &tyres);

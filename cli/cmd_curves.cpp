@@ -35,7 +35,7 @@ std::string Table(const CliTyreState &st, const CurveRange *ranges, const Curve 
   char line[256];
   std::string out;
   snprintf(line, sizeof line, "%s, wheel %d: %s; load %g N, slip ratio %g, slip angle %g deg, camber %g deg, zoom %s\n",
-           st.source.c_str(), st.wheel, st.tyres[0].GetModelName(), static_cast<double>(st.point.load),
+           st.source.c_str(), st.wheel, st.tyre.GetModelName(), static_cast<double>(st.point.load),
            static_cast<double>(st.point.slipRatio), static_cast<double>(st.point.slipAngle),
            static_cast<double>(st.point.camber), st.zoom ? "on" : "off");
   out += line;
@@ -59,7 +59,7 @@ std::string Table(const CliTyreState &st, const CurveRange *ranges, const Curve 
 std::string Json(const CliTyreState &st, const CurveRange *ranges, const Curve *curves) {
   static const char *const xUnits[CURVE_COUNT] = {"slip ratio", "deg", "deg"};
   static const char *const yUnits[CURVE_COUNT] = {"N/N", "N/N", "Nm"};
-  std::string out = "{\n  \"model\": " + std::to_string(st.tyres[0].model) + ",\n";
+  std::string out = "{\n  \"model\": " + std::to_string(st.tyre.model) + ",\n";
   out += "  \"wheel\": " + std::to_string(st.wheel) + ",\n";
   out += "  \"load\": " + JsonNum(st.point.load) + ",\n  \"slip_ratio\": " + JsonNum(st.point.slipRatio) +
          ",\n  \"slip_angle\": " + JsonNum(st.point.slipAngle) + ",\n  \"camber\": " + JsonNum(st.point.camber) +
@@ -101,7 +101,7 @@ int RunCurves(const std::vector<std::string> &args) {
   }
   CurveRange ranges[CURVE_COUNT];
   Curve curves[CURVE_COUNT];
-  CliSampleCurves(st, ranges, curves);
+  CliSampleCurves(*st, ranges, curves);
   std::string text = format == "csv" ? Csv(ranges, curves) : format == "json" ? Json(*st, ranges, curves)
                                                                               : Table(*st, ranges, curves);
   delete st;

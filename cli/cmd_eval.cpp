@@ -125,7 +125,8 @@ bool ReadLine(std::string &line) {
 }
 
 // One operating point per line; false (with the message) on a malformed line.
-bool EvaluateLines(KPacejka &t, bool stats) {
+bool EvaluateLines(const KPacejka &t, bool stats) {
+  KTyreResult last = t.GetLastResult();
   std::string line;
   for (int n = 1; ReadLine(line); n++) {
     const std::vector<std::string> tok = Tokens(line);
@@ -146,15 +147,15 @@ bool EvaluateLines(KPacejka &t, bool stats) {
       fprintf(stderr, "tyrograph-cli eval: line %d: unexpected '%s' after 4 numbers\n", n, tok[4].c_str());
       return false;
     }
-    t.SetNormalLoad(float(v[0]));
-    t.SetSlipRatio(float(v[1]));
-    t.SetSlipAngle(float(v[2]));
-    t.SetCamber(float(v[3]));
-    t.Calculate();
-    printf("%.9g %.9g %.9g", double(t.Fx), double(t.Fy), double(t.Mz));
+    // The stateless core; statistics a model does not form keep the last
+    // line's (at first the loaded tyre's), as they would in the tyre.
+    const KOperatingPoint at{float(v[0]), float(v[1]), float(v[2]), float(v[3])};
+    last = KTyreEvaluate(t, at, &last);
+    KTyreReport(t, at, last);
+    printf("%.9g %.9g %.9g", double(last.Fx), double(last.Fy), double(last.Mz));
     if (stats) {
-      const float s[] = {t.longStiffness, t.corneringStiffness, t.peakFx, t.peakFy, t.Bx,
-                         t.Cx, t.Dx, t.By, t.Cy, t.Dy};
+      const float s[] = {last.longStiffness, last.corneringStiffness, last.peakFx, last.peakFy, last.Bx,
+                         last.Cx, last.Dx, last.By, last.Cy, last.Dy};
       for (float x : s) printf(" %.9g", double(x));
     }
     printf("\n");

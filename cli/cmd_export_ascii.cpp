@@ -40,7 +40,7 @@ int RunExportAscii(const std::vector<std::string> &args) {
     delete st;
     return 2;
   }
-  std::string text = ExportAsciiText(&st->tyres[CURVE_FX], &st->tyres[CURVE_FY], steps, maximum);
+  std::string text = ExportAsciiText(&st->tyre, &st->tyre, steps, maximum);
   delete st;
   return CliEmit("export-ascii", out, text);
 }

@@ -31,8 +31,8 @@ int RunExportCarIni(const std::vector<std::string> &args) {
   // The statistics are the peaks of the curves the window last drew.
   CurveRange ranges[CURVE_COUNT];
   Curve curves[CURVE_COUNT];
-  CliSampleCurves(st, ranges, curves);
-  std::string text = ExportCarIniText(st->tyres[CURVE_FX], curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
+  CliSampleCurves(*st, ranges, curves);
+  std::string text = ExportCarIniText(st->tyre, curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
   delete st;
   return CliEmit("export-carini", out, text);
 }

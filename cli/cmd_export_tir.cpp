@@ -33,7 +33,7 @@ int RunExportTir(const std::vector<std::string> &args) {
     return 2;
   }
   // 3. only the Magic Formula models have a TIR form
-  const KPacejka &tyre = st->tyres[0];
+  const KPacejka &tyre = st->tyre;
   if (!KPacejkaTirWritable(tyre)) {
     fprintf(stderr, "tyrograph-cli %s: %s: a %s tyre has no TIR form (only Magic Formula 5.2 and 6.1)\n", cmd,
             st->source.c_str(), tyre.GetModelName());

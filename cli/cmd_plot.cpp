@@ -126,7 +126,11 @@ bool LoadGraphs(const CliTyreState &st, const std::string &source, int index, Ty
   PlotOverlayColors(index - 1, overlay);
   for (int k = 0; k < CURVE_COUNT; k++) {
     tg->g[k] = std::make_unique<Graph>(CurveKind(k), k ? tg->g[k - 1].get() : nullptr);
-    if (!CliLoadTyreInto("plot", st, source, tg->g[k]->GetTyre(0))) return false;
+    // The graphs share the tyre: loaded (with the point and the edits) into
+    // the first; the later loads only say what loading reports, once per
+    // graph as the window's do.
+    KPacejka reports;
+    if (!CliLoadTyreInto("plot", st, source, k ? &reports : tg->g[k]->GetTyre(0))) return false;
     tg->g[k]->SetZoom(st.zoom);
     if (index > 0) tg->g[k]->SetColor(overlay[k]);
   }

@@ -116,8 +116,14 @@ static bool LoadOne(const CliTyreState &state, const std::string &source, KPacej
 }
 
 bool CliLoadTyreState(CliTyreState *state, std::string *error) {
-  for (KPacejka &tyre : state->tyres)
-    if (!LoadOne(*state, state->source, &tyre, error)) return false;
+  if (!LoadOne(*state, state->source, &state->tyre, error)) return false;
+  // The window loads the car once for each of its three graphs, and what
+  // loading reports (the camber check's warnings, say) comes once per graph;
+  // tyrograph-cli has always said the same. The curves need the one tyre.
+  for (int g = 1; g < CURVE_COUNT; g++) {
+    KPacejka reports;
+    if (!LoadOne(*state, state->source, &reports, error)) return false;
+  }
   return true;
 }
 
@@ -137,12 +143,12 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state) {
 
 bool CliAsciiArgsValid(int steps, float maximum) { return steps >= 0 && maximum > 0.0f; }
 
-void CliSampleCurves(CliTyreState *state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
+void CliSampleCurves(const CliTyreState &state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
   for (int g = 0; g < CURVE_COUNT; g++) {
     CurveKind kind = CurveKind(g);
     ranges[g] = CurveInitialRange(kind);
-    CurveApplyZoom(kind, state->zoom, &ranges[g]);
-    CurveSample(&state->tyres[g], kind, ranges[g], &curves[g]);
+    CurveApplyZoom(kind, state.zoom, &ranges[g]);
+    CurveSample(state.tyre, state.tyre.GetStoredPoint(), kind, ranges[g], &curves[g]);
   }
 }
 

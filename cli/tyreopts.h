@@ -2,9 +2,9 @@
 // export subcommands: TYRE [--wheel N] [--load N] [--slip-ratio R]
 // [--slip-angle DEG] [--camber DEG] [--zoom on|off] [--set KEY=VALUE]...
 //
-// The tyre is loaded three times, once for each graph of the window (Fx, Fy,
-// Mz), and the operating point applied to all three, so each graph's tyre
-// keeps its own slip exactly as in the window.
+// One tyre holds the loaded coefficients with the operating point applied;
+// the graphs sample it through the stateless core (chart/curves.h), which
+// changes nothing, so each graph sees the point exactly as the window's do.
 #pragma once
 
 #include <string>
@@ -21,7 +21,7 @@ struct CliTyreState {
   OperatingPoint point;
   bool zoom = true;
   std::vector<std::pair<std::string, float>> sets;  // coefficient edits, in order
-  KPacejka tyres[CURVE_COUNT];
+  KPacejka tyre;
 };
 
 // Parses the shared options out of `args`; options it does not know are
@@ -30,8 +30,7 @@ struct CliTyreState {
 bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
                       const std::vector<std::string> &valued, CliTyreState *state,
                       std::vector<std::string> *rest);
-// Loads the tyre into the three graph tyres, applies the operating point and
-// then the edits. False with the problem (file and what is wrong) in `error`.
+// Loads the tyre, applies the operating point and then the edits. False with the problem (file and what is wrong) in `error`.
 // tyrograph-cli and the Python module both load through here.
 bool CliLoadTyreState(CliTyreState *state, std::string *error);
 // CliLoadTyreState, printing the problem to stderr.
@@ -52,7 +51,7 @@ bool CliRefusesOverwrite(const char *cmd, const std::string &out, bool force);
 bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out);
 bool CliParseInt(const char *cmd, const char *option, const std::string &text, int *out);
 // Samples the three graphs as the window's frame does.
-void CliSampleCurves(CliTyreState *state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]);
+void CliSampleCurves(const CliTyreState &state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]);
 // With "--help" (or "-h") among the arguments prints the subcommand's
 // options, the shared ones included, and returns true.
 bool CliWantsHelp(const char *cmd, const std::vector<std::string> &args, const char *own);

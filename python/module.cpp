@@ -244,7 +244,7 @@ py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, f
   Curve curves[CURVE_COUNT];
   {
     PyReports reports;
-    CliSampleCurves(st.get(), ranges, curves);
+    CliSampleCurves(*st, ranges, curves);
     reports.Deliver(false);
   }
   static const char *const names[CURVE_COUNT] = {"Fx", "Fy", "Mz"};
@@ -279,7 +279,7 @@ py::object ExportAscii(const PyTyre &t, int steps, float maximum, const py::obje
   std::string text;
   {
     PyReports reports;
-    text = ExportAsciiText(&st->tyres[CURVE_FX], &st->tyres[CURVE_FY], steps, maximum);
+    text = ExportAsciiText(&st->tyre, &st->tyre, steps, maximum);
     reports.Deliver(false);
   }
   return Emit(text, path);
@@ -294,8 +294,8 @@ py::object ExportCarIni(const PyTyre &t, const py::object &path, float load, flo
     // The statistics are the peaks of the curves the window last drew.
     CurveRange ranges[CURVE_COUNT];
     Curve curves[CURVE_COUNT];
-    CliSampleCurves(st.get(), ranges, curves);
-    text = ExportCarIniText(st->tyres[CURVE_FX], curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
+    CliSampleCurves(*st, ranges, curves);
+    text = ExportCarIniText(st->tyre, curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
     reports.Deliver(false);
   }
   return Emit(text, path);
@@ -311,8 +311,8 @@ py::object WriteTir(const PyTyre &t, const py::object &path, bool force) {
   std::unique_ptr<CliTyreState> st = GraphState(t, 2500.0f, 0.0f, 0.0f, 0.0f, true);
   PyReports reports;
   std::string text;
-  if (file.empty()) KPacejkaTirText(st->tyres[0], &text);
-  else KPacejkaWriteTirFile(file.c_str(), st->tyres[0]);
+  if (file.empty()) KPacejkaTirText(st->tyre, &text);
+  else KPacejkaWriteTirFile(file.c_str(), st->tyre);
   reports.Deliver();
   if (file.empty()) return py::reinterpret_steal<py::object>(PyUnicode_DecodeLatin1(text.data(), py::ssize_t(text.size()), nullptr));
   return py::none();
@@ -508,7 +508,7 @@ does.)") + fitFigures).c_str());
   m.def("_batch_seconds", &BatchSeconds, "tyre"_a, "fz"_a, "kappa"_a, "alpha"_a, "gamma"_a,
         "CPU seconds of the C++ batch alone on float32 arrays (for bench/bench_python.py).");
   m.def("is_vector", &KPacejkaBatchIsVector,
-        "True when Tyre.eval runs eight points at a time on this processor (exact=False).");
+        "True when Tyre.eval runs sixteen or eight points at a time on this processor (exact=False).");
   m.attr("CURVE_SAMPLES") = CURVE_SAMPLES;
 
   py::class_<PyTyre>(m, "Tyre", "One tyre: its model, its members by name, evaluation, curves and exports.")
@@ -540,7 +540,7 @@ dtype=numpy.float64. Empty inputs give empty results.
 
 Each point is evaluated as the setters plus Calculate do it (same clamping
 into the tyre's ranges, guards, signs). exact=True gives Calculate's
-results bit for bit; the default runs eight points at a time where the
+results bit for bit; the default runs sixteen or eight points at a time where the
 processor can (see is_vector()), whose sin/cos/atan/exp may round
 differently in the last bits.
 

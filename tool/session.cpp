@@ -11,9 +11,9 @@ CoeffList SessionList() {
   return CoeffListFor(tyre->model, session.focus);
 }
 
+// The three graphs share the four tyres (chart/graph.h): the Fx graph's are all of them.
 void SessionApply(OpSlider slider) {
-  for (Graph *g : session.graphs)
-    for (int w = 0; w < CAR_WHEELS; w++) OpApply(g->GetTyre(w), slider, session.point);
+  for (int w = 0; w < CAR_WHEELS; w++) OpApply(session.graphs[CURVE_FX]->GetTyre(w), slider, session.point);
 }
 
 void SessionSelectWheelTyres(int wheel) {
@@ -37,10 +37,8 @@ float SessionCoefficientValue() {
 }
 
 void SessionSetCoefficient(float v) {
-  for (Graph *g : session.graphs) {
-    float *p = CoeffFieldPtr(g->GetCurrentTyre(), session.edit.field);
-    if (p) *p = v;
-  }
+  float *p = CoeffFieldPtr(session.graphs[CURVE_FX]->GetCurrentTyre(), session.edit.field);
+  if (p) *p = v;
 }
 
 void SessionReset() {
@@ -55,6 +53,9 @@ void SessionReset() {
   SessionLookupCoefficient();
 }
 
+// Loading goes through each graph, into the tyres they share: what it
+// reports comes once per graph, as it always has, and loading the same
+// source again gives the same tyres.
 void SessionLoadCar() {
   for (Graph *g : session.graphs) g->LoadCar(session.car.c_str());
   bool found = false;

@@ -47,7 +47,7 @@ extern Session session;
 
 // The tyre-model list the radios show: by the Fx graph's current tyre's model.
 CoeffList SessionList();
-// Applies one operating-point quantity to all four tyres of all graphs.
+// Applies one operating-point quantity to the four tyres the graphs share.
 void SessionApply(OpSlider slider);
 // Points every graph at the wheel's tyre.
 void SessionSelectWheelTyres(int wheel);
@@ -61,8 +61,8 @@ void SessionApplyEmphasis();
 bool SessionLookupCoefficient();
 // The selected coefficient's value in the Fx graph's current tyre.
 float SessionCoefficientValue();
-// Writes v into the selected coefficient of the current wheel's tyre of each
-// graph; nothing when the selection edits nothing.
+// Writes v into the selected coefficient of the current wheel's tyre;
+// nothing when the selection edits nothing.
 void SessionSetCoefficient(float v);
 // The start-up state of the session: operating point (load 2500 N, slips and
 // camber 0) applied to every tyre, zoom on, no focus, first coefficient.

@@ -43,11 +43,13 @@ FrameState FrameStateFromSession() {
   st.focus = session.focus;
   st.ghostCamber = session.ghostCamber;
   if (session.reference[CURVE_FX] && session.graphs[CURVE_FX]) {
-    // The reference tyre follows the operating point and the zoom.
+    // The reference tyre follows the operating point (drawn at it, not set
+    // into it) and the zoom.
     FrameOverlay ref;
+    ref.hasPoint = true;
+    ref.point = session.point;
     for (int i = 0; i < CURVE_COUNT; i++) {
       ref.graphs[i] = session.reference[i];
-      OpApplyAll(session.reference[i]->GetCurrentTyre(), session.point);
       session.reference[i]->SetZoom(session.zoom);
     }
     ref.label = session.referenceLabel;

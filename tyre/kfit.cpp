@@ -1,7 +1,7 @@
 // KFitTyre: the staged fit, one bounded least-squares problem per stage,
 // solved by Ceres (Levenberg-Marquardt with bounds).
 //
-//   [1] model names, evaluation at a data point
+//   [1] model names, a stage's points as the batch takes them
 //   [2] the stage problem: residuals and their forward differences
 //   [3] one stage: its points, a grid of shape factors, the solver
 //   [4] ranges
@@ -15,9 +15,11 @@
 #include <cmath>
 #include <cstring>
 #include <strings.h>
+#include <thread>
 #include <vector>
 
 #include "diag/qdebug.h"
+#include "tyre/kpacejka_batch.h"
 
 namespace {
 
@@ -30,75 +32,112 @@ struct ModelKey {
 const ModelKey kModelKeys[] = {
     {"pac96", KPacejka::PAC96}, {"mf52", KPacejka::MF52}, {"mf61", KPacejka::MF61}};
 
-// Sets the operating point as tyrograph-cli eval does and evaluates.
-void EvaluateAt(KPacejka &tyre, const KMeasuredPoint &p) {
-  tyre.SetNormalLoad(float(p.fz));
-  tyre.SetSlipRatio(float(p.kappa));
-  tyre.SetSlipAngle(float(p.alpha));
-  tyre.SetCamber(float(p.gamma));
-  tyre.Calculate();
+// Points of one channel as the batch takes them (the operating point
+// rounded to float, as tyrograph-cli eval reads it), with the measured values.
+struct ChannelPoints {
+  int channel = KCH_FX;
+  std::vector<float> fz, kappa, alpha, gamma;
+  std::vector<double> measured;
+  size_t size() const { return fz.size(); }
+};
+
+template <class Points, class Get>
+ChannelPoints MakeChannelPoints(const Points &points, int channel, Get get) {
+  ChannelPoints c;
+  c.channel = channel;
+  for (const auto &item : points) {
+    const KMeasuredPoint &p = get(item);
+    c.fz.push_back(float(p.fz)), c.kappa.push_back(float(p.kappa));
+    c.alpha.push_back(float(p.alpha)), c.gamma.push_back(float(p.gamma));
+    c.measured.push_back(p.force[channel]);
+  }
+  return c;
 }
 
-double Output(const KPacejka &tyre, int channel) {
-  return channel == KCH_FX ? double(tyre.Fx) : channel == KCH_FY ? double(tyre.Fy) : double(tyre.Mz);
+// The channel of `tyre` at every point into `out`; what went wrong into
+// `issues`, for the calling thread to report (this may run on a worker).
+void EvaluateChannel(const KTyreParams &tyre, const ChannelPoints &c, float *out, KBatchIssues *issues,
+                     KBatchMode mode = KBATCH_FAST) {
+  KTyreEvaluateBatch(tyre, c.size(), c.fz.data(), c.kappa.data(), c.alpha.data(), c.gamma.data(),
+                     c.channel == KCH_FX ? out : nullptr, c.channel == KCH_FY ? out : nullptr,
+                     c.channel == KCH_MZ ? out : nullptr, mode, issues);
 }
 
 // ---- [2] the stage problem ------------------------------------------------------------
 
 // Step of the forward differences, in scaled units (a parameter's start
-// magnitude, see RunStage). Calculate works in single precision: a step of
+// magnitude, see RunStage). The model works in single precision: a step of
 // 1e-3 changes the outputs by a few thousand float epsilons, far above the
 // rounding, and is still small against the curvature of the curves.
 constexpr double DIFF_STEP = 1e-3;
 
-// The residuals of one stage: (Calculate − measured) / peak for each of its
+// Threads for the Jacobian's columns: KFitOptions::threads, 0 one per core.
+int JacobianThreads(const KFitOptions &o) {
+  if (o.threads > 0) return o.threads;
+  const unsigned cores = std::thread::hardware_concurrency();
+  return cores ? int(cores) : 1;
+}
+
+// The residuals of one stage: (model − measured) / peak for each of its
 // points, over the scaled parameters x (member value = x · scale), with
-// the Jacobian by forward differences.
+// the Jacobian by forward differences. Each evaluation takes its own copy of
+// the tyre's coefficients, so the columns can run side by side.
 class StageCost : public ceres::CostFunction {
  public:
-  StageCost(KPacejka *tyre, const std::vector<float *> &members, const std::vector<double> &scale,
-            const std::vector<const KMeasuredPoint *> &points, int channel, double peak)
-      : tyre_(tyre), members_(members), scale_(scale), points_(points), channel_(channel), peak_(peak) {
+  StageCost(const KTyreParams &tyre, const std::vector<const KPacejkaMember *> &members,
+            const std::vector<double> &scale, const ChannelPoints &points, double peak, int threads)
+      : tyre_(tyre), members_(members), scale_(scale), points_(points), peak_(peak),
+        threads_(std::max(1, std::min(threads, int(members.size())))) {
     set_num_residuals(int(points.size()));
     mutable_parameter_block_sizes()->push_back(int(members.size()));
-    plus_.resize(points.size());
   }
 
   bool Evaluate(double const *const *parameters, double *residuals, double **jacobians) const override {
     const double *x = parameters[0];
-    const size_t P = members_.size();
-    for (size_t j = 0; j < P; j++) Set(j, x[j]);
-    Residuals(residuals);
+    const size_t P = members_.size(), N = points_.size();
+    // 1. the residuals at x
+    KTyreParams at = tyre_;
+    for (size_t j = 0; j < P; j++) Set(&at, j, x[j]);
+    std::vector<float> out(N);
+    KBatchIssues issues;
+    EvaluateChannel(at, points_, out.data(), &issues);
+    for (size_t i = 0; i < N; i++) residuals[i] = (double(out[i]) - points_.measured[i]) / peak_;
+    KBatchReport(issues);
+    // 2. the Jacobian, a column per parameter: column j on worker j % threads
+    //    (worker 0 is this thread); the workers only evaluate
     if (jacobians && jacobians[0]) {
-      for (size_t j = 0; j < P; j++) {
-        Set(j, x[j] + DIFF_STEP);
-        Residuals(plus_.data());
-        Set(j, x[j]);
-        for (size_t i = 0; i < points_.size(); i++)
-          jacobians[0][i * P + j] = (plus_[i] - residuals[i]) / DIFF_STEP;
-      }
+      double *jac = jacobians[0];
+      std::vector<KBatchIssues> found(P);
+      auto columns = [&](size_t first) {
+        std::vector<float> plus(N);
+        for (size_t j = first; j < P; j += size_t(threads_)) {
+          KTyreParams moved = at;
+          Set(&moved, j, x[j] + DIFF_STEP);
+          EvaluateChannel(moved, points_, plus.data(), &found[j]);
+          for (size_t i = 0; i < N; i++)
+            jac[i * P + j] = ((double(plus[i]) - points_.measured[i]) / peak_ - residuals[i]) / DIFF_STEP;
+        }
+      };
+      std::vector<std::thread> workers;
+      for (int w = 1; w < threads_; w++) workers.emplace_back(columns, size_t(w));
+      columns(0);
+      for (std::thread &t : workers) t.join();
+      for (const KBatchIssues &f : found) KBatchReport(f);
     }
-    for (size_t i = 0; i < points_.size(); i++)
+    for (size_t i = 0; i < N; i++)
       if (!std::isfinite(residuals[i])) return false;  // the solver shortens its step
     return true;
   }
 
  private:
-  void Set(size_t j, double x) const { *members_[j] = float(x * scale_[j]); }
-  void Residuals(double *r) const {
-    for (size_t i = 0; i < points_.size(); i++) {
-      EvaluateAt(*tyre_, *points_[i]);
-      r[i] = (Output(*tyre_, channel_) - points_[i]->force[channel_]) / peak_;
-    }
-  }
+  void Set(KTyreParams *t, size_t j, double x) const { *KPacejkaFloat(*t, *members_[j]) = float(x * scale_[j]); }
 
-  KPacejka *tyre_;
-  std::vector<float *> members_;
+  const KTyreParams tyre_;
+  std::vector<const KPacejkaMember *> members_;
   std::vector<double> scale_;
-  std::vector<const KMeasuredPoint *> points_;
-  int channel_;
+  const ChannelPoints &points_;
   double peak_;
-  mutable std::vector<double> plus_;
+  int threads_;
 };
 
 // Forwards the solver's iterations to the caller's progress callback.
@@ -154,11 +193,14 @@ const ShapeMembers kShapeMembers[] = {
 const float kGridC[] = {1.1f, 1.3f, 1.5f, 1.7f, 1.9f, 2.2f, 2.6f};
 const float kGridE[] = {-2.0f, -1.0f, -0.5f, 0.0f, 0.3f, 0.6f, 0.9f};
 
-double SumOfSquares(KPacejka &tyre, const std::vector<const KMeasuredPoint *> &points, int channel) {
+double SumOfSquares(const KTyreParams &tyre, const ChannelPoints &points) {
+  std::vector<float> out(points.size());
+  KBatchIssues issues;
+  EvaluateChannel(tyre, points, out.data(), &issues);
+  KBatchReport(issues);
   double sum = 0;
-  for (const KMeasuredPoint *p : points) {
-    EvaluateAt(tyre, *p);
-    const double e = Output(tyre, channel) - p->force[channel];
+  for (size_t i = 0; i < points.size(); i++) {
+    const double e = double(out[i]) - points.measured[i];
     sum += e * e;
   }
   return std::isfinite(sum) ? sum : HUGE_VAL;
@@ -171,8 +213,8 @@ struct ShapePair {
   float C, E;
   double cost;
 };
-std::vector<ShapePair> RankShapes(KPacejka *tyre, const KFitStage &s, const std::vector<const KMeasuredPoint *> &points,
-                                  size_t keep, float **C, float **E) {
+std::vector<ShapePair> RankShapes(KPacejka *tyre, const KFitStage &s, const ChannelPoints &points, size_t keep,
+                                  float **C, float **E) {
   std::vector<ShapePair> ranked;
   for (const ShapeMembers &sm : kShapeMembers) {
     if (sm.group != s.group || sm.pac96 != (tyre->model == KPacejka::PAC96)) continue;
@@ -180,12 +222,12 @@ std::vector<ShapePair> RankShapes(KPacejka *tyre, const KFitStage &s, const std:
     *C = mc ? KPacejkaFloat(*tyre, *mc) : nullptr, *E = me ? KPacejkaFloat(*tyre, *me) : nullptr;
     if (!*C || !*E) return ranked;
     const float c0 = **C, e0 = **E;
-    ranked.push_back({c0, e0, SumOfSquares(*tyre, points, s.channel)});
+    ranked.push_back({c0, e0, SumOfSquares(*tyre, points)});
     for (float c : kGridC) {
       for (float e : kGridE) {
         **C = std::clamp(c, mc->fitMin, mc->fitMax);
         **E = std::clamp(e, me->fitMin, me->fitMax);
-        ranked.push_back({**C, **E, SumOfSquares(*tyre, points, s.channel)});
+        ranked.push_back({**C, **E, SumOfSquares(*tyre, points)});
       }
     }
     **C = c0, **E = e0;
@@ -202,7 +244,8 @@ std::vector<ShapePair> RankShapes(KPacejka *tyre, const KFitStage &s, const std:
 // The members stage `s` varies in `tyre`, each scaled by its start magnitude
 // (or a hundredth of its range when it starts at or near zero).
 struct StageMembers {
-  std::vector<float *> value;
+  std::vector<const KPacejkaMember *> member;
+  std::vector<float *> value;  // the member in the tyre
   std::vector<double> scale, lo, hi;
 };
 
@@ -212,6 +255,7 @@ StageMembers MembersOf(KPacejka *tyre, const KFitStage &s) {
     float l, h;
     if (!KFitVaries(tyre->model, s, kpacejkaMembers[i], &l, &h)) continue;
     float *p = KPacejkaFloat(*tyre, kpacejkaMembers[i]);
+    m.member.push_back(&kpacejkaMembers[i]);
     m.value.push_back(p);
     m.scale.push_back(std::max(std::fabs(double(*p)), 0.01 * (double(h) - double(l))));
     m.lo.push_back(l);
@@ -224,14 +268,15 @@ StageMembers MembersOf(KPacejka *tyre, const KFitStage &s) {
 // values; leaves the best values found in the tyre. Returns the iterations;
 // `cost` gets the final cost.
 int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacejka *tyre, const StageMembers &m,
-          const std::vector<const KMeasuredPoint *> &points, double peak, double *cost) {
+          const ChannelPoints &points, double peak, double *cost) {
   // 1. scaled parameters within their bounds
   std::vector<double> x;
   for (size_t j = 0; j < m.value.size(); j++)
     x.push_back(std::clamp(double(*m.value[j]), m.lo[j], m.hi[j]) / m.scale[j]);
   // 2. the problem (the cost function is the problem's to delete)
   ceres::Problem problem;
-  problem.AddResidualBlock(new StageCost(tyre, m.value, m.scale, points, s.channel, peak), nullptr, x.data());
+  problem.AddResidualBlock(new StageCost(*tyre, m.member, m.scale, points, peak, JacobianThreads(o)), nullptr,
+                           x.data());
   for (size_t j = 0; j < x.size(); j++) {
     problem.SetParameterLowerBound(x.data(), int(j), m.lo[j] / m.scale[j]);
     problem.SetParameterUpperBound(x.data(), int(j), m.hi[j] / m.scale[j]);
@@ -270,10 +315,11 @@ constexpr double GOOD_FIT = 0.015;
 int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
              KPacejka *tyre) {
   // 1. the points and the channel's scale
-  const std::vector<const KMeasuredPoint *> points = StagePoints(data, s);
+  const ChannelPoints points =
+      MakeChannelPoints(StagePoints(data, s), s.channel, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
   double peak = 0;
-  for (const KMeasuredPoint *p : points) peak = std::max(peak, std::fabs(p->force[s.channel]));
-  if (points.empty() || peak == 0) return 0;
+  for (double v : points.measured) peak = std::max(peak, std::fabs(v));
+  if (points.size() == 0 || peak == 0) return 0;
   const StageMembers m = MembersOf(tyre, s);
   if (m.value.empty()) return 0;
   // 2. the starts: the best shape pairs of the grid (pure stages), or the
@@ -364,28 +410,36 @@ bool KFitHasCombined(int model) {
   return false;
 }
 
-void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT], bool pureOnly) {
+void KFitEvaluate(const KTyreParams &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT],
+                  bool pureOnly) {
   for (int ch = 0; ch < KCH_COUNT; ch++) {
     KFitChannelStats &s = stats[ch];
     s = KFitChannelStats();
     if (!data.has[ch]) continue;
     auto counted = [&](const KMeasuredPoint &p) { return !pureOnly || (ch == KCH_FX ? p.alpha : p.kappa) == 0; };
+    std::vector<const KMeasuredPoint *> used;
+    for (const KMeasuredPoint &p : data.points)
+      if (counted(p)) used.push_back(&p);
+    if (used.empty()) continue;
+    const ChannelPoints c =
+        MakeChannelPoints(used, ch, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
     double mean = 0;
-    for (const KMeasuredPoint &p : data.points) {
-      if (!counted(p)) continue;
-      mean += p.force[ch];
-      s.peak = std::max(s.peak, std::fabs(p.force[ch]));
-      s.points++;
+    for (double v : c.measured) {
+      mean += v;
+      s.peak = std::max(s.peak, std::fabs(v));
     }
-    if (!s.points) continue;
+    s.points = int(c.size());
     mean /= double(s.points);
+    // the exact core: the figures are what eval gives for this tyre
+    std::vector<float> out(c.size());
+    KBatchIssues issues;
+    EvaluateChannel(tyre, c, out.data(), &issues, KBATCH_EXACT);
+    KBatchReport(issues);
     double ssRes = 0, ssTot = 0;
-    for (const KMeasuredPoint &p : data.points) {
-      if (!counted(p)) continue;
-      EvaluateAt(tyre, p);
-      const double e = Output(tyre, ch) - p.force[ch];
+    for (size_t i = 0; i < c.size(); i++) {
+      const double e = double(out[i]) - c.measured[i];
       ssRes += e * e;
-      ssTot += (p.force[ch] - mean) * (p.force[ch] - mean);
+      ssTot += (c.measured[i] - mean) * (c.measured[i] - mean);
     }
     s.rms = std::sqrt(ssRes / double(s.points));
     s.rmsPercent = s.peak > 0 ? 100.0 * s.rms / s.peak : 0;

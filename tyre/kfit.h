@@ -5,8 +5,15 @@
 // Magic Formula models, the combined-slip weighting of each. A stage varies
 // only the coefficients of its own group of the member table (family, group,
 // fitMin/fitMax of KPacejkaMember) and keeps everything the earlier stages
-// found. The function fitted is the model's own KPacejka::Calculate, in
-// single precision, at the same operating point `tyrograph-cli eval` sets.
+// found. The function fitted is the model itself, in single precision, at
+// the operating point `tyrograph-cli eval` sets, evaluated through the
+// vector batch (tyre/kpacejka_batch.h: within a few ulps of Calculate); the
+// Jacobian's columns (forward differences) run in parallel over the
+// parameters. The figures of the result come from the exact core, so they
+// are what `eval` gives for the fitted tyre.
+//
+// Worker threads only evaluate; what the evaluations found is reported on
+// the calling thread.
 //
 // Lateral force and aligning moment whose slope at small slip angle has the
 // opposite sign to the usual one (Fy rising, Mz falling with the slip angle,
@@ -49,6 +56,7 @@ struct KFitOptions {
   int model = KPacejka::MF61;       // PAC96, MF52 or MF61
   const KPacejka *start = nullptr;  // null: KFitBuiltinStart
   int maxIterations = 200;          // per stage
+  int threads = 0;                  // for the Jacobian: 0 one per core, 1 the calling thread alone
   KFitProgressFn progress = nullptr;
   KFitStageFn stageStart = nullptr;
   void *user = nullptr;
@@ -91,7 +99,7 @@ void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out);
 // Evaluates `tyre` at every point of `data` (as eval does) and compares;
 // with `pureOnly`, Fx only where the slip angle is 0 and Fy, Mz only where
 // the slip ratio is 0.
-void KFitEvaluate(KPacejka &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT],
+void KFitEvaluate(const KTyreParams &tyre, const KMeasuredData &data, KFitChannelStats stats[KCH_COUNT],
                   bool pureOnly = false);
 // Whether `model` has combined-slip terms to fit.
 bool KFitHasCombined(int model);
@@ -104,7 +112,7 @@ void KFitCopy(const KPacejka &from, KPacejka *to);
 // slip angles in the data's pure lateral points; 0 when it cannot be told.
 int KFitDataSlopeSign(const KMeasuredData &data, int channel);
 // The same for a tyre at load `fz` (N), no camber.
-int KFitTyreSlopeSign(KPacejka &tyre, double fz, int channel);
+int KFitTyreSlopeSign(const KTyreParams &tyre, double fz, int channel);
 // The usual sign of each channel's slope: Fy +1, Mz −1.
 int KFitUsualSign(int channel);
 // Changes the sign of Fy and/or Mz of `tyre` at every operating point,
@@ -117,5 +125,5 @@ constexpr int KFIT_CONVERT_LOADS = 5;
 // Samples `source` over its own ranges (KSamplePlanFor with
 // KFIT_CONVERT_LOADS loads) and fits the sample; `samples` (may be null)
 // receives the points.
-bool KFitConvert(KPacejka &source, const KFitOptions &options, KPacejka *out, KFitResult *result,
+bool KFitConvert(const KTyreParams &source, const KFitOptions &options, KPacejka *out, KFitResult *result,
                  KMeasuredData *samples = nullptr);

@@ -2,7 +2,7 @@
 #include "tyre/kfit.h"
 #include "tyre/ksample.h"
 
-bool KFitConvert(KPacejka &source, const KFitOptions &options, KPacejka *out, KFitResult *result,
+bool KFitConvert(const KTyreParams &source, const KFitOptions &options, KPacejka *out, KFitResult *result,
                  KMeasuredData *samples) {
   KMeasuredData data;
   KSampleTyre(source, KSamplePlanFor(source, KFIT_CONVERT_LOADS), &data);

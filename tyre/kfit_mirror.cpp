@@ -83,15 +83,13 @@ int KFitDataSlopeSign(const KMeasuredData &data, int channel) {
   return s.Sign();
 }
 
-int KFitTyreSlopeSign(KPacejka &tyre, double fz, int channel) {
+int KFitTyreSlopeSign(const KTyreParams &tyre, double fz, int channel) {
   Slope s;
   for (double alpha : {-0.01, 0.01}) {
-    tyre.SetNormalLoad(float(fz));
-    tyre.SetSlipRatio(0.0f);
-    tyre.SetSlipAngle(float(alpha));
-    tyre.SetCamber(0.0f);
-    tyre.Calculate();
-    s.Add(alpha, channel == KCH_FY ? double(tyre.Fy) : double(tyre.Mz));
+    const KOperatingPoint p{float(fz), 0.0f, float(alpha), 0.0f};
+    const KTyreResult r = KTyreEvaluate(tyre, p);
+    KTyreReport(tyre, p, r);
+    s.Add(alpha, channel == KCH_FY ? double(r.Fy) : double(r.Mz));
   }
   return s.Sign();
 }

@@ -17,55 +17,63 @@ using kpacejka::DEG_TO_RAD;
 // Sets the contiguous run of floats from member `first` to member `last`
 // (kpacejka_names.cpp checks the runs against the member table).
 #define FILL(first, last, value) \
-  Fill(this, offsetof(KPacejka, first), offsetof(KPacejka, last), value)
-static void Fill(KPacejka *tyre, size_t first, size_t last, float value) {
+  Fill(p, offsetof(KTyreParams, first), offsetof(KTyreParams, last), value)
+static void Fill(KTyreParams *tyre, size_t first, size_t last, float value) {
   char *base = reinterpret_cast<char *>(tyre);
   for (size_t at = first; at <= last; at += sizeof(float)) memcpy(base + at, &value, sizeof value);
 }
 
-static_assert(offsetof(KPacejka, c17) - offsetof(KPacejka, a0) == (KPacejka::PAC96_COUNT - 1) * sizeof(float),
+static_assert(offsetof(KTyreParams, c17) - offsetof(KTyreParams, a0) == (KTyreParams::PAC96_COUNT - 1) * sizeof(float),
               "a0 ... c17 are one run of floats");
-static_assert(offsetof(KPacejka, lres) - offsetof(KPacejka, lfz0) == (KPacejka::SCALING_COUNT - 1) * sizeof(float),
+static_assert(offsetof(KTyreParams, lres) - offsetof(KTyreParams, lfz0) == (KTyreParams::SCALING_COUNT - 1) * sizeof(float),
               "lfz0 ... lres are one run of floats");
+
+// model = 0, the coefficients 0, the factors 1 (ResetCoefficients).
+static void ResetCoefficientsOf(KTyreParams *p) {
+  p->model = KTyreParams::PAC96;
+  FILL(a0, c17, 0.0f);
+  FILL(lfz0, lres, 1.0f);
+  FILL(pcx1, ssz4, 0.0f);
+  FILL(zeta0, zeta8, 1.0f);
+  p->turnSlipSpare = 0.0f;
+  FILL(tyreSpare3[0], tyreSpare3[2], 0.0f);
+  p->lmp = p->lkyc = p->lt = 1.0f;
+}
+
+KTyreParams KTyreDefaults() {
+  KTyreParams p{};
+  ResetCoefficientsOf(&p);
+  p.flags = 0;
+  p.mbelt = 0.0f;
+  p.r0 = 0.3f;
+  p.fz0 = 1500.0f;
+  p.longv = 30.0f;
+  p.tyreSpare = 1.0f;
+  p.fyShiftScale = 1.0f;
+  p.slipAngleMin = p.slipRatioMin = p.camberMin = -99.0f;
+  p.slipAngleMax = p.slipRatioMax = p.camberMax = 99.0f;
+  p.fzMin = 0.0f;
+  p.fzMax = 999999.0f;
+  return p;
+}
 
 // ---- Construction ----------------------------------------------------------------
 
-KPacejka::KPacejka() {
-  ResetCoefficients();
-  flags = 0;
+KPacejka::KPacejka() : KTyreParams(KTyreDefaults()) {
   camber = sideSlip = slipPercentage = Fz = 0.0f;
   FzPeak = 0.0f;
-  mbelt = 0.0f;
-  r0 = 0.3f;
-  fz0 = 1500.0f;
-  longv = 30.0f;
-  tyreSpare = 1.0f;
-  fyShiftScale = 1.0f;
-  slipAngleMin = slipRatioMin = camberMin = -99.0f;
-  slipAngleMax = slipRatioMax = camberMax = 99.0f;
-  fzMin = 0.0f;
-  fzMax = 999999.0f;
   Bx = Cx = By = Cy = 0.0f;
   Dx = Dy = 0.0f;  // left to the first evaluation; zero so nothing reads garbage
   Fx = Fy = Mz = 0.0f;
   resultSpare = 0.0f;
   longStiffness = corneringStiffness = peakFx = peakFy = 0.0f;
-  FILL(resultSpares[0], resultSpares[3], 0.0f);
+  for (float &v : resultSpares) v = 0.0f;
   system = nullptr;
 }
 
 KPacejka::~KPacejka() { delete system; }
 
-void KPacejka::ResetCoefficients() {
-  model = PAC96;
-  FILL(a0, c17, 0.0f);
-  FILL(lfz0, lres, 1.0f);
-  FILL(pcx1, ssz4, 0.0f);
-  FILL(zeta0, zeta8, 1.0f);
-  turnSlipSpare = 0.0f;
-  FILL(tyreSpare3[0], tyreSpare3[2], 0.0f);
-  lmp = lkyc = lt = 1.0f;
-}
+void KPacejka::ResetCoefficients() { ResetCoefficientsOf(this); }
 
 // ---- Operating point ---------------------------------------------------------------
 

@@ -1,16 +1,18 @@
 // KPacejka: one tyre of the simulator library.
 //
 // The object holds one coefficient set for one of four model variants
-// (0 Pacejka89/96, 1 Magic Formula 5.2, 2 Pacejka2006, 3 Magic Formula 6.1),
-// the operating point at which it is evaluated and the results of the last
-// Calculate. All numbers are single precision.
+// (0 Pacejka89/96, 1 Magic Formula 5.2, 2 Pacejka2006, 3 Magic Formula 6.1)
+// as its KTyreParams (tyre/ktyre.h, the stateless core), the operating point
+// at which it is evaluated and the results of the last Calculate. All
+// numbers are single precision. Code that only evaluates a tyre takes its
+// KTyreParams and the core's free functions, and changes nothing.
 //
 // Units: the setters take SI (radians, newtons, slip ratio as a fraction);
 // the object stores degrees, kilonewtons and percent; forces come out in N
 // and the moment in N·m.
 //
 // Every data member is public: the application, the editor and the exports
-// read and write coefficients directly. kpacejkaMembers below describes each
+// read and write coefficients directly (they live in the KTyreParams base). kpacejkaMembers below describes each
 // of them (name, offset, model family, group, TIR key, fit bounds) for
 // loading, dumping, editing, writing and fitting; the runs that code walks by
 // position (a0 ... c17, lfz0 ... lres, pcx1 ... pty2, qbz1 ... ssz4,
@@ -19,12 +21,16 @@
 // The implementation is split by concept:
 //   kpacejka.cpp         construction, reset, setters, accessors, CreateSystem
 //   kpacejka_load.cpp    Load, LoadFromInfo and the camber plausibility check
-//   kpacejka_eval.h      the formula core: setters' conversions, dispatch, limits
+//   ktyre.h, ktyre.cpp   the value type and the stateless evaluation
+//   kpacejka_eval.h      the formula core: dispatch, limits
+//   kpacejka_point.h     the setters' conversions of the operating point
 //   kpacejka_pac96.h     model 0
 //   kpacejka_mf52.h      models 1 and 3 (and every unknown model number)
 //   kpacejka_pac2006.h   model 2
 //   kpacejka_limits.cpp  Calculate: the core at the stored point, NaN reports
-//   kpacejka_batch.h     many operating points at once
+//   kpacejka_batch.h     many operating points at once: one at a time, or
+//                        8 (kvec8.h) or 16 (kvec16.h) lanes through the
+//                        loop of kpacejka_batch_lanes.h
 //   kpacejka_tir.cpp     LoadFromTirFile
 //   kpacejka_tirwrite.cpp the TIR writer (kpacejka_tirwrite.h)
 //   kpacejka_names.cpp   the member table
@@ -32,40 +38,13 @@
 
 #include <cstdint>
 
+#include "tyre/ktyre.h"
+
 class QInfo;
 class PSystem;
 
-namespace kpacejka {
-// One operating point in the stored units (degrees, percent, kN), per lane.
-template <class T>
-struct Point {
-  T camber, sideSlip, slipPercentage, Fz, FzPeak;
-};
-// Results of one evaluation: N, N, N·m.
-template <class T>
-struct Forces {
-  T Fx, Fy, Mz;
-};
-// Which results the NaN guard zeroed (a mask per quantity).
-template <class T>
-struct Guarded;
-// The curve statistics Calculate leaves in the tyre, as far as the model
-// forms them (members it does not form keep their values).
-struct Stats {
-  float Bx, Cx, Dx, By, Cy, Dy;
-  float longStiffness, corneringStiffness, peakFx, peakFy;
-};
-}  // namespace kpacejka
-
-class KPacejka {
+class KPacejka : public KTyreParams {
  public:
-  // Model numbers.
-  enum : int { PAC96 = 0, MF52 = 1, PAC2006 = 2, MF61 = 3 };
-  // Bits of `flags`.
-  enum : uint32_t { NEGATE_CAMBER = 0x1 };
-  static constexpr int PAC96_COUNT = 46;    // a0 ... c17
-  static constexpr int SCALING_COUNT = 28;  // lfz0 ... lres
-
   KPacejka();
   ~KPacejka();
   KPacejka(const KPacejka &) = delete;
@@ -93,11 +72,17 @@ class KPacejka {
   void SetSlipAngle(float radians);
   void SetSlipRatio(float ratio);
   float GetCamber() const;
+  // The stored operating point, as the core takes it (tyre/ktyre.h): code
+  // that evaluates at the tyre's point without changing it passes this.
+  kpacejka::Point<float> GetStoredPoint() const { return {camber, sideSlip, slipPercentage, Fz, FzPeak}; }
 
   // ---- Evaluation --------------------------------------------------------------
-  // Fx, Fy, Mz (and the curve statistics) at the stored operating point.
-  // Allocation-free; single precision.
+  // Fx, Fy, Mz (and the curve statistics) at the stored operating point:
+  // KTyreEvaluateStored, whose results land in the members below, and its
+  // reports. Allocation-free; single precision.
   void Calculate();
+  // The results of the last Calculate as the core gives them (issues 0).
+  KTyreResult GetLastResult() const;
 
   // ---- Accessors -----------------------------------------------------------------
   float GetLateralFriction() const;
@@ -115,52 +100,7 @@ class KPacejka {
   // that need to see a report again re-arm them here; nothing else does.
   static void RearmNaNReports();
 
-  // ==== Data, in declaration order ================================================
-  uint32_t flags;  // bit 0: negate_camber
-
-  // Pacejka89/96 coefficients (46, contiguous; no a11, no b13).
-  float a0, a1, a2, a3, a4, a5, a6, a7, a8, a9, a10, a111, a112, a12, a13;
-  float b0, b1, b2, b3, b4, b5, b6, b7, b8, b9, b10, b11, b12;
-  float c0, c1, c2, c3, c4, c5, c6, c7, c8, c9, c10, c11, c12, c13, c14, c15, c16, c17;
-
-  // Scaling factors (28, contiguous).
-  float lfz0, lcx, lmux, lex, lkx, lhx, lvx, lgax, lcy, lmuy, ley, lky, lhy, lvy, lgay,
-      lxal, lyka, lvyka, ls, lsgkp, lsgal, lgyr, lmx, lvmx, lmy, lgaz, ltr, lres;
-
-  // Magic Formula, longitudinal.
-  float pcx1, pdx1, pdx2, pdx3, pex1, pex2, pex3, pex4, pkx1, pkx2, pkx3, phx1, phx2, pvx1,
-      pvx2, rbx1, rbx2, rbx3, rcx1, rex1, rex2, rhx1, ptx1, ptx2, ptx3;
-  // Magic Formula, lateral.
-  float pcy1, pdy1, pdy2, pdy3, pey1, pey2, pey3, pey4, pky1, pky2, pky3, phy1, phy2, phy3,
-      pvy1, pvy2, pvy3, pvy4, rby1, rby2, rby3, rby4, rcy1, rey1, rey2, rhy1, rhy2, rvy1,
-      rvy2, rvy3, rvy4, rvy5, rvy6, pty1, pty2;
-  float lateralSpare[7];  // lateral-model floats no key reads (0)
-  // Magic Formula, aligning (no qbz7, qbz8, qdz5).
-  float qbz1, qbz2, qbz3, qbz4, qbz5, qbz6, qbz9, qbz10, qcz1, qdz1, qdz2, qdz3, qdz4, qdz6,
-      qdz7, qdz8, qdz9, qez1, qez2, qez3, qez4, qez5, qhz1, qhz2, qhz3, qhz4, ssz1, ssz2, ssz3,
-      ssz4;
-  // Turn-slip factors of the Pacejka2006 model (1.0: turn slip neglected).
-  float zeta0, zeta1, zeta2, zeta3, zeta4, zeta5, zeta6, zeta7, zeta8;
-  float turnSlipSpare;  // 0
-
-  // Tyre data.
-  float r0;            // unloaded radius (m)
-  float fz0;           // nominal load (N)
-  float longv;         // reference speed (m/s)
-  float mbelt;         // belt mass
-  float tyreSpare;     // 1.0
-  float fyShiftScale;  // factor of the combined-slip lateral shift
-  float tyreSpare3[3];  // 0
-  float lmp, lkyc, lt;
-
-  int32_t model;
-
-  // Validity ranges (the setters clamp into them).
-  float slipAngleMin, slipAngleMax;  // radians
-  float slipRatioMin, slipRatioMax;
-  float camberMin, camberMax;
-  float fzMin, fzMax;  // N
-
+  // ==== Data beyond the coefficients, in declaration order ======================
   // Operating point (inputs of Calculate).
   float camber;          // degrees, already negated for a negate_camber tyre
   float sideSlip;        // slip angle, degrees
@@ -181,15 +121,6 @@ class KPacejka {
 
   PSystem *system;  // owned; made by CreateSystem
 
-  // ---- The formula core (tyre/kpacejka_eval.h) ----------------------------------
-  // Calculate and the batch (tyre/kpacejka_batch.h) both run these, over the
-  // number type T of tyre/knumber.h: float, or eight lanes at once.
-  // Evaluate: the model's forces at `p` with the friction limits and the NaN
-  // guard applied; `bad` says which results the guard zeroed. With T = float
-  // and `stats` given, the curve statistics the model forms land there.
-  template <class T>
-  kpacejka::Forces<T> Evaluate(const kpacejka::Point<T> &p, kpacejka::Stats *stats,
-                               kpacejka::Guarded<T> *bad) const;
   // The NaN report of Calculate for one quantity (0 Fx, 1 Fy, 2 Mz) at a
   // point: once per process and quantity.
   static void ReportNaN(int quantity, const kpacejka::Point<float> &p);
@@ -197,22 +128,6 @@ class KPacejka {
   static void ReportBadCamber();
 
  private:
-  template <class T>
-  struct Pac96Curve;  // one force's curve parameters (kpacejka_pac96.h)
-  template <class T>
-  kpacejka::Forces<T> EvalPac96(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
-  template <class T>
-  Pac96Curve<T> Pac96FxCurve(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
-  template <class T>
-  Pac96Curve<T> Pac96FyCurve(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
-  template <class T>
-  Pac96Curve<T> Pac96MzCurve(const kpacejka::Point<T> &p) const;
-  template <class T>
-  kpacejka::Forces<T> EvalMagicFormula(bool mf61, const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
-  template <class T>
-  kpacejka::Forces<T> EvalPac2006(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const;
-  template <class T>
-  kpacejka::Guarded<T> ApplyLimits(kpacejka::Forces<T> &f, const kpacejka::Point<T> &p) const;
   void CheckCamber();
 };
 
@@ -252,7 +167,7 @@ struct KPacejkaMember {
   };
   const char *name;
   Kind kind;
-  uint32_t offset;  // byte offset in KPacejka
+  uint32_t offset;  // byte offset in KTyreParams
   Family family = ANY;
   Group group = OTHER;
   const char *tirSection = nullptr;  // TIR section and key it is read from and
@@ -275,11 +190,11 @@ const KPacejkaMember *KPacejkaFindMember(const char *name);
 // Index of the entry named `name`, or -1.
 int KPacejkaMemberIndex(const char *name);
 // The member's value as a double (model and flags converted exactly).
-double KPacejkaGetMember(const KPacejka &tyre, const KPacejkaMember &m);
+double KPacejkaGetMember(const KTyreParams &tyre, const KPacejkaMember &m);
 // Writes the member (model and flags truncated to integers).
-void KPacejkaSetMember(KPacejka &tyre, const KPacejkaMember &m, double value);
+void KPacejkaSetMember(KTyreParams &tyre, const KPacejkaMember &m, double value);
 // The float behind a FLOAT entry; null for model and flags.
-float *KPacejkaFloat(KPacejka &tyre, const KPacejkaMember &m);
+float *KPacejkaFloat(KTyreParams &tyre, const KPacejkaMember &m);
 
 // ---- Queries over the table (for the fitter, the TIR reader and writer) -----------
 // Whether model number `model` reads the member (unknown numbers run as model 1).

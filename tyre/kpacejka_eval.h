@@ -1,12 +1,12 @@
-// KPacejka's formula core over the number type T (tyre/knumber.h): dispatch
+// The tyre formula core over the number type T (tyre/knumber.h): dispatch
 // by model, then the friction limits and the NaN guard that every model's
-// results pass through. Calculate runs it with T = float, the batch with
-// eight lanes; the reports stay with the callers.
+// results pass through. The single-point core (ktyre.cpp) runs it with
+// T = float, the batch with 8 or 16 lanes; the reports stay with the callers.
 #pragma once
 
 #include <limits>
 
-#include "tyre/kpacejka.h"
+#include "tyre/ktyre.h"
 #include "tyre/kpacejka_mf52.h"
 #include "tyre/kpacejka_pac2006.h"
 #include "tyre/kpacejka_pac96.h"
@@ -32,7 +32,7 @@ inline Mask<T> IsBad(T v) {
 }  // namespace kpacejka
 
 template <class T>
-kpacejka::Guarded<T> KPacejka::ApplyLimits(kpacejka::Forces<T> &f, const kpacejka::Point<T> &p) const {
+kpacejka::Guarded<T> KTyreParams::ApplyLimits(kpacejka::Forces<T> &f, const kpacejka::Point<T> &p) const {
   using namespace kpacejka;
   // 2. no force beyond twice the nominal friction force. Only the MF models
   //    keep their friction in pdx1/pdy1; every other model number (Pacejka2006
@@ -55,7 +55,7 @@ kpacejka::Guarded<T> KPacejka::ApplyLimits(kpacejka::Forces<T> &f, const kpacejk
 }
 
 template <class T>
-kpacejka::Forces<T> KPacejka::Evaluate(const kpacejka::Point<T> &p, kpacejka::Stats *stats,
+kpacejka::Forces<T> KTyreParams::Evaluate(const kpacejka::Point<T> &p, kpacejka::Stats *stats,
                                        kpacejka::Guarded<T> *bad) const {
   // 1. dispatch; every number without a routine of its own runs Magic Formula 5.2
   kpacejka::Forces<T> f;

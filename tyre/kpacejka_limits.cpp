@@ -1,8 +1,7 @@
-// KPacejka::Calculate: the formula core (tyre/kpacejka_eval.h) at the stored
+// KPacejka::Calculate: the stateless core (tyre/ktyre.h) at the stored
 // operating point, and the NaN reports of the results its guard zeroed.
 #include "diag/qdebug.h"
 #include "tyre/kpacejka.h"
-#include "tyre/kpacejka_eval.h"
 
 // Process-wide once-flags of the NaN reports (Fx, Fy, Mz), shared by every
 // tyre: a bad coefficient set would otherwise flood the log once per sample.
@@ -20,21 +19,27 @@ void KPacejka::ReportNaN(int quantity, const kpacejka::Point<float> &p) {
   reportNaN[quantity] = false;
 }
 
+KTyreResult KPacejka::GetLastResult() const {
+  KTyreResult r;
+  r.Fx = Fx, r.Fy = Fy, r.Mz = Mz;
+  r.Bx = Bx, r.Cx = Cx, r.Dx = Dx, r.By = By, r.Cy = Cy, r.Dy = Dy;
+  r.longStiffness = longStiffness, r.corneringStiffness = corneringStiffness;
+  r.peakFx = peakFx, r.peakFy = peakFy;
+  return r;
+}
+
 void KPacejka::Calculate() {
-  const kpacejka::Point<float> p{camber, sideSlip, slipPercentage, Fz, FzPeak};
+  const kpacejka::Point<float> p = GetStoredPoint();
   // Statistics the model does not form keep their values.
-  kpacejka::Stats s{Bx, Cx, Dx, By, Cy, Dy, longStiffness, corneringStiffness, peakFx, peakFy};
-  kpacejka::Guarded<float> bad;
-  const kpacejka::Forces<float> f = Evaluate(p, &s, &bad);
-  Bx = s.Bx, Cx = s.Cx, Dx = s.Dx, By = s.By, Cy = s.Cy, Dy = s.Dy;
-  longStiffness = s.longStiffness;
-  corneringStiffness = s.corneringStiffness;
-  peakFx = s.peakFx;
-  peakFy = s.peakFy;
-  Fx = f.Fx;
-  Fy = f.Fy;
-  Mz = f.Mz;
-  const bool zeroed[3] = {bad.Fx, bad.Fy, bad.Mz};
-  for (int q = 0; q < 3; q++)
-    if (zeroed[q]) ReportNaN(q, p);
+  const KTyreResult last = GetLastResult();
+  const KTyreResult r = KTyreEvaluateStored(*this, p, &last);
+  Bx = r.Bx, Cx = r.Cx, Dx = r.Dx, By = r.By, Cy = r.Cy, Dy = r.Dy;
+  longStiffness = r.longStiffness;
+  corneringStiffness = r.corneringStiffness;
+  peakFx = r.peakFx;
+  peakFy = r.peakFy;
+  Fx = r.Fx;
+  Fy = r.Fy;
+  Mz = r.Mz;
+  KTyreReportStored(p, r);
 }

@@ -16,7 +16,7 @@
 #include <type_traits>
 
 #include "tyre/kmagicformula.h"
-#include "tyre/kpacejka.h"
+#include "tyre/ktyre.h"
 
 namespace kpacejka {
 // The C·D products divide the cornering and slip stiffness. The guard adds
@@ -27,7 +27,7 @@ inline T GuardCD(T CD) { return Select(Abs(CD) < 0.001f, CD + 0.001f, CD); }
 }  // namespace kpacejka
 
 template <class T>
-kpacejka::Forces<T> KPacejka::EvalMagicFormula(bool mf61, const kpacejka::Point<T> &p,
+kpacejka::Forces<T> KTyreParams::EvalMagicFormula(bool mf61, const kpacejka::Point<T> &p,
                                                kpacejka::Stats *stats) const {
   using namespace kpacejka;
   // ---- Working quantities ----
@@ -70,7 +70,7 @@ kpacejka::Forces<T> KPacejka::EvalMagicFormula(bool mf61, const kpacejka::Point<
   const T Cy = pcy1 * lcy;
   const T Dy = (pdy1 + pdy2 * dfz) * (1.0f - pdy3 * gy * gy) * lmuy * Fz;
   // 2. the scaled nominal load and then lfz0 once more: the simulator's form
-  const T Ky = pky1 * Fz0s * Sin(2.0f * Atan(Fz / (pky2 * Fz0s))) * (1.0f - pky3 * Abs(gy)) *
+  const T Ky = pky1 * Fz0s * SinTwoAtan(Fz / (pky2 * Fz0s)) * (1.0f - pky3 * Abs(gy)) *
                lfz0 * lky;
   // 3.
   const T By = Ky / GuardCD(Cy * Dy);
@@ -109,23 +109,24 @@ kpacejka::Forces<T> KPacejka::EvalMagicFormula(bool mf61, const kpacejka::Point<
   // (The pure-slip moment is not formed: the combined moment replaces it.)
 
   // ---- Combined slip ----
-  // The arctangents inside steps 1-3 first, side by side; then the cosines
-  // and the sine that take them
-  const T atanBxa = Atan(rbx2 * kappa);
-  const T atanSVyka = Atan(rvy4 * alpha);
+  // The arctangents inside steps 1-3 first, side by side (three only as
+  // cos(atan(x)), see CosAtan in tyre/knumber.h); then the sine that takes
+  // the fourth
+  const T cosAtanBxa = CosAtan(rbx2 * kappa);
+  const T cosAtanSVyka = CosAtan(rvy4 * alpha);
   const T atanSVykk = Atan(rvy6 * kappa);
-  const T atanByk = Atan(rby2 * (alpha - rby3));
+  const T cosAtanByk = CosAtan(rby2 * (alpha - rby3));
   // 1. longitudinal weighting (the curves below)
-  const T Bxa = rbx1 * Cos(atanBxa) * lxal;
+  const T Bxa = rbx1 * cosAtanBxa * lxal;
   const T Cxa = rcx1;
   const T Exa = rex1 + rex2 * dfz;
   const T SHxa = rhx1;
   // 2. lateral shift: unscaled camber, the stored load in kN and fyShiftScale
   //    in place of a friction coefficient, as the simulator forms it
-  const T SVyk = Cos(atanSVyka) * (rvy1 + rvy2 * dfz + rvy3 * gamma) * fyShiftScale *
+  const T SVyk = cosAtanSVyka * (rvy1 + rvy2 * dfz + rvy3 * gamma) * fyShiftScale *
                      p.Fz * Sin(rvy5 * atanSVykk) * lvyka;
   // 3. lateral weighting (the curves below)
-  const T Byk = rby1 * Cos(atanByk) * lyka;
+  const T Byk = rby1 * cosAtanByk * lyka;
   const T Cyk = rcy1;
   const T Eyk = rey1 + rey2 * dfz;
   const T SHyk = rhy1 + rhy2 * dfz;
@@ -145,7 +146,7 @@ kpacejka::Forces<T> KPacejka::EvalMagicFormula(bool mf61, const kpacejka::Point<
                 {Byk, Cyk, Eyk, SHyk},              // combined 3, normaliser
                 {Bt, Ct, Et, ateq}},                // combined 6, trail
                arg);
-  const T residual = Cos(Atan(Br * areq));  // combined 6
+  const T residual = CosAtan(Br * areq);  // combined 6
   const T Fx0 = Dx * Sin(arg[FX0]) + SVx;
   const T Fy0 = Dy * Sin(arg[FY0]) + SVy;
 

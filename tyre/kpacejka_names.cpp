@@ -24,7 +24,7 @@ using K = KPacejkaMember;
 #define ALIGNING "aligning_coefficients"
 #define SCALING_TIR "scaling_coefficients"
 
-#define AT(m) uint32_t(offsetof(KPacejka, m))
+#define AT(m) uint32_t(offsetof(KTyreParams, m))
 // A Pacejka89/96 coefficient: no TIR key; fitted within [lo, hi].
 #define P96(m, group, lo, hi) {#m, K::FLOAT, AT(m), K::PAC96_FAMILY, K::group, nullptr, nullptr, lo, hi}
 // A Magic Formula coefficient under its own name in a TIR section; fitted
@@ -345,15 +345,15 @@ const char *KPacejkaGroupName(KPacejkaMember::Group group) {
 
 // ---- Access -------------------------------------------------------------------------
 
-static char *At(const KPacejka &tyre, const KPacejkaMember &m) {
+static char *At(const KTyreParams &tyre, const KPacejkaMember &m) {
   return const_cast<char *>(reinterpret_cast<const char *>(&tyre)) + m.offset;
 }
 
-float *KPacejkaFloat(KPacejka &tyre, const KPacejkaMember &m) {
+float *KPacejkaFloat(KTyreParams &tyre, const KPacejkaMember &m) {
   return m.kind == KPacejkaMember::FLOAT ? reinterpret_cast<float *>(At(tyre, m)) : nullptr;
 }
 
-double KPacejkaGetMember(const KPacejka &tyre, const KPacejkaMember &m) {
+double KPacejkaGetMember(const KTyreParams &tyre, const KPacejkaMember &m) {
   switch (m.kind) {
     case KPacejkaMember::INT: return *reinterpret_cast<const int32_t *>(At(tyre, m));
     case KPacejkaMember::FLAGS: return *reinterpret_cast<const uint32_t *>(At(tyre, m));
@@ -361,7 +361,7 @@ double KPacejkaGetMember(const KPacejka &tyre, const KPacejkaMember &m) {
   }
 }
 
-void KPacejkaSetMember(KPacejka &tyre, const KPacejkaMember &m, double value) {
+void KPacejkaSetMember(KTyreParams &tyre, const KPacejkaMember &m, double value) {
   switch (m.kind) {
     case KPacejkaMember::INT: *reinterpret_cast<int32_t *>(At(tyre, m)) = int32_t(value); break;
     case KPacejkaMember::FLAGS: *reinterpret_cast<uint32_t *>(At(tyre, m)) = uint32_t(int64_t(value)); break;

@@ -16,10 +16,10 @@
 #include <type_traits>
 
 #include "tyre/kmagicformula.h"
-#include "tyre/kpacejka.h"
+#include "tyre/ktyre.h"
 
 template <class T>
-kpacejka::Forces<T> KPacejka::EvalPac2006(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const {
+kpacejka::Forces<T> KTyreParams::EvalPac2006(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const {
   using namespace kpacejka;
   // ---- Working quantities ----
   // 1. no guard: a zero nominal load is left to the NaN guard
@@ -69,7 +69,7 @@ kpacejka::Forces<T> KPacejka::EvalPac2006(const kpacejka::Point<T> &p, kpacejka:
   const T Dy = (pdy1 + pdy2 * dfz) * (1.0f - pdy3 * gs2) * lmuy * Fz * zeta2;
   // 13. lyka and γ*², as the simulator forms it
   const T Kya =
-      pky1 * Fz0s * Sin(2.0f * Atan(Fz / (pky2 * Fz0s))) * lyka * (1.0f - pky3 * gs2) * zeta3;
+      pky1 * Fz0s * SinTwoAtan(Fz / (pky2 * Fz0s)) * lyka * (1.0f - pky3 * gs2) * zeta3;
   // 14. the same kind of guard on the lateral C·D, adding 0.001
   const T CDy = Cy * Dy;
   const T By = Kya / (CDy + Select(Abs(CDy) < 0.001f, T(0.001f), T(0.0f)));
@@ -108,22 +108,23 @@ kpacejka::Forces<T> KPacejka::EvalPac2006(const kpacejka::Point<T> &p, kpacejka:
   // 26. (The pure-slip moment is not formed: the combined moment replaces it.)
 
   // ---- Combined slip ----
-  // The arctangents inside steps 27-29 first, side by side; then the
-  // cosines and the sine that take them
-  const T atanBxa = Atan(rbx2 * kappa);
-  const T atanSVyka = Atan(rvy4 * alpha);
+  // The arctangents inside steps 27-29 first, side by side (three only as
+  // cos(atan(x)), see CosAtan in tyre/knumber.h); then the sine that takes
+  // the fourth
+  const T cosAtanBxa = CosAtan(rbx2 * kappa);
+  const T cosAtanSVyka = CosAtan(rvy4 * alpha);
   const T atanSVykk = Atan(rvy6 * kappa);
-  const T atanByk = Atan(rby2 * (alpha - rby3));
+  const T cosAtanByk = CosAtan(rby2 * (alpha - rby3));
   // 27. longitudinal weighting (the curves below)
-  const T Bxa = Cos(atanBxa) * (rbx1 + rbx3 * gs2) * lxal;
+  const T Bxa = cosAtanBxa * (rbx1 + rbx3 * gs2) * lxal;
   const T Cxa = rcx1;
   const T Exa = rex1 + rex2 * dfz;
   const T SHxa = rhx1;
   // 28. lateral shift with the stored load in kN, as in Magic Formula 5.2
-  const T SVyk = Cos(atanSVyka) * (rvy1 + rvy2 * dfz + rvy3 * gs) * fyShiftScale *
+  const T SVyk = cosAtanSVyka * (rvy1 + rvy2 * dfz + rvy3 * gs) * fyShiftScale *
                      p.Fz * zeta2 * Sin(rvy5 * atanSVykk) * lvyka;
   // 29. lateral weighting (the curves below)
-  const T Byk = Cos(atanByk) * (rby1 + rby4 * gs2) * lyka;
+  const T Byk = cosAtanByk * (rby1 + rby4 * gs2) * lyka;
   const T Cyk = rcy1;
   const T Eyk = rey1 + rey2 * dfz;
   const T SHyk = rhy1 + rhy2 * dfz;

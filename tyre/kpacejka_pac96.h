@@ -9,7 +9,7 @@
 #include <type_traits>
 
 #include "tyre/kmagicformula.h"
-#include "tyre/kpacejka.h"
+#include "tyre/ktyre.h"
 
 namespace kpacejka {
 // A C·D product this small would blow B up; such a curve is flat anyway, so
@@ -21,12 +21,12 @@ constexpr float PAC96_B_FLAT = 99999.0f;
 // One force's curve, y = D·sin(C·atan(E·atan(B·x) + (1 − E)·B·x)) + Sv, and
 // the point x at which it is read.
 template <class T>
-struct KPacejka::Pac96Curve {
+struct KTyreParams::Pac96Curve {
   T B, C, D, E, Sv, x;
 };
 
 template <class T>
-inline KPacejka::Pac96Curve<T> KPacejka::Pac96FxCurve(const kpacejka::Point<T> &p,
+inline KTyreParams::Pac96Curve<T> KTyreParams::Pac96FxCurve(const kpacejka::Point<T> &p,
                                                       kpacejka::Stats *stats) const {
   using namespace kpacejka;
   const T Fz = p.Fz;
@@ -61,7 +61,7 @@ inline KPacejka::Pac96Curve<T> KPacejka::Pac96FxCurve(const kpacejka::Point<T> &
 }
 
 template <class T>
-inline KPacejka::Pac96Curve<T> KPacejka::Pac96FyCurve(const kpacejka::Point<T> &p,
+inline KTyreParams::Pac96Curve<T> KTyreParams::Pac96FyCurve(const kpacejka::Point<T> &p,
                                                       kpacejka::Stats *stats) const {
   using namespace kpacejka;
   const T Fz = p.Fz;
@@ -76,7 +76,7 @@ inline KPacejka::Pac96Curve<T> KPacejka::Pac96FyCurve(const kpacejka::Point<T> &
   // 5. a4 divides the load inside the stiffness term: guard it like C·D; the
   //    cornering stiffness then keeps its last value. (The sine is formed
   //    either way, as the decay in Fx.)
-  const T load = Sin(2.0f * Atan(Fz / a4));
+  const T load = SinTwoAtan(Fz / a4);
   const Mask<T> flat = (Abs(CD) < PAC96_CD_MIN) | Mask<T>(fabsf(a4) < PAC96_CD_MIN);
   const T BCD = a3 * load * (1.0f - a5 * absGamma);
   const T B = Select(flat, T(PAC96_B_FLAT), BCD / CD);
@@ -101,7 +101,7 @@ inline KPacejka::Pac96Curve<T> KPacejka::Pac96FyCurve(const kpacejka::Point<T> &
 }
 
 template <class T>
-inline KPacejka::Pac96Curve<T> KPacejka::Pac96MzCurve(const kpacejka::Point<T> &p) const {
+inline KTyreParams::Pac96Curve<T> KTyreParams::Pac96MzCurve(const kpacejka::Point<T> &p) const {
   using namespace kpacejka;
   const T Fz = p.Fz;
   const T FzP = p.FzPeak;
@@ -126,7 +126,7 @@ inline KPacejka::Pac96Curve<T> KPacejka::Pac96MzCurve(const kpacejka::Point<T> &
 }
 
 template <class T>
-kpacejka::Forces<T> KPacejka::EvalPac96(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const {
+kpacejka::Forces<T> KTyreParams::EvalPac96(const kpacejka::Point<T> &p, kpacejka::Stats *stats) const {
   using namespace kpacejka;
   // Fy's stiffness is itself a chain of two calls (atan, sin) ahead of its
   // curve, the longest of the three: start it first. (The three routines are

@@ -1,11 +1,11 @@
 // The operating point as the setters store it: SI in, clamped into the
-// tyre's validity ranges, then degrees, percent and kN. The setters and the
-// batch both convert through these, over the number type T of
+// tyre's validity ranges, then degrees, percent and kN. The setters, the
+// single-point core and the batch all convert through these, over the number type T of
 // tyre/knumber.h.
 #pragma once
 
 #include "tyre/kmagicformula.h"
-#include "tyre/kpacejka.h"
+#include "tyre/ktyre.h"
 
 namespace kpacejka {
 
@@ -17,28 +17,28 @@ inline T Clamp(T v, float lo, float hi) {
 }
 
 template <class T>
-inline T StoredLoad(const KPacejka &t, T newtons) {  // kN
+inline T StoredLoad(const KTyreParams &t, T newtons) {  // kN
   return Clamp(newtons, t.fzMin, t.fzMax) * 0.001f;
 }
 template <class T>
-inline T StoredSlipRatio(const KPacejka &t, T ratio) {  // percent
+inline T StoredSlipRatio(const KTyreParams &t, T ratio) {  // percent
   return Clamp(ratio, t.slipRatioMin, t.slipRatioMax) * 100.0f;
 }
 template <class T>
-inline T StoredSlipAngle(const KPacejka &t, T radians) {  // degrees
+inline T StoredSlipAngle(const KTyreParams &t, T radians) {  // degrees
   return Clamp(radians, t.slipAngleMin, t.slipAngleMax) * RAD_TO_DEG;
 }
 // The camber is stored unclamped, negated for a negate_camber tyre.
 template <class T>
-inline T StoredCamber(const KPacejka &t, T radians) {  // degrees
+inline T StoredCamber(const KTyreParams &t, T radians) {  // degrees
   const T c = radians * RAD_TO_DEG;
-  return (t.flags & KPacejka::NEGATE_CAMBER) ? -c : c;
+  return (t.flags & KTyreParams::NEGATE_CAMBER) ? -c : c;
 }
 
 // The point SetNormalLoad, SetSlipRatio, SetSlipAngle and SetCamber store
 // (the peak load follows the load).
 template <class T>
-inline Point<T> StoredPoint(const KPacejka &t, T newtons, T ratio, T radians, T camberRadians) {
+inline Point<T> StoredPoint(const KTyreParams &t, T newtons, T ratio, T radians, T camberRadians) {
   const T load = StoredLoad(t, newtons);
   return {StoredCamber(t, camberRadians), StoredSlipAngle(t, radians), StoredSlipRatio(t, ratio), load, load};
 }

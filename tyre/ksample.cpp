@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "tyre/kpacejka.h"
+#include "tyre/ktyre.h"
 
 namespace {
 
@@ -30,21 +31,19 @@ double SweepSlip(double lo, double hi, int i, int n) {
   return end * t * std::fabs(t);
 }
 
-void Add(KPacejka &tyre, KMeasuredData *out, double fz, double kappa, double alpha, double gamma) {
-  tyre.SetNormalLoad(float(fz));
-  tyre.SetSlipRatio(float(kappa));
-  tyre.SetSlipAngle(float(alpha));
-  tyre.SetCamber(float(gamma));
-  tyre.Calculate();
+void Add(const KTyreParams &tyre, KMeasuredData *out, double fz, double kappa, double alpha, double gamma) {
+  const KOperatingPoint at{float(fz), float(kappa), float(alpha), float(gamma)};
+  const KTyreResult r = KTyreEvaluate(tyre, at);
+  KTyreReport(tyre, at, r);
   KMeasuredPoint p;
   p.fz = fz, p.kappa = kappa, p.alpha = alpha, p.gamma = gamma;
-  p.force[KCH_FX] = double(tyre.Fx), p.force[KCH_FY] = double(tyre.Fy), p.force[KCH_MZ] = double(tyre.Mz);
+  p.force[KCH_FX] = double(r.Fx), p.force[KCH_FY] = double(r.Fy), p.force[KCH_MZ] = double(r.Mz);
   out->points.push_back(p);
 }
 
 }  // namespace
 
-KSamplePlan KSamplePlanFor(const KPacejka &t, int loads) {
+KSamplePlan KSamplePlanFor(const KTyreParams &t, int loads) {
   KSamplePlan plan;
   const bool magic = t.model == KPacejka::MF52 || t.model == KPacejka::MF61;
   // 1. loads
@@ -66,7 +65,7 @@ KSamplePlan KSamplePlanFor(const KPacejka &t, int loads) {
   return plan;
 }
 
-void KSampleTyre(KPacejka &tyre, const KSamplePlan &plan, KMeasuredData *out) {
+void KSampleTyre(const KTyreParams &tyre, const KSamplePlan &plan, KMeasuredData *out) {
   *out = KMeasuredData();
   for (bool &h : out->has) h = true;
   const double kEnd = std::max(std::fabs(plan.kappaMin), std::fabs(plan.kappaMax));

@@ -8,7 +8,7 @@
 
 #include "tyre/kmeasured.h"
 
-class KPacejka;
+struct KTyreParams;
 
 struct KSamplePlan {
   std::vector<double> loads;    // N
@@ -27,7 +27,8 @@ struct KSamplePlan {
 // zero are narrowed to working ranges: slip ratio ±1, slip angle ±20°,
 // camber ±6°, loads a quarter to twice the nominal load (4000 N for a
 // Pacejka89/96 tyre, which has none).
-KSamplePlan KSamplePlanFor(const KPacejka &tyre, int loads);
+KSamplePlan KSamplePlanFor(const KTyreParams &tyre, int loads);
 
-// Evaluates `tyre` over the plan into `out` (every channel measured).
-void KSampleTyre(KPacejka &tyre, const KSamplePlan &plan, KMeasuredData *out);
+// Evaluates `tyre` over the plan into `out` (every channel measured),
+// through the exact core: each point as `eval` gives it. Changes nothing.
+void KSampleTyre(const KTyreParams &tyre, const KSamplePlan &plan, KMeasuredData *out);

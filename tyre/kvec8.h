@@ -1,10 +1,13 @@
 // Eight single-precision lanes (AVX2) as a number type of the formula
-// templates (see tyre/knumber.h), with SLEEF's 1-ulp vector maths functions.
+// templates (see tyre/knumber.h), with SLEEF's vector maths functions: sin,
+// cos and exp within 1 ulp, atan within 3.5 ulp (its 1-ulp form costs four
+// times as much and took half the batch's time).
 //
-// Only the batch's vector file includes this header; it is built with
+// Only the batch's eight-lane file includes this header; it is built with
 // -mavx2 -mfma -ffp-contract=off, so a lane computes +, -, *, / and sqrt
 // exactly as float does and differs only where SLEEF's sin, cos, atan and
-// exp round differently from the C library's. Everything here sits in an
+// exp round differently from the C library's (and where the formulas take
+// cos(atan x) and sin(2 atan x) through their identities, tyre/knumber.h). Everything here sits in an
 // unnamed namespace: none of it may be merged with code built without AVX2.
 #pragma once
 
@@ -24,10 +27,17 @@ struct F8Mask {
 };
 
 struct F8 {
+  static constexpr int LANES = 8;
   __m256 v;
   F8() : v(_mm256_setzero_ps()) {}
   F8(__m256 x) : v(x) {}
   F8(float x) : v(_mm256_set1_ps(x)) {}
+  static F8 Load(const float *p) { return _mm256_loadu_ps(p); }
+  // cvtpd_ps rounds to nearest, as float(x) does.
+  static F8 Load(const double *p) {
+    return _mm256_set_m128(_mm256_cvtpd_ps(_mm256_loadu_pd(p + 4)), _mm256_cvtpd_ps(_mm256_loadu_pd(p)));
+  }
+  void Store(float *p) const { _mm256_storeu_ps(p, v); }
 };
 
 inline F8 operator+(F8 a, F8 b) { return _mm256_add_ps(a.v, b.v); }
@@ -62,7 +72,7 @@ inline F8 Abs(F8 a) { return _mm256_andnot_ps(_mm256_set1_ps(-0.0f), a.v); }
 inline F8 Sqrt(F8 a) { return _mm256_sqrt_ps(a.v); }
 inline F8 Sin(F8 a) { return Sleef_sinf8_u10avx2(a.v); }
 inline F8 Cos(F8 a) { return Sleef_cosf8_u10avx2(a.v); }
-inline F8 Atan(F8 a) { return Sleef_atanf8_u10avx2(a.v); }
+inline F8 Atan(F8 a) { return Sleef_atanf8_u35avx2(a.v); }
 inline F8 Exp(F8 a) { return Sleef_expf8_u10avx2(a.v); }
 
 // Bit i set when lane i of the mask holds.

@@ -28,7 +28,7 @@ TEST(Curves, SamplesAreTheModelNormalisedByLoadAndPeakIsTheFirstHighest) {
     CurveRange r = CurveInitialRange(k);
     CurveApplyZoom(k, true, &r);
     Curve c;
-    CurveSample(&tyre, k, r, &c);
+    CurveSample(tyre, tyre.GetStoredPoint(), k, r, &c);
     for (int i : {0, 17, 145, 289}) {
       float x = CurveSampleX(r, i);
       if (k == CURVE_FX) check.SetSlipRatio(x); else check.SetSlipAngle(x / CURVE_RAD2DEG);
@@ -48,7 +48,7 @@ TEST(Curves, SamplesAreTheModelNormalisedByLoadAndPeakIsTheFirstHighest) {
   check.SetNormalLoad(0.2f);
   CurveRange r = CurveInitialRange(CURVE_FX);
   Curve low;
-  CurveSample(&tyre, CURVE_FX, r, &low);
+  CurveSample(tyre, tyre.GetStoredPoint(), CURVE_FX, r, &low);
   check.SetSlipRatio(CurveSampleX(r, 160));
   check.Calculate();
   EXPECT_FLOAT_EQ(low.samples[160], check.Fx);
@@ -56,7 +56,7 @@ TEST(Curves, SamplesAreTheModelNormalisedByLoadAndPeakIsTheFirstHighest) {
   // A tyre with all coefficients 0 has no force anywhere: the peak is 0 at 0.
   KPacejka reset;
   OpApplyAll(&reset, OperatingPoint());
-  CurveSample(&reset, CURVE_FY, CurveInitialRange(CURVE_FY), &low);
+  CurveSample(reset, reset.GetStoredPoint(), CURVE_FY, CurveInitialRange(CURVE_FY), &low);
   EXPECT_TRUE(low.peakX == 0.0f && low.peakValue == 0.0f);
 }
 

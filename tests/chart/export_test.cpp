@@ -51,8 +51,8 @@ TEST(ExportCarIni, Pacejka96BlockMatchesGolden) {
   CurveApplyZoom(CURVE_FX, true, &rx);
   CurveApplyZoom(CURVE_FY, true, &ry);
   Curve cx, cy;
-  CurveSample(&t.fx, CURVE_FX, rx, &cx);
-  CurveSample(&t.fy, CURVE_FY, ry, &cy);
+  CurveSample(t.fx, t.fx.GetStoredPoint(), CURVE_FX, rx, &cx);
+  CurveSample(t.fy, t.fy.GetStoredPoint(), CURVE_FY, ry, &cy);
   ExpectGolden("touring_carini.txt", ExportCarIniText(t.fx, cx.peakX, cy.peakX));
   // The statistics are the peaks as given, the slip angle in radians.
   std::string text = ExportCarIniText(KPacejka(), 0.125f, 57.29578f);

@@ -1,11 +1,11 @@
 // The views against the model: ellipse extremes, µ over load and stiffness
 // against the window's curves; the fitted axes.
 #include <cmath>
+#include <string>
 
 #include "golden.h"
 #include "chart/oppoint.h"
 #include "chart/plot.h"
-#include "chart/tyreguard.h"
 #include "chart/views.h"
 
 namespace {
@@ -21,6 +21,7 @@ struct ViewFixture {
     p.load = load;
     OpApplyAll(&tyre, p);
     vt.tyre = &tyre;
+    vt.at = tyre.GetStoredPoint();
     vt.fxRange = CurveInitialRange(CURVE_FX);
     vt.fyRange = CurveInitialRange(CURVE_FY);
     CurveApplyZoom(CURVE_FX, true, &vt.fxRange);
@@ -28,9 +29,8 @@ struct ViewFixture {
   }
   // The window's curve peak at the tyre's load (Fx/Fz or Fy/Fz).
   float CurvePeak(CurveKind kind) {
-    TyreStateGuard keep(&tyre);
     Curve c;
-    CurveSample(&tyre, kind, kind == CURVE_FX ? vt.fxRange : vt.fyRange, &c);
+    CurveSample(tyre, tyre.GetStoredPoint(), kind, kind == CURVE_FX ? vt.fxRange : vt.fyRange, &c);
     return c.peakValue;
   }
 };
@@ -73,9 +73,16 @@ TEST(Views, EllipseExtremesArePureSlipPeaks) {
 TEST(Views, MuOverLoadMeetsTheCurvesAtTheOperatingLoad) {
   for (const std::string &source : {TouringCar(), MF61}) {
     ViewFixture f(source);
-    TyreStateGuard::State before = TyreStateGuard::Take(f.tyre);
+    // every byte of the coefficients, the operating point and the results
+    auto bytes = [&] {
+      const char *from = reinterpret_cast<const char *>(&f.tyre.camber);
+      const char *to = reinterpret_cast<const char *>(&f.tyre.resultSpares[4]);
+      return std::string(reinterpret_cast<const char *>(static_cast<const KTyreParams *>(&f.tyre)),
+                         sizeof(KTyreParams)) + std::string(from, size_t(to - from));
+    };
+    const std::string before = bytes();
     Chart c = ViewMuLoad({f.vt});
-    EXPECT_TRUE(before == TyreStateGuard::Take(f.tyre));
+    EXPECT_TRUE(before == bytes());
     ASSERT_EQ(c.series.size(), 2u);
     for (int q = 0; q < 2; q++) {
       const ChartSeries &s = c.series[q];
@@ -168,11 +175,8 @@ TEST(Views, StiffnessIsTheCurvesSlopeAtZeroSlip) {
   while (c.series[0].x[at] != 2500.0f) at++;
   // The window's curves around zero: sample 145 sits at zero slip.
   Curve fx, fy;
-  {
-    TyreStateGuard keep(&f.tyre);
-    CurveSample(&f.tyre, CURVE_FX, f.vt.fxRange, &fx);
-    CurveSample(&f.tyre, CURVE_FY, f.vt.fyRange, &fy);
-  }
+  CurveSample(f.tyre, f.tyre.GetStoredPoint(), CURVE_FX, f.vt.fxRange, &fx);
+  CurveSample(f.tyre, f.tyre.GetStoredPoint(), CURVE_FY, f.vt.fyRange, &fy);
   float dx = CurveSampleX(f.vt.fxRange, 146) - CurveSampleX(f.vt.fxRange, 145);
   float da = (CurveSampleX(f.vt.fyRange, 146) - CurveSampleX(f.vt.fyRange, 145)) / CURVE_RAD2DEG;
   float kx = (fx.samples[146] - fx.samples[144]) / (2.0f * dx) * 2.5f;  // kN per unit slip

@@ -224,3 +224,25 @@ TEST(FitTyre, StartsFromAGivenTyreAndRefusesWhatItCannotFit) {
   EXPECT_EQ(cap.errors, std::string("the start tyre is Pacejka89/96, not of the family of Magic Formula 6.1\n") +
                             "model 2 cannot be fitted (pac96, mf52 or mf61)\nno data points\n");
 }
+
+// The Jacobian's columns run side by side on worker threads; each column is
+// formed alone, so any number of threads gives the same fit to the bit (a
+// column written into another's place, or a worker sharing a tyre with the
+// next, would not).
+TEST(FitTyre, AnyNumberOfThreadsGivesTheSameFit) {
+  KPacejka source;
+  SetTestMF(source, KPacejka::MF61);
+  const KMeasuredData data = Sample(source, true);
+  std::vector<double> first;
+  for (int threads : {1, 3}) {
+    KPacejka fitted;
+    KFitOptions o;
+    o.model = KPacejka::MF61;
+    o.maxIterations = 8;
+    o.threads = threads;
+    KFitResult r;
+    ASSERT_TRUE(KFitTyre(data, o, &fitted, &r)) << r.error;
+    if (first.empty()) first = Members(fitted);
+    else EXPECT_TRUE(first == Members(fitted)) << threads << " threads";
+  }
+}

@@ -1,0 +1,17 @@
+// The batch sixteen points at a time: the formula core over F16 (tyre/kvec16.h).
+// Built with -mavx512f -ffp-contract=off; only called after
+// KBatchLanes() said the processor can run it.
+#include "tyre/kvec16.h"
+#include "tyre/kpacejka_batch_lanes.h"
+
+void KTyreEvaluateBatch16(const KTyreParams &tyre, size_t n, const float *fz, const float *kappa,
+                         const float *alpha, const float *gamma, float *fx, float *fy, float *mz,
+                         KBatchIssues *issues) {
+  kpacejka::EvaluateLanes<kpacejka::F16>(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, issues);
+}
+
+void KTyreEvaluateBatch16(const KTyreParams &tyre, size_t n, const double *fz, const double *kappa,
+                         const double *alpha, const double *gamma, float *fx, float *fy, float *mz,
+                         KBatchIssues *issues) {
+  kpacejka::EvaluateLanes<kpacejka::F16>(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, issues);
+}
