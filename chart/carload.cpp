@@ -106,7 +106,7 @@ std::string CarNotATyre(const char *path, int wheel) {
   }
   // TYDEX files mark their sections with "**" at the start of a line.
   if (EndsWith(path, ".tdx") || text.rfind("**", 0) == 0 || text.find("\n**") != std::string::npos)
-    return name + ": a TYDEX measurement file, not a tyre (" + kTyres + ")";
+    return name + ": a TYDEX measurement file, not a tyre (" + kTyres + "; `fit` makes one from measured data)";
   const std::string first = FirstContentLine(text);
   if (EndsWith(path, ".csv") ||
       (first.find(',') != std::string::npos && first.find_first_of("={}") == std::string::npos))

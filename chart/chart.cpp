@@ -42,6 +42,23 @@ void ChartFit(const Chart &chart, ChartAxis *x, ChartAxis *y) {
   *y = ChartFitAxis(yl, yh);
 }
 
+ChartCorner ChartEmptiestCorner(const Chart &chart) {
+  ChartAxis x, y;
+  ChartFit(chart, &x, &y);
+  const float xMid = 0.5f * (x.min + x.max), yMid = 0.5f * (y.min + y.max);
+  size_t count[4] = {0, 0, 0, 0};  // in ChartCorner order
+  for (const ChartSeries &s : chart.series)
+    for (size_t i = 0; i < s.x.size() && i < s.y.size(); i++) {
+      if (!std::isfinite(s.x[i]) || !std::isfinite(s.y[i])) continue;
+      const bool left = s.x[i] < xMid, bottom = s.y[i] < yMid;
+      count[(bottom ? 2 : 0) + (left ? 1 : 0)]++;
+    }
+  int best = 0;
+  for (int c = 1; c < 4; c++)
+    if (count[c] < count[best]) best = c;
+  return ChartCorner(best);
+}
+
 QRect ChartBox(const QRect &area) { return QRect(area.x + 80, area.y + 40, area.wid - 110, area.hgt - 96); }
 
 namespace {
@@ -162,15 +179,24 @@ ChartLegend Place(QRenderer *r, const Chart &chart, const Mapper &m) {
       widest = std::max(widest, width(legend.labels.back()));
     }
   if (legend.labels.empty()) return legend;
-  const int wid = widest + 46, hgt = int(legend.labels.size()) * 16 + 6;
-  const QRect &b = m.box;
-  const int left = b.x + 6, right = b.x + b.wid - wid - 6, top = b.y + 4, bottom = b.y + b.hgt - hgt - 4;
-  const QRect corners[] = {QRect(right, top, wid, hgt), QRect(left, top, wid, hgt), QRect(right, bottom, wid, hgt),
-                           QRect(left, bottom, wid, hgt)};
+  const int rows = int(legend.labels.size());
+  // The white box of the legend in a corner; its text starts 6 pixels in.
+  auto at = [&](ChartCorner corner) {
+    const QRect &b = m.box;
+    const bool left = corner == CHART_TOP_LEFT || corner == CHART_BOTTOM_LEFT;
+    const bool bottom = corner == CHART_BOTTOM_RIGHT || corner == CHART_BOTTOM_LEFT;
+    int x = left ? b.x + 16 : b.x + b.wid - widest - 46;
+    int y = bottom ? b.y + b.hgt - rows * 16 - 8 : b.y + 8;
+    return QRect(x - 6, y - 4, widest + 46, rows * 16 + 6);
+  };
+  if (chart.legend != CHART_LEGEND_AUTO) {
+    legend.box = at(chart.legend);
+    return legend;
+  }
   int best = -1;
-  for (const QRect &c : corners) {
-    int hits = Hits(chart, m, c);
-    if (best < 0 || hits < best) best = hits, legend.box = c;
+  for (ChartCorner c : {CHART_TOP_RIGHT, CHART_TOP_LEFT, CHART_BOTTOM_RIGHT, CHART_BOTTOM_LEFT}) {
+    int hits = Hits(chart, m, at(c));
+    if (best < 0 || hits < best) best = hits, legend.box = at(c);
   }
   return legend;
 }
@@ -203,7 +229,9 @@ namespace {
 Mapper Layout(QRenderer *r, const Chart &chart, const QRect &area, ChartLegend *legend) {
   Mapper m = MapperFor(chart, area);
   *legend = Place(r, chart, m);
-  for (int grow = 0; grow < 4 && !legend->labels.empty() && Hits(chart, m, legend->box) > 0; grow++) {
+  for (int grow = 0; grow < 4 && chart.legend == CHART_LEGEND_AUTO && !legend->labels.empty() &&
+                     Hits(chart, m, legend->box) > 0;
+       grow++) {
     m.y.max += m.y.step;
     *legend = Place(r, chart, m);
   }

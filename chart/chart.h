@@ -21,12 +21,21 @@ struct ChartSeries {
   std::string label;    // legend text; empty: not in the legend
 };
 
+// The corner of the plot box the legend sits in; CHART_LEGEND_AUTO lets the
+// drawing pick it from the series' pixels (ChartLegendPlace).
+enum ChartCorner { CHART_TOP_RIGHT, CHART_TOP_LEFT, CHART_BOTTOM_RIGHT, CHART_BOTTOM_LEFT, CHART_LEGEND_AUTO };
+
 struct Chart {
   std::string title;
   std::string subtitle;      // a second line under the title, in grey; may be empty
   std::string xName, yName;  // with units, e.g. "Fz [N]"
   std::vector<ChartSeries> series;
+  ChartCorner legend = CHART_TOP_RIGHT;
 };
+
+// The corner whose quarter of the plot box the fewest points of the
+// series (line vertices included) fall in: where a legend hides least.
+ChartCorner ChartEmptiestCorner(const Chart &chart);
 
 // An axis: the data range widened to whole ticks.
 struct ChartAxis {
@@ -44,11 +53,12 @@ QRect ChartBox(const QRect &area);
 void ChartPaint(QRenderer *r, const Chart &chart, const QRect &area);
 
 // The legend: one row per labelled series, each label shortened in the
-// middle to at most CHART_LEGEND_TEXT pixels. It goes into the corner of the
-// plot box where the fewest series pixels run (ChartHits), the upper right
-// when several tie, then the upper left, lower right and lower left. When
-// every corner has some, the vertical axis gets up to four more steps at the
-// top, until an upper corner is free.
+// middle to at most CHART_LEGEND_TEXT pixels, in the corner `chart.legend`
+// names. With CHART_LEGEND_AUTO it goes into the corner of the plot box where
+// the fewest series pixels run (ChartHits), the upper right when several tie,
+// then the upper left, lower right and lower left; and when every corner has
+// some, the vertical axis gets up to four more steps at the top, until an
+// upper corner is free.
 constexpr int CHART_LEGEND_TEXT = 300;
 struct ChartLegend {
   QRect box;                        // the white box behind it; empty: no legend

@@ -132,6 +132,7 @@ void PureExtremes(const ViewTyre &vt, bool lateral, float *pos, float *neg) {
 
 Chart ViewEllipse(const std::vector<ViewTyre> &tyres) {
   Chart c;
+  c.legend = CHART_LEGEND_AUTO;
   c.title = "Friction ellipse: Fy over Fx, slip ratio -1..1 at slip angles -12..12 deg";
   c.xName = "Fx [kN]";
   c.yName = "Fy [kN]";
@@ -196,6 +197,7 @@ std::vector<float> Loads(const ViewTyre &vt) {
 
 Chart ViewMuLoad(const std::vector<ViewTyre> &tyres) {
   Chart c;
+  c.legend = CHART_LEGEND_AUTO;
   c.title = "Peak friction over load (peaks of the Fx/Fz and Fy/Fz curves)";
   c.xName = "Fz [N]";
   c.yName = "\xB5 [N/N]";
@@ -225,6 +227,7 @@ Chart ViewMuLoad(const std::vector<ViewTyre> &tyres) {
 
 Chart ViewStiffness(const std::vector<ViewTyre> &tyres) {
   Chart c;
+  c.legend = CHART_LEGEND_AUTO;
   c.title = "Slip stiffness over load (slope at zero slip)";
   c.xName = "Fz [N]";
   c.yName = "Kx [kN/unit slip], Ky [kN/rad]";

@@ -9,6 +9,7 @@
 #include <cctype>
 #include <cstdio>
 #include <cstring>
+#include <strings.h>
 
 #include "base/qfile.h"
 #include "cli/tyreopts.h"
@@ -41,7 +42,7 @@ bool FitCliParse(const char *cmd, const std::vector<std::string> &args, bool wit
   for (size_t i = 0; i < args.size(); i++) {
     const std::string &a = args[i];
     const bool valued = a == "--model" || a == "--wheel" || a == "-o" || a == "--report" ||
-                        (withStart && a == "--start");
+                        (withStart && (a == "--start" || a == "--report-pdf"));
     if (valued && i + 1 >= args.size()) return Refuse(cmd, "%s needs a value", a.c_str());
     if (a == "--model") {
       if (!KFitModelByName(args[++i].c_str(), &o->model))
@@ -52,6 +53,10 @@ bool FitCliParse(const char *cmd, const std::vector<std::string> &args, bool wit
       o->out = args[++i];
     } else if (a == "--report") {
       o->report = args[++i];
+    } else if (withStart && a == "--report-pdf") {
+      o->reportPdf = args[++i];
+      if (o->reportPdf.size() < 4 || strcasecmp(o->reportPdf.c_str() + o->reportPdf.size() - 4, ".pdf") != 0)
+        return Refuse(cmd, "--report-pdf: '%s' does not end in .pdf", o->reportPdf.c_str());
     } else if (withStart && a == "--start") {
       o->start = args[++i];
     } else if (a == "--force") {
@@ -74,7 +79,7 @@ bool FitCliParse(const char *cmd, const std::vector<std::string> &args, bool wit
 }
 
 bool FitCliOutputsFree(const char *cmd, const FitCliOptions &o) {
-  for (const std::string *f : {&o.out, &o.report})
+  for (const std::string *f : {&o.out, &o.report, &o.reportPdf})
     if (!f->empty() && !o.force && QFileExists(f->c_str(), false))
       return Refuse(cmd, "%s exists; add --force to overwrite it", f->c_str());
   return true;

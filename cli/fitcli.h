@@ -15,6 +15,7 @@ struct FitCliOptions {
   int wheel = 0;       // --wheel
   std::string out;     // -o
   std::string report;  // --report
+  std::string reportPdf;  // --report-pdf (fit only)
   bool force = false;  // --force
 };
 

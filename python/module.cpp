@@ -25,6 +25,7 @@
 
 #include "cli/fitcli.h"
 #include "cli/tyreopts.h"
+#include "python/measured.h"
 #include "python/reports.h"
 #include "chart/carload.h"
 #include "chart/curves.h"
@@ -449,6 +450,7 @@ double BatchSeconds(const PyTyre &t, const py::array_t<float, py::array::c_style
 PYBIND11_MODULE(_tyrograph, m) {
   m.doc() = "Tyrograph's tyre models: load a tyre, evaluate it over NumPy arrays, sample its curves, export it.";
   PyReportsRegister(m);
+  MeasuredRegister(m);
   py::module_ collections = py::module_::import("collections");
   namedForces = collections.attr("namedtuple")("Forces", "fx fy mz");
   namedForces.attr("__module__") = "tyrograph";

@@ -226,6 +226,36 @@ bool QCairoWriteFile(const std::string &path, int wid, int hgt, int baseWid, int
   return !Fail(st, error, path);
 }
 
+bool QCairoWritePdfPages(const std::string &path, int wid, int hgt, int pages, const std::string &title,
+                         const std::function<void(QRenderer *, int page)> &draw, std::string *error) {
+  if (wid < 1 || hgt < 1 || pages < 1) {
+    if (error) *error = path + ": empty document";
+    return false;
+  }
+  cairo_surface_t *surface = cairo_pdf_surface_create(path.c_str(), wid, hgt);
+  if (Fail(cairo_surface_status(surface), error, path)) {
+    cairo_surface_destroy(surface);
+    return false;
+  }
+  if (!title.empty()) cairo_pdf_surface_set_metadata(surface, CAIRO_PDF_METADATA_TITLE, title.c_str());
+  cairo_t *cr = cairo_create(surface);
+  cairo_status_t st = CAIRO_STATUS_SUCCESS;
+  for (int page = 0; page < pages && st == CAIRO_STATUS_SUCCESS; page++) {
+    {
+      QCairoRenderer r(cr);
+      r.BeginPicture(QColor(255, 255, 255, 255));
+      draw(&r, page);
+    }
+    cairo_show_page(cr);
+    st = cairo_status(cr);
+  }
+  cairo_destroy(cr);
+  cairo_surface_finish(surface);
+  if (st == CAIRO_STATUS_SUCCESS) st = cairo_surface_status(surface);
+  cairo_surface_destroy(surface);
+  return !Fail(st, error, path);
+}
+
 void QCairoReleaseCaches() {
   cairo_debug_reset_static_data();
   FcFini();

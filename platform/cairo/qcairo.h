@@ -50,6 +50,13 @@ bool QCairoFormatOf(const std::string &path, QCairoFormat *format);
 bool QCairoWriteFile(const std::string &path, int wid, int hgt, int baseWid, int baseHgt,
                      const std::function<void(QRenderer *)> &draw, std::string *error);
 
+// Writes a PDF file of `pages` pages, each wid x hgt points on white and
+// drawn by draw(renderer, page) for page 0 ... pages-1; `title` goes into
+// the document's properties. False with the reason in `error` (file not
+// writable, Cairo error).
+bool QCairoWritePdfPages(const std::string &path, int wid, int hgt, int pages, const std::string &title,
+                         const std::function<void(QRenderer *, int page)> &draw, std::string *error);
+
 // Frees what Cairo and the font configuration keep for the life of the
 // process (font caches), so a command-line tool ends with nothing allocated.
 // Only when no Cairo object is left; a later picture builds them again.

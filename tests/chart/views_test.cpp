@@ -7,6 +7,7 @@
 #include "chart/oppoint.h"
 #include "chart/plot.h"
 #include "chart/views.h"
+#include "render/qrecorder.h"
 
 namespace {
 
@@ -201,4 +202,29 @@ TEST(Chart, FittedAxes) {
     EXPECT_NEAR(a.max, r.max, 1e-4f) << r.lo << ".." << r.hi;
     EXPECT_NEAR(a.step, r.step, 1e-5f) << r.lo << ".." << r.hi;
   }
+}
+
+TEST(Chart, LegendGoesToTheEmptiestCorner) {
+  // a rising curve fills the bottom left and the top right
+  Chart c;
+  ChartSeries s;
+  for (int i = 0; i <= 20; i++) s.x.push_back(float(i)), s.y.push_back(float(i * i));
+  s.label = "curve";
+  c.series.push_back(s);
+  const ChartCorner corner = ChartEmptiestCorner(c);
+  EXPECT_EQ(corner, CHART_TOP_LEFT);
+  // the legend's white box is drawn at the left of the plot box
+  c.legend = corner;
+  QRecorder rec;
+  const QRect area(0, 0, 400, 300), box = ChartBox(area);
+  ChartPaint(&rec, c, area);
+  const QRecord *label = rec.FindText("curve");
+  ASSERT_NE(label, nullptr);
+  EXPECT_LT(label->x, box.x + box.wid / 2);
+  EXPECT_LT(label->y, box.y + box.hgt / 2);
+  // the default stays at the top right
+  c.legend = CHART_TOP_RIGHT;
+  rec.Reset();
+  ChartPaint(&rec, c, area);
+  EXPECT_GT(rec.FindText("curve")->x, box.x + box.wid / 2);
 }

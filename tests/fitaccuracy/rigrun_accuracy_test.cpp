@@ -1,0 +1,83 @@
+// A realistic rig run (tyre/krigrun.h: SAE signs, degrees, units row,
+// noise, load wobble, relaxation lag, grip drift, offsets, spikes, warm-up)
+// made from the bundled Magic Formula 6.1 tyre, read from its text form and
+// conditioned as `fit RUN --model mf61` does, fitted with the default
+// options, and checked against the noise-free steady-state truth at the
+// loads halfway between the set points: Fx, Fy within 2 % of peak, Mz
+// within 5 %. (Its TYDEX form conditions to the same points:
+// tests/tyre/kcondition_test.cpp.) Prints the figures.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+
+#include "tests/base/capture.h"
+#include "tyre/kdataload.h"
+#include "tyre/kfit.h"
+#include "tyre/kpacejka.h"
+#include "tyre/krigrun.h"
+
+namespace {
+
+void At(KPacejka &t, double fz, double kappa, double alpha, double gamma, double f[3]) {
+  t.SetNormalLoad(float(fz));
+  t.SetSlipRatio(float(kappa));
+  t.SetSlipAngle(float(alpha));
+  t.SetCamber(float(gamma));
+  t.Calculate();
+  f[0] = double(t.Fx), f[1] = double(t.Fy), f[2] = double(t.Mz);
+}
+
+TEST(RigRunAccuracy, Mf61FromTheTextForm) {
+  KPacejka truth;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(truth.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir"));
+  }
+  const KRigRunPlan plan = KRigRunPlanFor(truth);
+  KRunData run;
+  KRigRun(truth, plan, &run);
+  KDataLoad load;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KDataLoadText(KRigRunText(run, {"generated"}), "run.txt", KRunOptions(), KConditionOptions(), false,
+                              &load))
+        << load.error;
+  }
+  ASSERT_TRUE(load.problems.empty());
+  KPacejka fitted;
+  KFitOptions o;
+  o.model = KPacejka::MF61;
+  KFitResult r;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KFitTyre(load.data, o, &fitted, &r)) << r.error;
+  }
+  // pure sweeps at the loads between the set points, every camber
+  double sum[3] = {}, peak[3] = {};
+  int n = 0;
+  for (size_t l = 0; l + 1 < plan.loads.size(); l++)
+    for (double g : plan.cambers)
+      for (int i = -40; i <= 40; i++)
+        for (int sweep = 0; sweep < 2; sweep++) {
+          const double fz = 0.5 * (plan.loads[l] + plan.loads[l + 1]);
+          const double kappa = sweep ? plan.kappaMax * i / 40 : 0, alpha = sweep ? 0 : plan.alphaMax * i / 40;
+          double want[3], got[3];
+          At(truth, fz, kappa, alpha, g, want);
+          At(fitted, fz, kappa, alpha, g, got);
+          for (int c = 0; c < 3; c++) {
+            sum[c] += (got[c] - want[c]) * (got[c] - want[c]);
+            peak[c] = std::fmax(peak[c], std::fabs(want[c]));
+          }
+          n++;
+        }
+  double pct[3];
+  for (int c = 0; c < 3; c++) pct[c] = 100 * std::sqrt(sum[c] / n) / peak[c];
+  printf("rig run (%zu rows, %zu points) to mf61: RMS of peak Fx %.2f %%, Fy %.2f %%, Mz %.2f %% (%d points, %.1f s)\n",
+         run.rows, load.data.points.size(), pct[0], pct[1], pct[2], n, r.seconds);
+  EXPECT_LT(pct[0], 2.0);
+  EXPECT_LT(pct[1], 2.0);
+  EXPECT_LT(pct[2], 5.0);
+}
+
+}  // namespace
