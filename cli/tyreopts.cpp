@@ -6,11 +6,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "base/qfile.h"
 #include "chart/basedir.h"
 #include "chart/carload.h"
+#include "diag/qcollect.h"
 #include "chart/export.h"
+#include "chart/graphtyres.h"
 
 bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out) {
   char *end = nullptr;
@@ -127,6 +130,23 @@ bool CliLoadTyreState(CliTyreState *state, std::string *error) {
   return true;
 }
 
+std::string CliResolveTyre(const std::string &source) { return CarResolveSource(source, BaseFolderFind()); }
+
+bool CliTyreLoads(const char *cmd, const std::string &source, int wheel, const char *prefix) {
+  auto tyre = std::make_unique<KPacejka>();
+  std::string error;
+  bool loads;
+  {
+    // Only whether it loads: what the loader reports on the way comes when
+    // the command loads the tyre for its work.
+    QReportCollector quiet;
+    loads = CarLoadTyreSource(source.c_str(), wheel, tyre.get(), &error);
+  }
+  if (loads) return true;
+  fprintf(stderr, "tyrograph-cli %s: %s%s\n", cmd, prefix, error.c_str());
+  return false;
+}
+
 bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre) {
   std::string error;
   if (LoadOne(state, source, tyre, &error)) return true;
@@ -144,12 +164,7 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state) {
 bool CliAsciiArgsValid(int steps, float maximum) { return steps >= 0 && maximum > 0.0f; }
 
 void CliSampleCurves(const CliTyreState &state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
-  for (int g = 0; g < CURVE_COUNT; g++) {
-    CurveKind kind = CurveKind(g);
-    ranges[g] = CurveInitialRange(kind);
-    CurveApplyZoom(kind, state.zoom, &ranges[g]);
-    CurveSample(state.tyre, state.tyre.GetStoredPoint(), kind, ranges[g], &curves[g]);
-  }
+  GraphTyresSample(state.tyre, state.zoom, ranges, curves);
 }
 
 bool CliTakeOutputOption(const std::vector<std::string> &rest, size_t *i, std::string *out, bool *force) {

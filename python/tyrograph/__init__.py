@@ -15,13 +15,10 @@ Paths may be str or os.PathLike. Problems the library reports raise
 tyrograph.Error with its own message; its warnings come as
 tyrograph.TyreWarning.
 """
-import atexit
 import glob
 import os
 import re
-import shutil
 import sys
-import tempfile
 import warnings
 
 
@@ -102,61 +99,23 @@ def load(path, wheel=0, strict=False):
     return _c.load(_source(path), wheel, strict)
 
 
-_scratch = None
+def fit(data, model, out=None, start=None, wheel=0, report=None, force=False, **options):
+    if isinstance(data, (str, bytes, os.PathLike)):
+        data = os.fsdecode(os.fspath(data))
+    return _tyrograph.fit(data, model, _optional_path(out), None if start is None else _source(start), wheel,
+                          _optional_path(report), force, **options)
 
 
-def _scratch_dir():
-    """A folder for what fit writes when no `out` is given, removed at exit."""
-    global _scratch
-    if _scratch is None:
-        _scratch = tempfile.mkdtemp(prefix="tyrograph-")
-        atexit.register(shutil.rmtree, _scratch, True)
-    return _scratch
-
-
-def fit(data, model, out=None, start=None, wheel=0, report=None, force=False, axes="auto", columns=None,
-        units=None, thin=0):
-    """Fits model "pac96", "mf52" or "mf61" to measured data, as tyrograph-cli fit does.
-
-    data: a path to a tidy CSV file (fz, kappa, alpha, gamma, fx, fy, mz in
-    eval's units), to a rig run (delimited text or TYDEX) or a mapping of
-    column name to array (a pandas DataFrame works); runs and mappings are
-    read and conditioned as read_data() does (axes, columns, units, thin),
-    and refused when the plausibility checks find a problem.
-    out: where to write the tyre (a TIR file when the name ends in .tir, else
-    a car.ini); None keeps it in a scratch folder only. An existing `out`
-    or `report` stays unless force=True.
-    start: a tyre to start from, as load() takes it.
-    Paths are str or os.PathLike.
-    Returns a dict: "tyre" (the fitted tyre, loaded), "model", "output",
-    "channels" ({"Fx": {"points", "rms", "rms_percent", "peak", "r2",
-    "mirrored"}, ...}), "pure_only", "iterations", "seconds". A problem
-    raises tyrograph.Error with the library's message.
-    """
-    if out is None:
-        out = os.path.join(tempfile.mkdtemp(dir=_scratch_dir()), "fitted.tir" if model != "pac96" else "fitted.ini")
-    out = os.fsdecode(os.fspath(out))
-    start = None if start is None else _source(start)
-    report = _optional_path(report)
-    plain = axes == "auto" and columns is None and units is None and thin == 0
-    if isinstance(data, (str, os.PathLike)) and plain and _tyrograph._is_tidy(os.fsdecode(os.fspath(data))):
-        return _tyrograph.fit(os.fsdecode(os.fspath(data)), model, out, start, wheel, report, force)
-    text = _tyrograph._tidy_data(data, axes, columns, units, thin)
-    with tempfile.TemporaryDirectory(prefix="tyrograph-") as folder:
-        points = os.path.join(folder, "points.csv")
-        with open(points, "w") as f:
-            f.write(text)
-        return _tyrograph.fit(points, model, out, start, wheel, report, force)
-
-
-def convert(source, model, out, wheel=0, report=None, force=False):
-    return _c.convert(_source(source), model, os.fsdecode(os.fspath(out)), wheel, _optional_path(report), force)
+def convert(source, model, out, wheel=0, report=None, force=False, **options):
+    return _c.convert(_source(source), model, os.fsdecode(os.fspath(out)), wheel, _optional_path(report), force,
+                      **options)
 
 
 load.__doc__ = _c.load.__doc__.split("\n", 1)[-1] + (
     "\n\n`path` is a str or os.PathLike; a bare name that is no file or folder is looked up\n"
     "as data/cars/NAME, then data/tyres/NAME, in the base folder ($TYROGRAPH_HOME, else the\n"
     "nearest folder above the package that holds data/).")
+fit.__doc__ = _c.fit.__doc__.split("\n", 1)[-1] + "\n\nPaths are str or os.PathLike; `start` as load() takes it."
 convert.__doc__ = _c.convert.__doc__.split("\n", 1)[-1] + "\n\nPaths are str or os.PathLike; `source` as load() takes it."
 
 _eval = Tyre.eval
