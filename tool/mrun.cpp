@@ -18,6 +18,7 @@
 #include "tool/session.h"
 #include "tool/settings.h"
 #include "tool/toolenv.h"
+#include "tool/viewkeys.h"
 #include "tool/windowframe.h"
 #include "diag/qdebug.h"
 #include "ui/qapp.h"
@@ -129,6 +130,7 @@ void PaintFrame() {
   // The tool's frame pacing: one frame, then 16 ms of rest.
   qpSleep(16);
   session.ghostCamber = PanelGhostCamber();
+  ViewExpireSavedNote(qpTimeMs());
   FramePaintGraphs(canvas, settings.viewWidth, settings.viewHeight);
   // The controls, and a dialog over them while one runs.
   if (QGetWindowManager()) QGetWindowManager()->Paint(canvas);

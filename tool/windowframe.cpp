@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "base/qelide.h"
 #include "chart/frametexts.h"
 #include "chart/graph.h"
 #include "chart/plot.h"
@@ -52,7 +53,9 @@ FrameState FrameStateFromSession() {
       session.reference[i]->SetZoom(session.zoom);
     }
     ref.label = session.referenceLabel;
-    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel) : session.lastTir;
+    // The legend names the file, not its folders (the title bar has the path).
+    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel)
+                                       : QPathTail(session.lastTir);
     st.overlays.push_back(ref);
   }
   return st;
@@ -73,12 +76,23 @@ void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
   PaintCoefficientTexts(r, 13, viewHeight + 72 + 4 * 21 + 4, lastSlider.y + lastSlider.hgt + 1);
   // The keys of the views, in the free corner under the wheel slider (the
   // band along the bottom edge holds a Magic Formula 5.2 tyre's scale list).
+  // For a few seconds after F4 its line names the file written, and the
+  // line under it the folder.
   if (r->HasFont()) {
-    char hint[3][64];
-    snprintf(hint[0], sizeof hint[0], "F2 view: %s", PlotKindName(PlotKind(session.view)));
-    snprintf(hint[1], sizeof hint[1], "F3 reference tyre: %s", session.reference[CURVE_FX] ? "on" : "off");
-    snprintf(hint[2], sizeof hint[2], "F4 save view as PNG");
+    std::string hint[4];
+    hint[0] = std::string("F2 view: ") + PlotKindName(PlotKind(session.view));
+    hint[1] = std::string("F3 reference tyre: ") + (session.reference[CURVE_FX] ? "on" : "off");
+    hint[2] = "F4 save view as PNG";
+    if (!session.savedView.empty()) {
+      const std::string name = QPathTail(session.savedView);
+      hint[2] = "F4 saved " + name;
+      hint[3] = "in " + session.savedView.substr(0, session.savedView.size() - name.size());
+    }
     const int top = layout.wheel.y + layout.wheel.hgt + 12;
-    for (int i = 0; i < 3; i++) r->DrawText(hint[i], layout.wheel.x, top + 15 * i, QColor(128, 128, 128, 255));
+    const int room = layout.wheel.wid + 30;
+    auto width = [r](const std::string &t) { return r->MeasureText(t.c_str()); };
+    for (int i = 0; i < 4; i++)
+      if (!hint[i].empty())
+        r->DrawText(QElideMiddle(hint[i], room, width).c_str(), layout.wheel.x, top + 15 * i, QColor(128, 128, 128, 255));
   }
 }
