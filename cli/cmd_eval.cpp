@@ -107,9 +107,13 @@ bool ParseArgs(const std::vector<std::string> &args, EvalOptions *o) {
   return true;
 }
 
+// A tyre without inflation-pressure data (no NOMPRES, no pressure
+// coefficients) lists none of those members, as its TIR file has none.
 void Dump(KPacejka &t) {
+  const bool pressure = KPacejkaHasPressure(t);
   for (int i = 0; i < kpacejkaMemberCount; i++) {
     const KPacejkaMember &m = kpacejkaMembers[i];
+    if (m.group == KPacejkaMember::PRESSURE && !pressure) continue;
     if (m.kind == KPacejkaMember::FLOAT)
       printf("%s=%.9g\n", m.name, KPacejkaGetMember(t, m));
     else
