@@ -23,6 +23,15 @@
 
 namespace {
 
+// Set while a quiet fit runs on this thread: the batch's issues go unreported.
+thread_local bool t_quiet = false;
+
+void Report(const KBatchIssues &issues) {
+  if (!t_quiet) KBatchReport(issues);
+}
+
+bool Cancelled(const KFitOptions &o) { return o.cancel && o.cancel->load(std::memory_order_relaxed); }
+
 // ---- [1] model names, evaluation at a point ------------------------------------
 
 struct ModelKey {
@@ -102,7 +111,7 @@ class StageCost : public ceres::CostFunction {
     KBatchIssues issues;
     EvaluateChannel(at, points_, out.data(), &issues);
     for (size_t i = 0; i < N; i++) residuals[i] = (double(out[i]) - points_.measured[i]) / peak_;
-    KBatchReport(issues);
+    Report(issues);
     // 2. the Jacobian, a column per parameter: column j on worker j % threads
     //    (worker 0 is this thread); the workers only evaluate
     if (jacobians && jacobians[0]) {
@@ -122,7 +131,7 @@ class StageCost : public ceres::CostFunction {
       for (int w = 1; w < threads_; w++) workers.emplace_back(columns, size_t(w));
       columns(0);
       for (std::thread &t : workers) t.join();
-      for (const KBatchIssues &f : found) KBatchReport(f);
+      for (const KBatchIssues &f : found) Report(f);
     }
     for (size_t i = 0; i < N; i++)
       if (!std::isfinite(residuals[i])) return false;  // the solver shortens its step
@@ -149,7 +158,7 @@ class ProgressRelay : public ceres::IterationCallback {
     if (options_.progress)
       options_.progress(options_.user,
                         {KPacejkaGroupName(stage_.group), index_, count_, summary.iteration, summary.cost});
-    return ceres::SOLVER_CONTINUE;
+    return Cancelled(options_) ? ceres::SOLVER_ABORT : ceres::SOLVER_CONTINUE;
   }
 
  private:
@@ -197,7 +206,7 @@ double SumOfSquares(const KTyreParams &tyre, const ChannelPoints &points) {
   std::vector<float> out(points.size());
   KBatchIssues issues;
   EvaluateChannel(tyre, points, out.data(), &issues);
-  KBatchReport(issues);
+  Report(issues);
   double sum = 0;
   for (size_t i = 0; i < points.size(); i++) {
     const double e = double(out[i]) - points.measured[i];
@@ -299,7 +308,7 @@ int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacej
   ceres::Solve(so, &problem, &summary);
   // 4. the tyre keeps the best parameters the solver found
   for (size_t j = 0; j < x.size(); j++) *m.value[j] = float(x[j] * m.scale[j]);
-  if (!summary.IsSolutionUsable())
+  if (!summary.IsSolutionUsable() && !o.quiet && !Cancelled(o))
     QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
   *cost = summary.IsSolutionUsable() ? summary.final_cost : HUGE_VAL;
   return int(summary.iterations.size());
@@ -338,6 +347,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
     if (C && E) *C = start.C, *E = start.E;
     double cost;
     iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost);
+    if (Cancelled(o)) break;
     if (best.empty() || cost < bestCost) {
       bestCost = cost;
       best.clear();
@@ -434,7 +444,7 @@ void KFitEvaluate(const KTyreParams &tyre, const KMeasuredData &data, KFitChanne
     std::vector<float> out(c.size());
     KBatchIssues issues;
     EvaluateChannel(tyre, c, out.data(), &issues, KBATCH_EXACT);
-    KBatchReport(issues);
+    Report(issues);
     double ssRes = 0, ssTot = 0;
     for (size_t i = 0; i < c.size(); i++) {
       const double e = double(out[i]) - c.measured[i];
@@ -460,9 +470,14 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
                     KPacejka::GetModelName(o.model);
   }
   if (!result->error.empty()) {
-    QERR("%s", result->error.c_str());
+    if (!o.quiet) QERR("%s", result->error.c_str());
     return false;
   }
+  struct Quiet {
+    bool was = t_quiet;
+    explicit Quiet(bool q) { t_quiet = t_quiet || q; }
+    ~Quiet() { t_quiet = was; }
+  } quiet(o.quiet);
   // 2. channels pointing the unusual way are fitted mirrored
   KMeasuredData work = data;
   for (int ch : {KCH_FY, KCH_MZ}) {
@@ -489,8 +504,14 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   const KFitStage *stages[8];
   const int count = KFitStagesFor(o.model, stages, 8);
   for (int i = 0; i < count; i++) {
+    if (o.channel >= 0 && stages[i]->channel != o.channel) continue;
+    if (Cancelled(o)) break;
     if (o.stageStart) o.stageStart(o.user, *stages[i], *out);
     result->iterations += RunStage(work, o, *stages[i], i, count, out);
+  }
+  if (Cancelled(o)) {
+    result->error = "cancelled";
+    return false;
   }
   // 5. back to the data's signs, the data's ranges, and how well it fits
   KFitMirror(*out, result->mirrored[KCH_FY], result->mirrored[KCH_MZ]);
