@@ -8,6 +8,7 @@
 #include "chart/analyse.h"
 #include "chart/export.h"
 #include "chart/graph.h"
+#include "tool/fitkeys.h"
 #include "tool/panel.h"
 #include "tool/session.h"
 #include "tool/toolenv.h"
@@ -74,6 +75,7 @@ bool CommandOpenTire(const ToolEnv &env) {
   if (env.updateTitle) env.updateTitle();
   SessionLoadTir(path.c_str());
   HistoryClear(-1);  // every wheel has a new tyre
+  FitForget();
   PanelResetControls();
   PanelRefreshLabels();
   return true;
@@ -85,6 +87,7 @@ bool CommandRevert() {
   QDBG_IN("Revert", "Reverting\n");
   SessionLoadCar();
   HistoryClear(-1);  // every wheel is reloaded
+  FitForget();
   // Loading leaves each tyre at the load and camber of its camber check;
   // the tyres take the panel's operating point again, and the radios the
   // car's coefficient list. The value slider keeps its place until the next

@@ -120,6 +120,11 @@ bool FitPoll() {
 }
 
 const FitFigures &FitLastFigures() { return g_figures; }
+
+void FitForget() {
+  g_figures = FitFigures();
+  g_message.clear();
+}
 const std::string &FitLastMessage() { return g_message; }
 
 std::string FitFiguresText(int ch) {
@@ -215,7 +220,7 @@ bool FitKeyDispatch(const QEvent *ev, const ToolEnv &env) {
     case FITKEY_FIT: FitStart(); return true;
     case FITKEY_WRITE: {
       std::string path;
-      if (AskFile(env, "write_tyre", "Write tyre (.tir or car.ini)", "*.*", &path)) FitWriteTyre(path);
+      if (AskFile(env, "write_tyre", "Save tyre as .tir or car.ini", "*.*", &path)) FitWriteTyre(path);
       return true;
     }
     default: return false;

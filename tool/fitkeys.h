@@ -38,6 +38,8 @@ struct FitFigures {
   KFitChannelStats channel[KCH_COUNT];
 };
 const FitFigures &FitLastFigures();
+// Forgets the last fit's figures and message (the tyres were reloaded).
+void FitForget();
 // The message of the last fit that did not end well ("cancelled", ...).
 const std::string &FitLastMessage();
 // F7 without the dialog: writes the current wheel's tyre to `path`, asking

@@ -226,6 +226,7 @@ void PanelFocus(int focus) {
 
 void PanelCoefficientRadio(int index) {
   session.selected = index;
+  HistoryBreak();  // edits of the new selection are a step of their own
   PanelSelectCoefficient();
 }
 

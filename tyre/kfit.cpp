@@ -347,13 +347,12 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
     if (C && E) *C = start.C, *E = start.E;
     double cost;
     iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost);
-    if (Cancelled(o)) break;
     if (best.empty() || cost < bestCost) {
       bestCost = cost;
       best.clear();
       for (float *v : m.value) best.push_back(*v);
     }
-    if (std::sqrt(2 * bestCost / double(points.size())) <= GOOD_FIT) break;
+    if (std::sqrt(2 * bestCost / double(points.size())) <= GOOD_FIT || Cancelled(o)) break;
   }
   for (size_t j = 0; j < m.value.size(); j++) *m.value[j] = best[j];
   return iterations;
