@@ -174,12 +174,17 @@ void FitHintLines(std::string lines[4]) {
   char buf[96];
   if (FitJobRunning()) {
     FitJobProgress p = FitJobGetProgress();
-    if (p.stage.empty()) snprintf(buf, sizeof buf, "F6 fit: starting");
-    else
-      snprintf(buf, sizeof buf, "F6 %s %d/%d: %d, %.2f %%", p.stage.c_str(), p.stageIndex + 1, p.stageCount,
-               p.iteration, p.rmsPercent);
-    lines[1] = buf;
-    lines[2] = "Esc cancels the fit";
+    // Stage i of n and the solver's iteration; the RMS % of the stage's
+    // channel on the next line.
+    if (p.stage.empty()) {
+      lines[1] = "F6 fit: starting";
+      lines[2] = "Esc cancels";
+    } else {
+      snprintf(buf, sizeof buf, "F6 %d/%d %s #%d", p.stageIndex + 1, p.stageCount, p.stage.c_str(), p.iteration);
+      lines[1] = buf;
+      snprintf(buf, sizeof buf, "RMS %.2f %%, Esc cancels", p.rmsPercent);
+      lines[2] = buf;
+    }
   } else {
     static const char *const focus[] = {"all", "Fx", "Fy", "Mz"};
     snprintf(buf, sizeof buf, "F6 fit: %s", focus[session.focus & 3]);
