@@ -30,20 +30,6 @@ struct Op {
 
 enum { MAX_CODE = 512, MAX_STACK = 40 };
 
-// Process-wide parse state.
-const char *g_text;
-int g_pos;
-int g_token;
-int32_t g_value;
-Op g_code[MAX_CODE];
-int g_ncode;
-int32_t g_stack[MAX_STACK];
-int16_t g_depth;
-
-void Emit(int code, int32_t value = 0) {
-  if (g_ncode < MAX_CODE) g_code[g_ncode++] = {code, value};
-}
-
 int DigitValue(char c, int base) {
   int d;
   if (c >= '0' && c <= '9') d = c - '0';
@@ -52,100 +38,6 @@ int DigitValue(char c, int base) {
   else return -1;
   return d < base ? d : -1;
 }
-
-void ReadDigits(int base) {
-  uint32_t v = 0;
-  for (int d; (d = DigitValue(g_text[g_pos], base)) >= 0; g_pos++) v = v * uint32_t(base) + uint32_t(d);
-  g_value = int32_t(v);  // wraps in 32 bits
-  g_token = T_NUM;
-}
-
-void Next() {
-  while (g_text[g_pos] == ' ') g_pos++;
-  char c = g_text[g_pos];
-  if (!c) {
-    g_token = T_END;
-    return;
-  }
-  if (c == '#') {
-    g_pos++;
-    ReadDigits(2);
-  } else if (c == '$') {
-    g_pos++;
-    ReadDigits(16);
-  } else if (c == '0' && (g_text[g_pos + 1] == 'x' || g_text[g_pos + 1] == 'X')) {
-    g_pos += 2;
-    ReadDigits(16);
-  } else if (c == '0') {
-    ReadDigits(8);
-  } else if (c >= '1' && c <= '9') {
-    ReadDigits(10);
-  } else {
-    g_token = static_cast<unsigned char>(c);
-    g_pos++;
-  }
-}
-
-void ParseOr();
-
-void ParsePrimary() {
-  if (g_token == '(') {
-    Next();
-    ParseOr();
-    if (g_token == ')') Next();
-    else g_token = T_END;  // a missing ')' ends the parse
-  } else if (g_token == T_NUM) {
-    Emit(T_NUM, g_value);
-    Next();
-  } else {
-    // Anything else where an operand belongs stops the parse; what was
-    // parsed so far is the result.
-    g_token = T_END;
-  }
-}
-
-void ParseUnary() {
-  int op = g_token;
-  if (op == '+' || op == '-' || op == '~') {
-    Next();
-    ParseOr();
-    if (op == '-') Emit(T_NEG);
-    else if (op == '~') Emit(T_NOT);
-    return;
-  }
-  ParsePrimary();
-}
-
-// One binary level: operand, then while the token is one of `ops`, the next
-// operand and the operator.
-void ParseLevel(void (*operand)(), const char *ops) {
-  operand();
-  for (;;) {
-    int op = g_token;
-    bool match = false;
-    for (const char *o = ops; *o; o++) match |= op == *o;
-    if (!match) return;
-    Next();
-    operand();
-    Emit(op);
-  }
-}
-
-void ParseMul() { ParseLevel(ParseUnary, "*/%"); }
-void ParseAdd() { ParseLevel(ParseMul, "+-"); }
-void ParseAnd() { ParseLevel(ParseAdd, "&^"); }
-void ParseOr() { ParseLevel(ParseAnd, "|"); }
-
-void Push(int32_t v) {
-  if (g_depth >= MAX_STACK - 1) {  // full: the top slot is overwritten
-    g_stack[MAX_STACK - 1] = v;
-    g_depth = MAX_STACK - 1;
-    return;
-  }
-  g_stack[g_depth++] = v;
-}
-
-int32_t Pop() { return g_depth > 0 ? g_stack[--g_depth] : 0; }  // empty: depth stays 0
 
 int32_t Apply(int op, int32_t l, int32_t r) {
   uint32_t ul = uint32_t(l), ur = uint32_t(r);
@@ -162,23 +54,132 @@ int32_t Apply(int op, int32_t l, int32_t r) {
   return 0;
 }
 
-int32_t Run() {
-  g_depth = 0;
-  for (int i = 0; i < g_ncode; i++) {
-    const Op &o = g_code[i];
-    if (o.code == T_NUM) {
-      Push(o.value);
-    } else if (o.code == T_NEG || o.code == T_NOT) {
-      int32_t v = Pop();
-      Push(o.code == T_NEG ? int32_t(0u - uint32_t(v)) : ~v);
+// One evaluation: the parse state, the code and the machine's stack.
+struct Machine {
+  const char *text_ = nullptr;
+  int pos_ = 0;
+  int token_ = T_END;
+  int32_t value_ = 0;
+  Op code_[MAX_CODE];
+  int ncode_ = 0;
+  int32_t stack_[MAX_STACK];
+  int16_t depth_ = 0;
+
+  void Emit(int code, int32_t value = 0) {
+    if (ncode_ < MAX_CODE) code_[ncode_++] = {code, value};
+  }
+
+  void ReadDigits(int base) {
+    uint32_t v = 0;
+    for (int d; (d = DigitValue(text_[pos_], base)) >= 0; pos_++) v = v * uint32_t(base) + uint32_t(d);
+    value_ = int32_t(v);  // wraps in 32 bits
+    token_ = T_NUM;
+  }
+
+  void Next() {
+    while (text_[pos_] == ' ') pos_++;
+    char c = text_[pos_];
+    if (!c) {
+      token_ = T_END;
+      return;
+    }
+    if (c == '#') {
+      pos_++;
+      ReadDigits(2);
+    } else if (c == '$') {
+      pos_++;
+      ReadDigits(16);
+    } else if (c == '0' && (text_[pos_ + 1] == 'x' || text_[pos_ + 1] == 'X')) {
+      pos_ += 2;
+      ReadDigits(16);
+    } else if (c == '0') {
+      ReadDigits(8);
+    } else if (c >= '1' && c <= '9') {
+      ReadDigits(10);
     } else {
-      int32_t r = Pop();
-      int32_t l = Pop();
-      Push(Apply(o.code, l, r));
+      token_ = static_cast<unsigned char>(c);
+      pos_++;
     }
   }
-  return g_depth > 0 ? g_stack[g_depth - 1] : 0;
-}
+
+  void ParsePrimary() {
+    if (token_ == '(') {
+      Next();
+      ParseOr();
+      if (token_ == ')') Next();
+      else token_ = T_END;  // a missing ')' ends the parse
+    } else if (token_ == T_NUM) {
+      Emit(T_NUM, value_);
+      Next();
+    } else {
+      // Anything else where an operand belongs stops the parse; what was
+      // parsed so far is the result.
+      token_ = T_END;
+    }
+  }
+
+  void ParseUnary() {
+    int op = token_;
+    if (op == '+' || op == '-' || op == '~') {
+      Next();
+      ParseOr();
+      if (op == '-') Emit(T_NEG);
+      else if (op == '~') Emit(T_NOT);
+      return;
+    }
+    ParsePrimary();
+  }
+
+  // One binary level: operand, then while the token is one of `ops`, the next
+  // operand and the operator.
+  void ParseLevel(void (Machine::*operand)(), const char *ops) {
+    (this->*operand)();
+    for (;;) {
+      int op = token_;
+      bool match = false;
+      for (const char *o = ops; *o; o++) match |= op == *o;
+      if (!match) return;
+      Next();
+      (this->*operand)();
+      Emit(op);
+    }
+  }
+
+  void ParseMul() { ParseLevel(&Machine::ParseUnary, "*/%"); }
+  void ParseAdd() { ParseLevel(&Machine::ParseMul, "+-"); }
+  void ParseAnd() { ParseLevel(&Machine::ParseAdd, "&^"); }
+  void ParseOr() { ParseLevel(&Machine::ParseAnd, "|"); }
+
+  void Push(int32_t v) {
+    if (depth_ >= MAX_STACK - 1) {  // full: the top slot is overwritten
+      stack_[MAX_STACK - 1] = v;
+      depth_ = MAX_STACK - 1;
+      return;
+    }
+    stack_[depth_++] = v;
+  }
+
+  int32_t Pop() { return depth_ > 0 ? stack_[--depth_] : 0; }  // empty: depth stays 0
+
+
+  int32_t Run() {
+    depth_ = 0;
+    for (int i = 0; i < ncode_; i++) {
+      const Op &o = code_[i];
+      if (o.code == T_NUM) {
+        Push(o.value);
+      } else if (o.code == T_NEG || o.code == T_NOT) {
+        int32_t v = Pop();
+        Push(o.code == T_NEG ? int32_t(0u - uint32_t(v)) : ~v);
+      } else {
+        int32_t r = Pop();
+        int32_t l = Pop();
+        Push(Apply(o.code, l, r));
+      }
+    }
+    return depth_ > 0 ? stack_[depth_ - 1] : 0;
+  }
+};
 
 }  // namespace
 
@@ -187,11 +188,10 @@ int Eval(const char *text) {
     QWARN("Eval() is passed 0-pointer\n");
     return 0;
   }
-  g_text = text;
-  g_pos = 0;
-  g_ncode = 0;
-  Next();
-  if (g_token == T_END) return 0;
-  ParseOr();
-  return Run();
+  Machine m;
+  m.text_ = text;
+  m.Next();
+  if (m.token_ == T_END) return 0;
+  m.ParseOr();
+  return m.Run();
 }

@@ -30,16 +30,6 @@ const char *QPath::GetPath(int index) const {
   return paths_[index];
 }
 
-const char *QPath::FindFile(const char *name) const {
-  static char result[1024];
-  for (int i = 0; i < count_; i++) {
-    snprintf(result, sizeof result, "%s/%s", paths_[i], name);
-    if (QFileExists(result, true)) return result;
-  }
-  snprintf(result, sizeof result, "%s", name);
-  return result;
-}
-
 bool QPath::FindFile(const char *name, qstring *fullPath, qstring *dir) const {
   char buf[1024];
   for (int i = 0; i < count_; i++) {

@@ -17,12 +17,9 @@ class QPath {
   int GetCount() const { return count_; }
   const char *GetPath(int index) const;
 
-  // The first "dir/name" that exists, in the order added; `name` itself when
-  // no folder holds it. The result lives in one process-wide buffer that the
-  // next call overwrites.
-  const char *FindFile(const char *name) const;
-  // As above, giving the full path and the folder; false (full path = name,
-  // folder empty) when not found.
+  // The first "dir/name" that exists, in the order added, as the full path
+  // and the folder; false (full path = name, folder empty) when no folder
+  // holds it.
   bool FindFile(const char *name, qstring *fullPath, qstring *dir) const;
 
  private:

@@ -8,8 +8,6 @@
 #include "base/qfile.h"
 #include "diag/qdebug.h"
 
-static char g_empty[1] = {0};
-
 // ---- construction and growth -------------------------------------------
 
 qstring::qstring() : buf_(nullptr), len_(0), cap_(0) { Grow(31); }
@@ -116,7 +114,7 @@ char qstring::operator[](int index) const {
 
 const char *qstring::c_str() const {
   if (wide_) return "<unicodestr-nyi>";
-  return buf_ ? buf_ : g_empty;
+  return buf_ ? buf_ : "";
 }
 
 // ---- path helpers --------------------------------------------------------

@@ -1,5 +1,6 @@
-// The table of editable coefficients: which coefficient each radio of the
-// control panel names, its description, unit and value-slider range.
+// The lists of editable coefficients: which coefficient each radio of the
+// control panel names, its description, unit and value-slider range (all
+// kept in the member table, tyre/kpacejka.h).
 //
 // Pacejka89/96 tyres show one of three lists by force focus (b for no focus
 // and Fx, a for Fy, c for Mz); Magic Formula tyres (model 1 and 3) show the

@@ -75,11 +75,10 @@ bool PlotKindFind(const char *name, PlotKind *kind) {
   return false;
 }
 
-const char *PlotKindList() {
-  static std::string list;
-  if (list.empty())
-    for (int k = 0; k < PLOT_KIND_COUNT; k++) list += std::string(k ? ", " : "") + KIND_NAMES[k];
-  return list.c_str();
+std::string PlotKindList() {
+  std::string list;
+  for (int k = 0; k < PLOT_KIND_COUNT; k++) list += std::string(k ? ", " : "") + KIND_NAMES[k];
+  return list;
 }
 
 void PlotOverlayColors(int i, QColor out[CURVE_COUNT]) {

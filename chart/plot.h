@@ -6,6 +6,7 @@
 //   ellipse, mu-load, stiffness    the charts of chart/views.h
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "chart/chart.h"
@@ -24,7 +25,7 @@ const char *PlotKindName(PlotKind kind);
 // False when `name` is none of them.
 bool PlotKindFind(const char *name, PlotKind *kind);
 // The kinds' names joined by ", " (for messages and help).
-const char *PlotKindList();
+std::string PlotKindList();
 
 // Colours of the overlaid tyres' Fx, Fy and Mz graphs, i = 0, 1, ... (the
 // list repeats), and of the window's reference tyre.

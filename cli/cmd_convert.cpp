@@ -8,7 +8,6 @@
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
-#include "chart/carload.h"
 
 namespace {
 
@@ -16,34 +15,12 @@ const char *const kUsage = "SOURCE --model pac96|mf52|mf61 [--wheel N] -o OUT [-
 
 int RunConvert(const std::vector<std::string> &args) {
   const char *cmd = "convert";
-  FitCliOptions o;
-  if (!FitCliParse(cmd, args, false, &o)) {
+  FitJob job;
+  if (!FitCliParse(cmd, args, false, &job)) {
     fprintf(stderr, "usage: tyrograph-cli convert %s\n", kUsage);
     return 2;
   }
-  if (!FitCliOutputsFree(cmd, o)) return 1;
-  FitCliQuiet quiet(cmd);
-  // 1. the source, as eval reads it
-  KPacejka *source = new KPacejka;
-  std::string error;
-  if (!CarLoadTyreSource(o.input.c_str(), o.wheel, source, &error)) {
-    fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
-    delete source;
-    return 1;
-  }
-  // 2. sample, fit, write, tell
-  KFitOptions fo;
-  fo.model = o.model;
-  fo.progress = FitCliProgress;
-  KPacejka *tyre = new KPacejka;
-  KFitResult r;
-  const bool fitted = KFitConvert(*source, fo, tyre, &r);
-  FitCliProgressDone();
-  const bool ok = fitted && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r);
-  if (ok) FitCliPrint(o, r);
-  delete tyre;
-  delete source;
-  return ok ? 0 : 1;
+  return FitCliRun(cmd, job);
 }
 
 CliCommand reg{"convert", kUsage, "convert a tyre to another model by fitting samples of it", 61, RunConvert};

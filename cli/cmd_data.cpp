@@ -8,7 +8,6 @@
 #include <cstdio>
 
 #include "cli/cli.h"
-#include "cli/fitcli.h"
 #include "cli/runcli.h"
 #include "cli/tyreopts.h"
 
@@ -48,7 +47,6 @@ int RunData(const std::vector<std::string> &args) {
     return 2;
   }
   if (CliRefusesOverwrite(cmd, out, force)) return 1;
-  FitCliQuiet quiet(cmd);
   KDataLoad load;
   if (!RunCliLoad(cmd, input, o, false, &load)) return 1;
   if (load.tidy) {

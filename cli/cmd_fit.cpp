@@ -1,15 +1,16 @@
 // tyrograph-cli fit DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N]
 //                  -o OUT [--report FILE.json] [--report-pdf FILE.pdf] [--force]
+//                  [--axes iso|sae|auto] [--columns KEY=NAME,...] [--units KEY=UNIT,...] [--thin N]
 //
-// Fits a tyre model to measured data (tyre/kmeasured.h gives the format)
-// and writes it as a TIR file (OUT ending in .tir) or a car.ini.
+// Fits a tyre model to measured data: a tidy CSV file (tyre/kmeasured.h
+// gives the format) as it stands, or a rig run read and conditioned
+// (tyre/kdataload.h). Writes it as a TIR file (OUT ending in .tir) or a
+// car.ini.
 #include <cstdio>
 #include <string>
 
 #include "cli/cli.h"
 #include "cli/fitcli.h"
-#include "cli/fitreportcli.h"
-#include "chart/carload.h"
 #include "cli/runcli.h"
 
 namespace {
@@ -20,46 +21,17 @@ const char *const kUsage =
 
 int RunFit(const std::vector<std::string> &args) {
   const char *cmd = "fit";
-  FitCliOptions o;
+  FitJob job;
   RunCliOptions runOptions;  // a rig run's --axes, --columns, --units, --thin
   std::vector<std::string> fitArgs;
-  if (!RunCliParse(cmd, args, &runOptions, &fitArgs) || !FitCliParse(cmd, fitArgs, true, &o)) {
+  if (!RunCliParse(cmd, args, &runOptions, &fitArgs) || !FitCliParse(cmd, fitArgs, true, &job)) {
     fprintf(stderr, "usage: tyrograph-cli fit %s\n", kUsage);
     return 2;
   }
-  if (!FitCliOutputsFree(cmd, o)) return 1;
-  FitCliQuiet quiet(cmd);
-  // 1. the data (the reader names file, line and column of a problem): a
-  // tidy CSV file as it stands, a rig run conditioned; then the checks
-  KDataLoad load;
-  if (!RunCliLoad(cmd, o.input, runOptions, true, &load)) return 1;
-  const KMeasuredData &data = load.data;
-  // 2. the start: the given tyre or the built-in one
-  KPacejka *start = nullptr;
-  if (!o.start.empty()) {
-    start = new KPacejka;
-    std::string error;
-    if (!CarLoadTyreSource(o.start.c_str(), o.wheel, start, &error)) {
-      fprintf(stderr, "tyrograph-cli %s: --start: %s\n", cmd, error.c_str());
-      delete start;
-      return 1;
-    }
-  }
-  // 3. fit, write, tell
-  KFitOptions fo;
-  fo.model = o.model;
-  fo.start = start;
-  fo.progress = FitCliProgress;
-  KPacejka *tyre = new KPacejka;
-  KFitResult r;
-  const bool fitted = KFitTyre(data, fo, tyre, &r);
-  FitCliProgressDone();
-  const bool ok = fitted && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r) &&
-                  FitCliWriteReportPdf(cmd, o, load, *tyre, r);
-  if (ok) FitCliPrint(o, r);
-  delete tyre;
-  delete start;
-  return ok ? 0 : 1;
+  job.run = runOptions.run;
+  job.condition = runOptions.condition;
+  job.raw = runOptions.given;
+  return FitCliRun(cmd, job);
 }
 
 CliCommand reg{"fit", kUsage, "fit a tyre model to measured data (CSV)", 60, RunFit};

@@ -53,7 +53,7 @@ bool ParseOwn(const std::vector<std::string> &rest, PlotOptions *o) {
       o->out = val;
     } else if (opt == "--kind") {
       if (!PlotKindFind(val.c_str(), &o->kind)) {
-        fprintf(stderr, "tyrograph-cli plot: --kind: '%s' is none of %s\n", val.c_str(), PlotKindList());
+        fprintf(stderr, "tyrograph-cli plot: --kind: '%s' is none of %s\n", val.c_str(), PlotKindList().c_str());
         return false;
       }
     } else if (opt == "--size") {

@@ -1,5 +1,5 @@
-// The fit report from the command line: the data side from the loaded
-// file, the fit's tyre and figures, written to PDF.
+// The fit report from the command line: the data side from the data the
+// driver loaded, the fit's tyre and figures, written to PDF.
 #include "cli/fitreportcli.h"
 
 #include <cstdio>
@@ -7,17 +7,20 @@
 #include "fitreport/fitreport.h"
 #include "platform/cairo/qcairo.h"
 
-bool FitCliWriteReportPdf(const char *cmd, const FitCliOptions &o, const KDataLoad &load, const KPacejka &tyre,
-                          const KFitResult &result) {
-  if (o.reportPdf.empty()) return true;
+bool FitCliWriteReportPdf(const char *cmd, const FitJob &job, const FitOutcome &outcome) {
+  if (job.reportPdf.empty()) return true;
+  if (!outcome.data || !outcome.tyre) {
+    fprintf(stderr, "tyrograph-cli %s: %s: no fit to report\n", cmd, job.reportPdf.c_str());
+    return false;
+  }
   FitReportInput in;
-  FitReportDataFrom(o.input, load, &in);
-  in.model = o.model;
-  in.output = o.out;
-  in.tyre = &tyre;
-  in.result = &result;
+  FitReportDataFrom(job.input, *outcome.data, &in);
+  in.model = job.model;
+  in.output = job.out;
+  in.tyre = outcome.tyre.get();
+  in.result = &outcome.result;
   std::string error;
-  const bool ok = FitReportWritePdf(o.reportPdf, FitReportBuild(in), &error);
+  const bool ok = FitReportWritePdf(job.reportPdf, FitReportBuild(in), &error);
   QCairoReleaseCaches();
   if (!ok) fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
   return ok;

@@ -4,6 +4,8 @@
 #include <cstdio>
 
 #include "cli/tyreopts.h"
+#include "diag/qcollect.h"
+#include "diag/qdebug.h"
 
 bool RunCliParse(const char *cmd, const std::vector<std::string> &args, RunCliOptions *o,
                  std::vector<std::string> *rest) {
@@ -50,6 +52,21 @@ bool RunCliPlausible(const char *cmd, const KDataLoad &load) {
 }
 
 bool RunCliLoad(const char *cmd, const std::string &file, const RunCliOptions &o, bool check, KDataLoad *out) {
-  if (!KDataLoadFile(file.c_str(), o.run, o.condition, o.given, out)) return false;  // reported
+  bool read;
+  std::vector<QProblem> problems;
+  {
+    // the readers' reports come back here; no log written, no loader trace
+    const unsigned mask = qGetLogMask();
+    qSetLogMask(0);
+    QReportCollector reports;
+    read = KDataLoadFile(file.c_str(), o.run, o.condition, o.given, out);
+    qSetLogMask(mask);
+    problems = std::move(reports.problems);
+  }
+  for (const QProblem &p : problems) fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, p.Text().c_str());
+  if (!read) {
+    if (!QProblemsHaveError(problems)) fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, out->error.c_str());
+    return false;
+  }
   return !check || RunCliPlausible(cmd, *out);
 }

@@ -19,7 +19,8 @@ struct RunCliOptions {
 // order. False after printing the problem.
 bool RunCliParse(const char *cmd, const std::vector<std::string> &args, RunCliOptions *o,
                  std::vector<std::string> *rest);
-// Loads `file`; false after printing the reading problem. The
+// Loads `file`, the readers' reports printed; false after printing the
+// reading problem. The
 // plausibility problems are printed (and make it false) when `check`.
 bool RunCliLoad(const char *cmd, const std::string &file, const RunCliOptions &o, bool check, KDataLoad *out);
 // Prints the plausibility problems; true when there were none.

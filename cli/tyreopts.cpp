@@ -11,6 +11,7 @@
 #include "chart/basedir.h"
 #include "chart/carload.h"
 #include "chart/export.h"
+#include "chart/graphtyres.h"
 
 bool CliParseFloat(const char *cmd, const char *option, const std::string &text, float *out) {
   char *end = nullptr;
@@ -144,12 +145,7 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state) {
 bool CliAsciiArgsValid(int steps, float maximum) { return steps >= 0 && maximum > 0.0f; }
 
 void CliSampleCurves(const CliTyreState &state, CurveRange ranges[CURVE_COUNT], Curve curves[CURVE_COUNT]) {
-  for (int g = 0; g < CURVE_COUNT; g++) {
-    CurveKind kind = CurveKind(g);
-    ranges[g] = CurveInitialRange(kind);
-    CurveApplyZoom(kind, state.zoom, &ranges[g]);
-    CurveSample(state.tyre, state.tyre.GetStoredPoint(), kind, ranges[g], &curves[g]);
-  }
+  GraphTyresSample(state.tyre, state.zoom, ranges, curves);
 }
 
 bool CliTakeOutputOption(const std::vector<std::string> &rest, size_t *i, std::string *out, bool *force) {

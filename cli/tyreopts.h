@@ -30,8 +30,8 @@ struct CliTyreState {
 bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
                       const std::vector<std::string> &valued, CliTyreState *state,
                       std::vector<std::string> *rest);
-// Loads the tyre, applies the operating point and then the edits. False with the problem (file and what is wrong) in `error`.
-// tyrograph-cli and the Python module both load through here.
+// Loads the tyre, applies the operating point and then the edits. False with
+// the problem (file and what is wrong) in `error`.
 bool CliLoadTyreState(CliTyreState *state, std::string *error);
 // CliLoadTyreState, printing the problem to stderr.
 bool CliLoadTyres(const char *cmd, CliTyreState *state);

@@ -1,8 +1,9 @@
-// tyrograph.read_data: a rig run (delimited text or TYDEX), a tidy CSV file
+// tyrograph.read_data, and the data of tyrograph.fit: a rig run (delimited text or TYDEX), a tidy CSV file
 // or a mapping of column name to array (a pandas DataFrame is one), read,
 // mapped onto our axes and conditioned by the library (tyre/kdataload.h)
 // exactly as `tyrograph-cli data` and `fit` do; the points come back as
-// NumPy arrays with the summary `data` prints.
+// NumPy arrays with the summary `data` prints, or go to the fit driver
+// (chart/fitrun.h) in memory.
 #include "python/measured.h"
 
 #include <pybind11/numpy.h>
@@ -79,10 +80,7 @@ void Load(const py::object &data, const std::string &axes, const py::object &col
     if (ok) ok = KDataLoadRun(std::move(run), ro, co, load);
     else load->error = run.error;
   }
-  if (!ok) {
-    reports.errors.clear();
-    PyRaiseError(load->error);
-  }
+  if (!ok) PyRaiseError(load->error);  // the reader's own report of it is dropped with `reports`
   reports.Deliver(false);
 }
 
@@ -128,20 +126,6 @@ py::dict ReadData(const py::object &data, const std::string &axes, const py::obj
   return out;
 }
 
-// What fit needs: the conditioned points in the tidy CSV format, or the
-// plausibility problems raised.
-std::string TidyData(const py::object &data, const std::string &axes, const py::object &columns, const py::object &units,
-                     int thin) {
-  KDataLoad load;
-  Load(data, axes, columns, units, thin, &load);
-  if (!load.problems.empty()) {
-    std::string all;
-    for (const std::string &p : load.problems) all += (all.empty() ? "" : "\n") + p;
-    PyRaiseError(all);
-  }
-  return KMeasuredFormat(load.data);
-}
-
 }  // namespace
 
 void MeasuredRegister(py::module_ &m) {
@@ -160,11 +144,22 @@ measured ones of "fx", "fy", "mz" (our units and signs), for a run also
 "summary" (the text data prints), "problems" (the plausibility checks'
 messages, which make fit refuse) and "tidy". A reading problem raises
 tyrograph.Error naming file, line and column.)");
-  m.def("_is_tidy", [](const std::string &path) {
-    std::string text, error;
-    // a file that cannot be read stays with fit, which says so in its own words
-    return !KRunReadFile(path.c_str(), &text, &error) || KRunIsTidyCsv(text.data(), text.size());
-  });
-  m.def("_tidy_data", &TidyData, "data"_a, "axes"_a = "auto", "columns"_a = py::none(), "units"_a = py::none(),
-        "thin"_a = 0);
+}
+
+void MeasuredFitData(const py::object &data, const std::string &axes, const py::object &columns,
+                     const py::object &units, int thin, FitJob *job) {
+  if (IsPath(data)) {
+    // the driver reads the file, as tyrograph-cli fit does
+    job->input = py::str(py::module_::import("os").attr("fspath")(data)).cast<std::string>();
+    job->run = RunOptions(axes, columns, units);
+    if (thin < 0) PyRaiseError("thin: a number of points per sweep, 0 for all");
+    job->condition.thin = thin;
+    job->raw = axes != "auto" || !columns.is_none() || !units.is_none() || thin > 0;
+    return;
+  }
+  // a mapping: its columns read and conditioned here, handed over in memory
+  auto load = std::make_shared<KDataLoad>();
+  Load(data, axes, columns, units, thin, load.get());
+  job->input = "<data>";
+  job->data = std::move(load);
 }

@@ -1,11 +1,13 @@
 // tyrograph._tyrograph: the tyre library for Python. Every function here
-// calls what tyrograph-cli calls (cli/tyreopts.h, chart/curves.h,
-// chart/export.h, tyre/kpacejka_batch.h); nothing of the models is redone.
+// calls the library tyrograph-cli calls (chart/carload.h, chart/graphtyres.h,
+// chart/export.h, chart/fitrun.h, tyre/kpacejka_batch.h); nothing of the
+// models is redone, and the library's problems come back as values
+// (python/reports.h).
 //
 //   [1] Tyre: a loaded tyre, its edits and its members
 //   [2] eval: the batch over broadcast NumPy arrays
-//   [3] curves and exports: the CLI's graph state
-//   [4] fit and convert: the fitting commands' steps
+//   [3] curves and exports: the window's graphs of the tyre in memory
+//   [4] fit and convert: the library's driver
 //   [5] the module
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
@@ -18,22 +20,19 @@
 #include <utility>
 #include <vector>
 
-#include <unistd.h>
-
-#include <cstdio>
 #include <ctime>
 
-#include "cli/fitcli.h"
-#include "cli/tyreopts.h"
-#include "python/measured.h"
-#include "python/reports.h"
+#include "base/qfile.h"
 #include "chart/carload.h"
 #include "chart/curves.h"
 #include "chart/export.h"
+#include "chart/fitrun.h"
+#include "chart/graphtyres.h"
+#include "python/measured.h"
+#include "python/reports.h"
 #include "tyre/kpacejka.h"
 #include "tyre/kpacejka_batch.h"
 #include "tyre/kpacejka_tirwrite.h"
-#include "base/qfile.h"
 
 namespace py = pybind11;
 using namespace pybind11::literals;
@@ -45,8 +44,9 @@ namespace {
 struct PyTyre {
   std::string source;
   int wheel = 0;
-  std::vector<std::pair<std::string, float>> sets;  // edits in order, replayed by curves and exports
-  std::unique_ptr<KPacejka> tyre = std::make_unique<KPacejka>();
+  TyreEdits sets;  // edits in order, replayed on `base` by curves and exports
+  std::unique_ptr<KPacejka> base = std::make_unique<KPacejka>();  // as loaded
+  std::unique_ptr<KPacejka> tyre = std::make_unique<KPacejka>();  // with the edits
 };
 
 // A failed load raises; errors the loader recovered from (an unknown
@@ -58,11 +58,26 @@ PyTyre Load(const std::string &path, int wheel, bool strict) {
   t.wheel = wheel;
   std::string error;
   PyReports reports;
-  if (!CarLoadTyreSource(path.c_str(), wheel, t.tyre.get(), &error)) {
-    reports.errors.insert(reports.errors.begin(), error);
+  std::vector<QProblem> failed;
+  if (!CarLoadTyreSource(path.c_str(), wheel, t.base.get(), &error)) {
+    failed.push_back(QProblemFromText(error));
+    QProblemPlace(&failed.back(), path);
     strict = true;
   }
-  reports.Deliver(strict);
+  // the load's problem first, then what the loader reported on the way
+  failed.insert(failed.end(), reports.collector.problems.begin(), reports.collector.problems.end());
+  reports.collector.problems.clear();
+  PyDeliver(failed, strict);
+  GraphTyreCopy(*t.base, t.tyre.get());
+  return t;
+}
+
+// The tyre of a fit or convert, as it was written to `out`.
+PyTyre FromFitted(const std::string &out, std::unique_ptr<KPacejka> fitted) {
+  PyTyre t;
+  t.source = out;
+  t.base = std::move(fitted);
+  GraphTyreCopy(*t.base, t.tyre.get());
   return t;
 }
 
@@ -104,7 +119,8 @@ std::vector<std::string> MemberNames() {
 
 // ==== [2] eval ====================================================================
 
-py::object namedForces, namedCurve;  // namedtuple types, made at import
+// The module's own types (made at import), by name.
+py::object ModuleType(const char *name) { return py::module_::import("tyrograph._tyrograph").attr(name); }
 
 // One broadcast input as the batch reads it: a float64 or float32 buffer
 // in C order, one value for every point (a scalar), or else a float32 copy
@@ -211,45 +227,37 @@ py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, 
     // A non-finite input is a defined result (the NaN guard's 0): warn.
     reports.Deliver(false);
   }
-  return namedForces(out[0], out[1], out[2]);
+  return ModuleType("Forces")(out[0], out[1], out[2]);
 }
 
 // ==== [3] curves and exports ========================================================
 
-// The state the CLI's curve and export subcommands build from their options.
-std::unique_ptr<CliTyreState> GraphState(const PyTyre &t, float load, float slipRatio, float slipAngle,
-                                         float camber, bool zoom) {
-  auto st = std::make_unique<CliTyreState>();
-  st->source = t.source;
-  st->wheel = t.wheel;
-  st->point.load = load;
-  st->point.slipRatio = slipRatio;
-  st->point.slipAngle = slipAngle;
-  st->point.camber = camber;
-  st->zoom = zoom;
-  st->sets = t.sets;
-  // The loader's own reports came with load(); only a failure (the file
-  // gone since, say) is news.
-  std::string error;
+// The tyre of the window's graphs for `t` at an operating point, in memory.
+std::unique_ptr<KPacejka> Graphs(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber) {
+  auto g = std::make_unique<KPacejka>();
+  OperatingPoint point;
+  point.load = load;
+  point.slipRatio = slipRatio;
+  point.slipAngle = slipAngle;
+  point.camber = camber;
   PyReports reports;
-  if (!CliLoadTyreState(st.get(), &error)) {
-    reports.errors.insert(reports.errors.begin(), error);
-    reports.Deliver();
-  }
-  return st;
+  GraphTyreFrom(*t.base, point, t.sets, g.get());
+  reports.Deliver(false);
+  return g;
 }
 
 py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber, bool zoom) {
-  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, zoom);
+  std::unique_ptr<KPacejka> g = Graphs(t, load, slipRatio, slipAngle, camber);
   CurveRange ranges[CURVE_COUNT];
   Curve curves[CURVE_COUNT];
   {
     PyReports reports;
-    CliSampleCurves(*st, ranges, curves);
+    GraphTyresSample(*g, zoom, ranges, curves);
     reports.Deliver(false);
   }
   static const char *const names[CURVE_COUNT] = {"Fx", "Fy", "Mz"};
   py::dict out;
+  const py::object namedCurve = ModuleType("Curve");
   for (int g = 0; g < CURVE_COUNT; g++) {
     py::array_t<float> x(CURVE_SAMPLES), y(CURVE_SAMPLES);
     for (int i = 0; i < CURVE_SAMPLES; i++) {
@@ -272,15 +280,15 @@ py::object Emit(const std::string &text, const py::object &path) {
 
 py::object ExportAscii(const PyTyre &t, int steps, float maximum, const py::object &path, float load, float slipRatio,
                        float slipAngle, float camber) {
-  if (!CliAsciiArgsValid(steps, maximum)) {
+  if (!(steps >= 0 && maximum > 0.0f)) {
     PyErr_SetString(PyExc_ValueError, "export_ascii: needs steps >= 0 and maximum > 0");
     throw py::error_already_set();
   }
-  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, true);
+  std::unique_ptr<KPacejka> g = Graphs(t, load, slipRatio, slipAngle, camber);
   std::string text;
   {
     PyReports reports;
-    text = ExportAsciiText(&st->tyre, &st->tyre, steps, maximum);
+    text = ExportAsciiText(g.get(), g.get(), steps, maximum);
     reports.Deliver(false);
   }
   return Emit(text, path);
@@ -288,15 +296,15 @@ py::object ExportAscii(const PyTyre &t, int steps, float maximum, const py::obje
 
 py::object ExportCarIni(const PyTyre &t, const py::object &path, float load, float slipRatio, float slipAngle,
                         float camber, bool zoom) {
-  std::unique_ptr<CliTyreState> st = GraphState(t, load, slipRatio, slipAngle, camber, zoom);
+  std::unique_ptr<KPacejka> g = Graphs(t, load, slipRatio, slipAngle, camber);
   std::string text;
   {
     PyReports reports;
     // The statistics are the peaks of the curves the window last drew.
     CurveRange ranges[CURVE_COUNT];
     Curve curves[CURVE_COUNT];
-    CliSampleCurves(*st, ranges, curves);
-    text = ExportCarIniText(st->tyre, curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
+    GraphTyresSample(*g, zoom, ranges, curves);
+    text = ExportCarIniText(*g, curves[CURVE_FX].peakX, curves[CURVE_FY].peakX);
     reports.Deliver(false);
   }
   return Emit(text, path);
@@ -309,11 +317,11 @@ py::object WriteTir(const PyTyre &t, const py::object &path, bool force) {
   if (!path.is_none()) file = py::str(path);
   if (!file.empty() && !force && QFileExists(file.c_str(), false))
     PyRaiseError(file + " exists; pass force=True to overwrite it");
-  std::unique_ptr<CliTyreState> st = GraphState(t, 2500.0f, 0.0f, 0.0f, 0.0f, true);
+  std::unique_ptr<KPacejka> g = Graphs(t, 2500.0f, 0.0f, 0.0f, 0.0f);
   PyReports reports;
   std::string text;
-  if (file.empty()) KPacejkaTirText(st->tyre, &text);
-  else KPacejkaWriteTirFile(file.c_str(), st->tyre);
+  if (file.empty()) KPacejkaTirText(*g, &text);
+  else KPacejkaWriteTirFile(file.c_str(), *g);
   reports.Deliver();
   if (file.empty()) return py::reinterpret_steal<py::object>(PyUnicode_DecodeLatin1(text.data(), py::ssize_t(text.size()), nullptr));
   return py::none();
@@ -321,84 +329,35 @@ py::object WriteTir(const PyTyre &t, const py::object &path, bool force) {
 
 // ==== [4] fit and convert ============================================================
 
-// Standard error, caught: the fitting commands' helpers print their
-// problems there ("tyrograph-cli fit: ..."), and the caller gets that text.
-class StderrCapture {
- public:
-  StderrCapture() {
-    fflush(stderr);
-    file = tmpfile();
-    saved = file ? dup(2) : -1;
-    if (saved >= 0) dup2(fileno(file), 2);
+// The driver's job from the keyword arguments; a model name the fitter does
+// not know raises.
+FitJob Job(bool convert, const std::string &input, const std::string &model, const py::object &out, int wheel,
+           const py::object &report, bool force) {
+  FitJob job;
+  job.convert = convert;
+  job.input = input;
+  if (!KFitModelByName(model.c_str(), &job.model)) {
+    QProblem p;
+    p.message = "model: '" + model + "' is not pac96, mf52 or mf61";
+    PyRaiseError(p);
   }
-  ~StderrCapture() { Restore(); }
-  // Stops catching; the text caught, without its last line end.
-  std::string Restore() {
-    std::string text;
-    if (saved < 0) return text;
-    fflush(stderr);
-    dup2(saved, 2);
-    close(saved);
-    saved = -1;
-    rewind(file);
-    char buf[4096];
-    size_t got;
-    while ((got = fread(buf, 1, sizeof buf, file)) > 0) text.append(buf, got);
-    fclose(file);
-    file = nullptr;
-    while (!text.empty() && text.back() == '\n') text.pop_back();
-    return text;
-  }
+  if (!out.is_none()) job.out = py::str(out);
+  job.wheel = wheel;
+  if (!report.is_none()) job.report = py::str(report);
+  job.force = force;
+  return job;
+}
 
- private:
-  FILE *file = nullptr;
-  int saved = -1;
-};
-
-// What `tyrograph-cli fit|convert` does after parsing, on options built
-// from the keyword arguments; the figures as a dict, the tyre loaded back
-// from the file written.
-py::dict FitCommand(const char *cmd, const std::vector<std::string> &args) {
-  FitCliOptions o;
-  KPacejka *tyre = new KPacejka;
-  KFitResult r;
-  bool ok;
-  std::string caught;
+// Runs the driver without the GIL; the figures as a dict, with the tyre
+// written.
+py::dict Fit(const FitJob &job) {
+  FitOutcome o;
   {
-    StderrCapture capture;
-    const bool fit = std::string(cmd) == "fit";
-    ok = FitCliParse(cmd, args, fit, &o) && FitCliOutputsFree(cmd, o);
-    if (ok) {
-      FitCliQuiet quiet(cmd);
-      KFitOptions fo;
-      fo.model = o.model;
-      std::string error;
-      KPacejka *input = new KPacejka;
-      KMeasuredData data;
-      if (fit) {
-        // 1. the data, and the start tyre when given
-        ok = KMeasuredRead(o.input.c_str(), &data);
-        if (ok && !o.start.empty()) {
-          ok = CarLoadTyreSource(o.start.c_str(), o.wheel, input, &error);
-          if (!ok) fprintf(stderr, "tyrograph-cli %s: --start: %s\n", cmd, error.c_str());
-          fo.start = input;
-        }
-        ok = ok && KFitTyre(data, fo, tyre, &r);
-      } else {
-        // 1. the source, as eval reads it
-        ok = CarLoadTyreSource(o.input.c_str(), o.wheel, input, &error);
-        if (!ok) fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, error.c_str());
-        ok = ok && KFitConvert(*input, fo, tyre, &r);
-      }
-      // 2. write the tyre and the report
-      ok = ok && FitCliWriteTyre(cmd, o, *tyre) && FitCliWriteReport(cmd, o, r);
-      delete input;
-    }
-    caught = capture.Restore();
+    py::gil_scoped_release free;
+    o = FitRun(job);
   }
-  delete tyre;
-  if (!ok && caught.empty()) caught = std::string("tyrograph-cli ") + cmd + ": " + (r.error.empty() ? "failed" : r.error);
-  if (!ok) PyRaiseError(caught);
+  PyDeliver(o.problems, true);
+  const KFitResult &r = o.result;
   py::dict channels;
   for (int ch = 0; ch < KCH_COUNT; ch++) {
     const KFitChannelStats &c = r.channel[ch];
@@ -406,19 +365,9 @@ py::dict FitCommand(const char *cmd, const std::vector<std::string> &args) {
     channels[KChannelName(ch)] = py::dict("points"_a = c.points, "rms"_a = c.rms, "rms_percent"_a = c.rmsPercent,
                                           "peak"_a = c.peak, "r2"_a = c.r2, "mirrored"_a = r.mirrored[ch]);
   }
-  return py::dict("tyre"_a = py::cast(Load(o.out, 0, false)), "model"_a = KFitModelKey(o.model),
-                  "output"_a = o.out, "channels"_a = channels, "pure_only"_a = r.pureOnly,
+  return py::dict("tyre"_a = py::cast(FromFitted(job.out, std::move(o.tyre))), "model"_a = KFitModelKey(job.model),
+                  "output"_a = job.out.empty() ? py::object(py::none()) : py::object(py::str(job.out)), "channels"_a = channels, "pure_only"_a = r.pureOnly,
                   "iterations"_a = r.iterations, "seconds"_a = r.seconds);
-}
-
-// The command line of the fitting commands from keyword arguments.
-std::vector<std::string> FitArgs(const std::string &input, const std::string &model, const py::object &out,
-                                 int wheel, const py::object &report, bool force) {
-  std::vector<std::string> a = {input, "--model", model, "--wheel", std::to_string(wheel)};
-  if (!out.is_none()) a.insert(a.end(), {"-o", py::str(out)});
-  if (!report.is_none()) a.insert(a.end(), {"--report", py::str(report)});
-  if (force) a.push_back("--force");
-  return a;
 }
 
 // CPU time of the batch alone on float32 arrays (results into a buffer of
@@ -452,15 +401,12 @@ PYBIND11_MODULE(_tyrograph, m) {
   PyReportsRegister(m);
   MeasuredRegister(m);
   py::module_ collections = py::module_::import("collections");
-  namedForces = collections.attr("namedtuple")("Forces", "fx fy mz");
-  namedForces.attr("__module__") = "tyrograph";
-  namedCurve = collections.attr("namedtuple")("Curve", "x y peak_x peak_y");
-  namedCurve.attr("__module__") = "tyrograph";
-  m.attr("Forces") = namedForces;
-  m.attr("Curve") = namedCurve;
-  // The namedtuple types outlive the module's globals at shutdown.
-  namedForces.inc_ref();
-  namedCurve.inc_ref();
+  py::object forces = collections.attr("namedtuple")("Forces", "fx fy mz");
+  forces.attr("__module__") = "tyrograph";
+  py::object curve = collections.attr("namedtuple")("Curve", "x y peak_x peak_y");
+  curve.attr("__module__") = "tyrograph";
+  m.attr("Forces") = forces;
+  m.attr("Curve") = curve;
 
   m.def("load", &Load, "path"_a, "wheel"_a = 0, "strict"_a = false,
         R"(Loads one tyre as tyrograph-cli reads its TYRE argument.
@@ -473,32 +419,43 @@ loader reports and recovers from (the CLI prints them and goes on) come as
 tyrograph.TyreWarning, or raise tyrograph.Error with strict=True.)");
 
   static const char *const fitFigures = R"(
-Returns a dict: "tyre" (the written file loaded back), "model", "output",
+Returns a dict: "tyre" (the fitted tyre, in memory), "model", "output" (the
+file written, or None),
 "channels" ({"Fx": {"points", "rms", "rms_percent", "peak", "r2",
 "mirrored"}, ...} for each channel the data has), "pure_only",
 "iterations", "seconds": the figures the command prints and its --report
-holds. A problem raises tyrograph.Error with the command's own message
-("tyrograph-cli fit: ...", naming file, line and column for bad data).)";
+holds. A problem raises tyrograph.Error with the library's message (for bad
+data "FILE:LINE: column N (NAME): ..."), its `file` and `line` attributes
+naming the place.)";
   m.def(
       "fit",
-      [](const std::string &data, const std::string &model, const py::object &out, const py::object &start, int wheel,
-         const py::object &report, bool force) {
-        std::vector<std::string> args = FitArgs(data, model, out, wheel, report, force);
-        if (!start.is_none()) args.insert(args.end(), {"--start", py::str(start)});
-        return FitCommand("fit", args);
+      [](const py::object &data, const std::string &model, const py::object &out, const py::object &start, int wheel,
+         const py::object &report, bool force, const std::string &axes, const py::object &columns,
+         const py::object &units, int thin) {
+        FitJob job = Job(false, "", model, out, wheel, report, force);
+        job.outOptional = true;
+        if (!start.is_none()) job.start = py::str(start);
+        MeasuredFitData(data, axes, columns, units, thin, &job);
+        return Fit(job);
       },
-      "data"_a, "model"_a, "out"_a, "start"_a = py::none(), "wheel"_a = 0, "report"_a = py::none(), "force"_a = false,
-      (std::string(R"(tyrograph-cli fit DATA --model MODEL -o OUT [--start TYRE] [--wheel N] [--report FILE] [--force].
+      "data"_a, "model"_a, "out"_a = py::none(), "start"_a = py::none(), "wheel"_a = 0, "report"_a = py::none(),
+      "force"_a = false, "axes"_a = "auto", "columns"_a = py::none(), "units"_a = py::none(), "thin"_a = 0,
+      (std::string(R"(tyrograph-cli fit DATA --model MODEL [-o OUT] [--start TYRE] [--wheel N] [--report FILE] [--force].
 
-Fits model "pac96", "mf52" or "mf61" to the measured points of the CSV file
-`data` (columns fz, kappa, alpha, gamma, fx, fy, mz in eval's units) and
-writes it to `out`: a TIR file when the name ends in .tir, else a car.ini.
-An existing `out` or `report` stays unless force=True.)") + fitFigures).c_str());
+Fits model "pac96", "mf52" or "mf61" to measured data: a path to a tidy CSV
+file (columns fz, kappa, alpha, gamma, fx, fy, mz in eval's units) or to a
+rig run (delimited text or TYDEX), or a mapping of column name to array (a
+pandas DataFrame works). Runs and mappings are read and conditioned as
+read_data() does (axes, columns, units, thin); data the plausibility checks
+find wrong is refused with their messages. The fitted tyre is kept in
+memory; with `out` it is also written there (a TIR file when the name ends
+in .tir, else a car.ini). An existing `out` or `report` stays unless
+force=True.)") + fitFigures).c_str());
   m.def(
       "convert",
       [](const std::string &source, const std::string &model, const py::object &out, int wheel,
          const py::object &report, bool force) {
-        return FitCommand("convert", FitArgs(source, model, out, wheel, report, force));
+        return Fit(Job(true, source, model, out, wheel, report, force));
       },
       "source"_a, "model"_a, "out"_a, "wheel"_a = 0, "report"_a = py::none(), "force"_a = false,
       (std::string(R"(tyrograph-cli convert SOURCE --model MODEL -o OUT [--wheel N] [--report FILE] [--force].
@@ -556,9 +513,9 @@ load (N), slip_ratio, slip_angle (degrees), camber (degrees), zoom: the
 window's operating point and "Zoom in horizontally" (the CLI's options).
 Returns {"Fx": Curve, "Fy": Curve, "Mz": Curve}; Curve(x, y, peak_x, peak_y)
 with x and y float32 arrays of 290 samples (x: slip ratio or degrees; y:
-Fx/Fz, Fy/Fz, Mz in N·m) and the peak as floats. Like the CLI, the tyre is
-loaded again from its source and the edits made through tyre[name] = value
-are replayed on it.)")
+Fx/Fz, Fy/Fz, Mz in N·m) and the peak as floats. Like the CLI, each graph
+takes the tyre as loaded, the operating point, then the edits made through
+tyre[name] = value (as the CLI's --set).)")
       .def("export_ascii", &ExportAscii, "steps"_a = EXPORT_ASCII_DEFAULT_STEPS, "maximum"_a = EXPORT_ASCII_DEFAULT_MAX,
            "path"_a = py::none(), "load"_a = 2500.0f, "slip_ratio"_a = 0.0f, "slip_angle"_a = 0.0f, "camber"_a = 0.0f,
            R"(The "Export ASCII" file, the bytes of tyrograph-cli export-ascii.

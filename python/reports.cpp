@@ -1,92 +1,68 @@
-// PyReports: the report hooks of diag/qdebug.h, routed per thread.
+// Problems into Python exceptions and warnings.
 #include "python/reports.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <mutex>
-
-#include "diag/qdebug.h"
 
 namespace py = pybind11;
 
 namespace {
 
-thread_local PyReports *current = nullptr;
-std::mutex hookMutex;
-int scopes = 0;  // live scopes on all threads; the hooks stay while any is
-QReportHook prevErr, prevWarn, prevDbg;
-PyObject *errorType = nullptr;
-PyObject *warningType = nullptr;
+// tyrograph.Error or tyrograph.TyreWarning: the module holds them.
+py::object ModuleType(const char *name) { return py::module_::import("tyrograph._tyrograph").attr(name); }
 
-std::string Trimmed(const char *message) {
-  std::string s = message ? message : "";
-  while (!s.empty() && (s.back() == '\n' || s.back() == '\r')) s.pop_back();
-  return s;
-}
-
-int OnError(const char *, const char *message) {
-  if (current) current->errors.push_back(Trimmed(message));
-  else fprintf(stderr, "%s\n", Trimmed(message).c_str());
-  return 0;
-}
-
-int OnWarning(const char *, const char *message) {
-  if (current) current->warnings.push_back(Trimmed(message));
-  else fprintf(stderr, "%s\n", Trimmed(message).c_str());
-  return 0;
-}
-
-int OnDebug(const char *, const char *) { return 0; }
-
-}  // namespace
-
-PyReports::PyReports() {
-  std::lock_guard<std::mutex> lock(hookMutex);
-  if (scopes++ == 0) {
-    prevErr = qSetErrorHook(OnError);
-    prevWarn = qSetWarnHook(OnWarning);
-    prevDbg = qSetDebugHook(OnDebug);
-  }
-  current = this;
-}
-
-PyReports::~PyReports() {
-  current = nullptr;
-  std::lock_guard<std::mutex> lock(hookMutex);
-  if (--scopes == 0) {
-    qSetErrorHook(prevErr);
-    qSetWarnHook(prevWarn);
-    qSetDebugHook(prevDbg);
-  }
-}
-
-void PyReports::Deliver(bool errorsRaise) {
-  std::vector<std::string> asWarnings;
-  for (const std::vector<std::string> *from : {&warnings, errorsRaise ? nullptr : &errors})
-    for (size_t i = 0; from && i < from->size(); i++)
-      // the same text twice in one call says nothing new (a batch in steps)
-      if (std::find(asWarnings.begin(), asWarnings.end(), (*from)[i]) == asWarnings.end())
-        asWarnings.push_back((*from)[i]);
-  for (const std::string &w : asWarnings)
-    if (PyErr_WarnEx(warningType, w.c_str(), 2) < 0) throw py::error_already_set();
-  if (!errorsRaise || errors.empty()) return;
-  std::string text;
-  for (const std::string &e : errors) text += (text.empty() ? "" : "\n") + e;
-  PyRaiseError(text);
-}
-
-void PyRaiseError(const std::string &message) {
-  PyErr_SetString(errorType, message.c_str());
+// Raises tyrograph.Error with `text`, its place from `first`.
+[[noreturn]] void Raise(const std::string &text, const QProblem &first) {
+  const py::object type = ModuleType("Error");
+  py::object e = type(text);
+  e.attr("file") = first.file.empty() ? py::object(py::none()) : py::object(py::str(first.file));
+  e.attr("line") = first.line > 0 ? py::object(py::int_(first.line)) : py::object(py::none());
+  PyErr_SetObject(type.ptr(), e.ptr());
   throw py::error_already_set();
 }
 
+}  // namespace
+
+void PyDeliver(const std::vector<QProblem> &problems, bool errorsRaise) {
+  std::vector<std::string> asWarnings;
+  std::vector<const QProblem *> errors;
+  for (const QProblem &p : problems) {
+    if (!p.warning && errorsRaise) {
+      errors.push_back(&p);
+      continue;
+    }
+    // the same text twice in one call says nothing new (a batch in steps)
+    const std::string text = p.Text();
+    if (std::find(asWarnings.begin(), asWarnings.end(), text) == asWarnings.end()) asWarnings.push_back(text);
+  }
+  const py::object warning = asWarnings.empty() ? py::object() : ModuleType("TyreWarning");
+  for (const std::string &w : asWarnings)
+    if (PyErr_WarnEx(warning.ptr(), w.c_str(), 2) < 0) throw py::error_already_set();
+  if (errors.empty()) return;
+  std::string text;
+  for (const QProblem *e : errors) text += (text.empty() ? "" : "\n") + e->Text();
+  Raise(text, *errors.front());
+}
+
+void PyReports::Deliver(bool errorsRaise, const std::vector<QProblem> &extra) {
+  std::vector<QProblem> all = collector.problems;
+  all.insert(all.end(), extra.begin(), extra.end());
+  collector.problems.clear();
+  PyDeliver(all, errorsRaise);
+}
+
+void PyRaiseError(const QProblem &problem) { Raise(problem.Text(), problem); }
+
+void PyRaiseError(const std::string &message) { PyRaiseError(QProblemFromText(message)); }
+
 void PyReportsRegister(py::module_ &m) {
-  errorType = PyErr_NewExceptionWithDoc("tyrograph.Error",
-                                        "A problem the tyre library reported, in its own words.",
-                                        PyExc_RuntimeError, nullptr);
-  warningType = PyErr_NewExceptionWithDoc("tyrograph.TyreWarning",
-                                          "A warning of the tyre library, in its own words.",
-                                          PyExc_UserWarning, nullptr);
-  m.add_object("Error", py::handle(errorType));
-  m.add_object("TyreWarning", py::handle(warningType));
+  PyObject *error = PyErr_NewExceptionWithDoc("tyrograph.Error",
+                                              "A problem the tyre library reported, in its own words; `file` and\n"
+                                              "`line` name its place in the input when it has one (else None).",
+                                              PyExc_RuntimeError, nullptr);
+  PyObject *warning = PyErr_NewExceptionWithDoc("tyrograph.TyreWarning",
+                                                "A warning of the tyre library, in its own words.", PyExc_UserWarning,
+                                                nullptr);
+  // the module holds the only references
+  m.add_object("Error", py::reinterpret_steal<py::object>(error));
+  m.add_object("TyreWarning", py::reinterpret_steal<py::object>(warning));
 }

@@ -1,10 +1,11 @@
-// What the library reports during a call from Python, turned into Python's
-// terms: errors into tyrograph.Error, warnings into tyrograph.TyreWarning,
-// each carrying the library's own message text.
+// Problems of the library in Python's terms: errors raise tyrograph.Error,
+// warnings become tyrograph.TyreWarning, each with the library's own text
+// ("file:line: message" where the problem has a place). The exception
+// carries the place too, as its `file` and `line` attributes (None when the
+// problem has none).
 //
-// A PyReports scope collects the reports of its own thread (the GIL may be
-// released inside it); reports of other threads, outside any scope, go to
-// standard error. Debug notes are dropped.
+// A PyReports scope collects the reports of its own thread while the
+// library works (diag/qcollect.h; the GIL may be released inside it).
 #pragma once
 
 #include <pybind11/pybind11.h>
@@ -12,22 +13,23 @@
 #include <string>
 #include <vector>
 
+#include "diag/qcollect.h"
+
+// Issues the warnings among `problems`, then raises tyrograph.Error with the
+// errors (one a line) when there are any and `errorsRaise` is set;
+// otherwise the errors become warnings too. With the GIL held.
+void PyDeliver(const std::vector<QProblem> &problems, bool errorsRaise = true);
+
 class PyReports {
  public:
-  PyReports();
-  ~PyReports();
-  PyReports(const PyReports &) = delete;
-  PyReports &operator=(const PyReports &) = delete;
+  // The collected problems, then `extra` after them, delivered as PyDeliver does.
+  void Deliver(bool errorsRaise = true, const std::vector<QProblem> &extra = {});
 
-  // With the GIL held: issues the warnings, then raises tyrograph.Error with
-  // the errors (one a line) when there are any and `errorsRaise` is set;
-  // otherwise the errors become warnings too.
-  void Deliver(bool errorsRaise = true);
-
-  std::vector<std::string> errors, warnings;
+  QReportCollector collector;
 };
 
-// Raises tyrograph.Error with `message` (never returns).
+// Raises tyrograph.Error for `problem` (never returns).
+[[noreturn]] void PyRaiseError(const QProblem &problem);
 [[noreturn]] void PyRaiseError(const std::string &message);
 
 // Makes tyrograph.Error and tyrograph.TyreWarning in module `m`.

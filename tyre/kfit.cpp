@@ -189,16 +189,15 @@ std::vector<const KMeasuredPoint *> StagePoints(const KMeasuredData &data, const
 // curve has local minima in these two (a low C with a strongly negative E
 // looks like a high C with a positive one over part of the range), so each
 // pure stage first tries a grid of them and starts from the best.
-struct ShapeMembers {
-  bool pac96;
-  KPacejkaMember::Group group;
-  const char *C, *E;
-};
-const ShapeMembers kShapeMembers[] = {
-    {true, KPacejkaMember::PURE_FX, "b0", "b8"},      {true, KPacejkaMember::PURE_FY, "a0", "a7"},
-    {true, KPacejkaMember::PURE_MZ, "c0", "c9"},      {false, KPacejkaMember::PURE_FX, "pcx1", "pex1"},
-    {false, KPacejkaMember::PURE_FY, "pcy1", "pey1"}, {false, KPacejkaMember::PURE_MZ, "qcz1", "qez1"},
-};
+// The member table marks the pair of each curve (KPacejkaMember::shape).
+const KPacejkaMember *ShapeMember(int model, KPacejkaMember::Group group, KPacejkaMember::Shape role) {
+  const bool pac96 = model == KPacejka::PAC96;
+  for (int i = 0; i < kpacejkaMemberCount; i++) {
+    const KPacejkaMember &m = kpacejkaMembers[i];
+    if (m.shape == role && m.group == group && (m.family == KPacejkaMember::PAC96_FAMILY) == pac96) return &m;
+  }
+  return nullptr;
+}
 const float kGridC[] = {1.1f, 1.3f, 1.5f, 1.7f, 1.9f, 2.2f, 2.6f};
 const float kGridE[] = {-2.0f, -1.0f, -0.5f, 0.0f, 0.3f, 0.6f, 0.9f};
 
@@ -225,28 +224,26 @@ struct ShapePair {
 std::vector<ShapePair> RankShapes(KPacejka *tyre, const KFitStage &s, const ChannelPoints &points, size_t keep,
                                   float **C, float **E) {
   std::vector<ShapePair> ranked;
-  for (const ShapeMembers &sm : kShapeMembers) {
-    if (sm.group != s.group || sm.pac96 != (tyre->model == KPacejka::PAC96)) continue;
-    const KPacejkaMember *mc = KPacejkaFindMember(sm.C), *me = KPacejkaFindMember(sm.E);
-    *C = mc ? KPacejkaFloat(*tyre, *mc) : nullptr, *E = me ? KPacejkaFloat(*tyre, *me) : nullptr;
-    if (!*C || !*E) return ranked;
-    const float c0 = **C, e0 = **E;
-    ranked.push_back({c0, e0, SumOfSquares(*tyre, points)});
-    for (float c : kGridC) {
-      for (float e : kGridE) {
-        **C = std::clamp(c, mc->fitMin, mc->fitMax);
-        **E = std::clamp(e, me->fitMin, me->fitMax);
-        ranked.push_back({**C, **E, SumOfSquares(*tyre, points)});
-      }
+  const KPacejkaMember *mc = ShapeMember(tyre->model, s.group, KPacejkaMember::SHAPE_C);
+  const KPacejkaMember *me = ShapeMember(tyre->model, s.group, KPacejkaMember::SHAPE_E);
+  *C = mc ? KPacejkaFloat(*tyre, *mc) : nullptr, *E = me ? KPacejkaFloat(*tyre, *me) : nullptr;
+  if (!*C || !*E) return ranked;
+  const float c0 = **C, e0 = **E;
+  ranked.push_back({c0, e0, SumOfSquares(*tyre, points)});
+  for (float c : kGridC) {
+    for (float e : kGridE) {
+      **C = std::clamp(c, mc->fitMin, mc->fitMax);
+      **E = std::clamp(e, me->fitMin, me->fitMax);
+      ranked.push_back({**C, **E, SumOfSquares(*tyre, points)});
     }
-    **C = c0, **E = e0;
-    // a total order, so ties rank the same everywhere (and no stable sort's
-    // scratch buffer is needed)
-    std::sort(ranked.begin(), ranked.end(), [](const ShapePair &a, const ShapePair &b) {
-      return a.cost != b.cost ? a.cost < b.cost : a.C != b.C ? a.C < b.C : a.E < b.E;
-    });
-    if (ranked.size() > keep) ranked.resize(keep);
   }
+  **C = c0, **E = e0;
+  // a total order, so ties rank the same everywhere (and no stable sort's
+  // scratch buffer is needed)
+  std::sort(ranked.begin(), ranked.end(), [](const ShapePair &a, const ShapePair &b) {
+    return a.cost != b.cost ? a.cost < b.cost : a.C != b.C ? a.C < b.C : a.E < b.E;
+  });
+  if (ranked.size() > keep) ranked.resize(keep);
   return ranked;
 }
 

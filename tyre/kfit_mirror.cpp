@@ -13,8 +13,8 @@
 //                 ssz2 term: qdz1, qdz2 and ssz2 turn over with Fy so that Mz
 //                 stays. Mz on its own: the trail (qdz1, qdz2), the residual
 //                 torque (qdz6 ... qdz9) and the s terms (ssz1 ... ssz4).
-// A member listed under both channels turns over when exactly one of them is
-// mirrored.
+// The member table marks these (KPacejkaMember::mirror); a member marked for
+// both channels turns over when exactly one of them is mirrored.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -23,33 +23,19 @@
 
 namespace {
 
-constexpr unsigned FY = 1, MZ = 2;
+constexpr unsigned FY = KPacejkaMember::MIRROR_FY, MZ = KPacejkaMember::MIRROR_MZ;
 
-struct MirrorEntry {
-  const char *name;
-  unsigned channels;
-};
-
-const MirrorEntry kMirrorPac96[] = {
-    {"a1", FY},   {"a2", FY},   {"a3", FY},   {"a111", FY}, {"a112", FY}, {"a12", FY},
-    {"a13", FY},  {"c1", MZ},   {"c2", MZ},   {"c3", MZ},   {"c4", MZ},   {"c14", MZ},
-    {"c15", MZ},  {"c16", MZ},  {"c17", MZ},
-};
-
-const MirrorEntry kMirrorMagic[] = {
-    {"pdy1", FY},      {"pdy2", FY},      {"pky1", FY},      {"pvy1", FY},      {"pvy2", FY},
-    {"pvy3", FY},      {"pvy4", FY},      {"rvy1", FY},      {"rvy2", FY},      {"rvy3", FY},
-    {"qdz1", FY | MZ}, {"qdz2", FY | MZ}, {"ssz2", FY | MZ}, {"qdz6", MZ},      {"qdz7", MZ},
-    {"qdz8", MZ},      {"qdz9", MZ},      {"ssz1", MZ},      {"ssz3", MZ},      {"ssz4", MZ},
-};
-
-template <size_t N>
-void Apply(KPacejka &tyre, const MirrorEntry (&table)[N], unsigned mirrored) {
-  for (const MirrorEntry &e : table) {
-    const unsigned hit = e.channels & mirrored;
+// Negates the members the mirrored channels turn over (the member table's
+// mirror bits) among those of the tyre's kind: the Pacejka89/96
+// coefficients for a Pacejka89/96 tyre, the Magic Formula ones otherwise.
+void Apply(KPacejka &tyre, unsigned mirrored) {
+  const bool pac96 = tyre.model == KPacejka::PAC96;
+  for (int i = 0; i < kpacejkaMemberCount; i++) {
+    const KPacejkaMember &m = kpacejkaMembers[i];
+    const unsigned hit = m.mirror & mirrored;
     if (hit != FY && hit != MZ) continue;  // none, or both: the sign stays
-    const KPacejkaMember *m = KPacejkaFindMember(e.name);
-    if (float *p = m ? KPacejkaFloat(tyre, *m) : nullptr) *p = -*p;
+    if ((m.family == KPacejkaMember::PAC96_FAMILY) != pac96) continue;
+    if (float *p = KPacejkaFloat(tyre, m)) *p = -*p;
   }
 }
 
@@ -97,6 +83,5 @@ int KFitTyreSlopeSign(const KTyreParams &tyre, double fz, int channel) {
 void KFitMirror(KPacejka &tyre, bool fy, bool mz) {
   const unsigned mirrored = (fy ? FY : 0) | (mz ? MZ : 0);
   if (!mirrored) return;
-  if (tyre.model == KPacejka::PAC96) Apply(tyre, kMirrorPac96, mirrored);
-  else Apply(tyre, kMirrorMagic, mirrored);
+  Apply(tyre, mirrored);
 }

@@ -136,7 +136,8 @@ class KPacejka : public KTyreParams {
 // scaling factors, the Magic Formula coefficients, zeta0 ... zeta8, r0, fz0,
 // longv, mbelt, fyShiftScale, lmp, lkyc, lt, model, and the range ends
 // slipangle_min ... fz_max. Each entry says which models read the member,
-// what it shapes, where a TIR file keeps it and how far a fitter may move it.
+// what it shapes, where a TIR file keeps it, how far a fitter may move it,
+// how it turns under mirroring, and what the coefficient panel shows of it.
 // Loading (configuration and TIR), the TIR writer, the CLI, the editor and the
 // exports all take their names and lists from it.
 struct KPacejkaMember {
@@ -165,6 +166,10 @@ struct KPacejkaMember {
     RANGES,       // slipangle_min ... fz_max
     GROUP_COUNT
   };
+  // Sign under mirroring: bits of the channels that negate the member.
+  enum Mirror : uint8_t { MIRROR_NONE = 0, MIRROR_FY = 1, MIRROR_MZ = 2 };
+  // Role in the shape pair (C, E) of a pure-slip curve.
+  enum Shape : uint8_t { NO_SHAPE, SHAPE_C, SHAPE_E };
   const char *name;
   Kind kind;
   uint32_t offset;  // byte offset in KTyreParams
@@ -177,6 +182,19 @@ struct KPacejkaMember {
   // lgyr, then lmp, lkyc, lt), the order they are read, shown on the panel and
   // exported in; -1 for every other member.
   int8_t iniOrder = -1;
+  // The channels whose mirroring negates the member (KFitMirror): Fy, Mz, or
+  // both (it turns over when exactly one of them is mirrored); none for most.
+  uint8_t mirror = MIRROR_NONE;
+  // Shape factor C or curvature E of its group's pure-slip curve: the pair a
+  // fitter first tries on a grid (local minima lie along it).
+  Shape shape = NO_SHAPE;
+  // The coefficient panel: the radio's label (null: the name), the
+  // description (null: the panel never shows the member), the unit ("" for
+  // a non-dimensional value) and the value slider's range.
+  const char *label = nullptr;
+  const char *desc = nullptr;
+  const char *unit = nullptr;
+  float sliderMin = 0, sliderMax = 0;
 };
 
 extern const KPacejkaMember kpacejkaMembers[];

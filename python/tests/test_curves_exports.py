@@ -94,3 +94,19 @@ def test_export_arguments_are_checked(tmp_path):
     missing = str(tmp_path / "no" / "such" / "folder" / "x.txt")
     with pytest.raises(tyrograph.Error, match="can't open output file for writing"):
         tyre.export_ascii(5, 1.0, path=missing)
+
+
+def test_curves_and_exports_need_no_file_on_disk(tmp_path):
+    """The tyre in memory, with its edits, is what curves and exports draw on."""
+    gone = tmp_path / "gone.tir"
+    gone.write_bytes(open(os.path.join(SOURCE, "data", "tyres", "MagicFormula61_Parameters.tir"), "rb").read())
+    tyre = tyrograph.load(str(gone))
+    tyre["pdy1"] = 1.3
+    gone.unlink()
+    kept = tyrograph.load(os.path.join(SOURCE, "data", "tyres", "MagicFormula61_Parameters.tir"))
+    kept["pdy1"] = 1.3
+    a, b = tyre.curves(**POINT), kept.curves(**POINT)
+    for graph in ("Fx", "Fy", "Mz"):
+        np.testing.assert_array_equal(a[graph].y, b[graph].y)
+    assert tyre.export_carini(**POINT) == kept.export_carini(**POINT)
+    assert tyre.write_tir() == kept.write_tir()

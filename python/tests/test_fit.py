@@ -55,8 +55,8 @@ def test_convert_writes_the_cli_file(tmp_path):
 def test_fit_problems_carry_the_commands_messages(synthetic, tmp_path):
     out = str(tmp_path / "x.tir")
     cases = [
-        (("/no/such.csv", "mf61", out), "tyrograph-cli fit: /no/such.csv: cannot open"),
-        ((synthetic, "mf99", out), "--model: 'mf99' is not pac96, mf52 or mf61"),
+        (("/no/such.csv", "mf61", out), "^/no/such.csv: cannot open"),
+        ((synthetic, "mf99", out), "^model: 'mf99' is not pac96, mf52 or mf61"),
         ((synthetic, "pac96", out), "a TIR file holds a Magic Formula tyre"),
     ]
     bad = tmp_path / "bad.csv"
@@ -72,3 +72,19 @@ def test_fit_problems_carry_the_commands_messages(synthetic, tmp_path):
     assert (tmp_path / "taken.ini").read_text() == "keep\n"
     with pytest.raises(tyrograph.Error, match="--start: nope.tir: no such file"):
         tyrograph.fit(synthetic, "mf61", out, start="nope.tir")
+
+
+def test_an_error_keeps_its_file_and_line(tmp_path):
+    bad = tmp_path / "bad.csv"
+    bad.write_text("fz,alpha,fy\n4000,0.1,1000\n# a comment\n4000,0.2,abc\n")
+    with pytest.raises(tyrograph.Error) as caught:
+        tyrograph.fit(str(bad), "mf61", str(tmp_path / "x.tir"))
+    assert str(caught.value) == "%s:4: column 3 (fy): 'abc' is not a number" % bad
+    assert (caught.value.file, caught.value.line) == (str(bad), 4)
+    # a problem about a whole file names it without a line; one about no file names none
+    with pytest.raises(tyrograph.Error) as caught:
+        tyrograph.convert(str(tmp_path / "none.tir"), "mf61", str(tmp_path / "y.tir"))
+    assert (caught.value.file, caught.value.line) == (str(tmp_path / "none.tir"), None)
+    with pytest.raises(tyrograph.Error) as caught:
+        tyrograph.convert(MF61_TIR, "pac96", str(tmp_path / "y.tir"))
+    assert caught.value.line is None

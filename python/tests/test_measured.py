@@ -73,9 +73,21 @@ def test_fit_takes_a_mapping_and_keeps_the_tyre_in_memory():
     fx, fy, mz = tyre.eval(fz, kappa, alpha, 0.0, dtype=np.float64)
     res = tyrograph.fit(Columns(FZ=fz, SA=alpha, SL=kappa, FX=fx, FY=fy, MZ=mz), "mf61")
     assert res["channels"]["Fy"]["rms_percent"] < 2
+    assert res["output"] is None
     got = res["tyre"].eval(4500.0, 0.0, 0.05, 0.0)
     want = tyre.eval(4500.0, 0.0, 0.05, 0.0)
     assert abs(got.fy - want.fy) < 0.03 * abs(want.fy)
     # the checks refuse what looks wrong, and say how to fix it
     with pytest.raises(tyrograph.Error, match="loads look like SAE axes"):
         tyrograph.fit({"fz": -fz, "alpha": alpha, "fy": fy}, "mf61", axes="iso")
+
+
+def test_fit_reads_a_run_path_with_the_options(tmp_path):
+    run = tmp_path / "run.txt"
+    run.write_text("SA;FZ;FY\n" + "".join("%d;4000;%d\n" % (i, -300 * i) for i in range(-10, 11)))
+    with pytest.raises(tyrograph.Error, match="looks like degrees: --units alpha=deg"):
+        tyrograph.fit(run, "mf61", str(tmp_path / "x.tir"))
+    assert not (tmp_path / "x.tir").exists()
+    res = tyrograph.fit(run, "mf61", str(tmp_path / "x.tir"), units={"alpha": "deg"})
+    assert res["channels"]["Fy"]["points"] == 21 and res["output"] == str(tmp_path / "x.tir")
+    assert tyrograph.load(str(tmp_path / "x.tir"))["pdy1"] == res["tyre"]["pdy1"]

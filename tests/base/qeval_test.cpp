@@ -1,6 +1,9 @@
 // Eval: one row per case.
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 #include "base/qeval.h"
 #include "tests/base/capture.h"
 
@@ -30,3 +33,17 @@ TEST(Eval, TableNullTextAndDeepNesting) {
 }
 
 }  // namespace
+
+// Each evaluation keeps its own state: threads evaluating at once each get
+// their own expression's value.
+TEST(Eval, ThreadsDoNotShareAParse) {
+  std::atomic<int> wrong{0};
+  auto run = [&](const char *text, int want) {
+    for (int i = 0; i < 200000; i++)
+      if (Eval(text) != want) wrong++;
+  };
+  std::thread a(run, "(1+2)*(3+4)*(5+6)*(7+8)", 3465), b(run, "$ff & #1010 | 010", 10 | 8);
+  a.join();
+  b.join();
+  EXPECT_EQ(wrong.load(), 0);
+}

@@ -3,7 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <sstream>
+#include <string>
 #include <strings.h>
 
 TEST(CoeffTable, ListFollowsModelThenFocus) {
@@ -46,4 +51,44 @@ TEST(CoeffTable, ScalingRadiosEditTheFactorTheyName) {
     ASSERT_NE(key, nullptr) << i;
     EXPECT_EQ(strcasecmp(info.name, key), 0) << i << ": radio " << info.name << " edits " << key;
   }
+}
+
+// Every row the panel can show (each model, each focus, each of the 28
+// radios and one past them), against the rows the panel has always shown:
+// a wrong description, unit or slider range in the member table shows here.
+// TYRO_UPDATE_PANEL_ROWS=1 stores the rows anew (after a deliberate change).
+TEST(CoeffTable, PanelRowsStayAsTheyWere) {
+  std::string text;
+  char line[512];
+  for (int model = 0; model < 4; model++)
+    for (int focus = 0; focus < 4; focus++) {
+      const CoeffList list = CoeffListFor(model, focus);
+      for (int i = 0; i <= COEFF_RADIOS; i++) {
+        const CoeffInfo c = CoeffLookup(list, i);
+        snprintf(line, sizeof line, "model %d focus %d radio %2d %-4s: %s \"%s\" [%s] min %.9g range %.9g field %d\n",
+                 model, focus, i, CoeffLabel(list, i), c.name, c.desc, c.unit, double(c.minimum), double(c.range),
+                 c.field);
+        text += line;
+      }
+    }
+  const std::string path = std::string(TYRO_TEST_DATA) + "/tool/panel_rows.txt";
+  if (getenv("TYRO_UPDATE_PANEL_ROWS")) {
+    FILE *f = fopen(path.c_str(), "wb");
+    ASSERT_NE(f, nullptr);
+    fwrite(text.data(), 1, text.size(), f);
+    fclose(f);
+  }
+  // Row by row, so that a failure shows the rows that changed.
+  std::ifstream in(path, std::ios::binary);
+  std::istringstream now(text);
+  std::string want, got;
+  int row = 0, differ = 0;
+  while (std::getline(in, want)) {
+    row++;
+    if (!std::getline(now, got)) got = "(no row)";
+    if (got != want && differ++ < 10) ADD_FAILURE() << path << " row " << row << "\n  was: " << want << "\n  now: " << got;
+  }
+  EXPECT_EQ(differ, 0);
+  EXPECT_GT(row, 0) << path;
+  EXPECT_FALSE(std::getline(now, got)) << "more rows than " << path << " holds: " << got;
 }

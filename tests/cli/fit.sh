@@ -107,4 +107,20 @@ check "" "$(ls fit-new.ini conv-new.tir 2>/dev/null)" refused-report-writes-noth
 check 0 "$?" fit-force-exit
 cmp -s kept.orig kept.out && { echo "FAIL fit --force: kept.out was not replaced"; fail=1; }
 
+# 6. a rig run (semicolons, slip angles in degrees): refused with the check's
+# message and nothing written, fitted once --units says what the angles are
+{
+  echo "SA;FZ;FY"
+  for i in $(seq -10 10); do echo "$i;4000;$((-300 * i))"; done
+} >run.txt
+"$cli" fit run.txt --model mf61 -o run.tir >/dev/null 2>err.txt
+check 1 "$?" rig-implausible-exit
+check "tyrograph-cli fit: slip angles up to 10 rad (573°): looks like degrees: --units alpha=deg" "$(cat err.txt)" \
+  rig-implausible-message
+check "" "$(ls run.tir 2>/dev/null)" rig-implausible-writes-nothing
+"$cli" fit run.txt --model mf61 -o run.tir --units alpha=deg >out.txt 2>err.txt
+check 0 "$?" rig-units-exit
+check "" "$(cat err.txt)" rig-units-quiet
+grep -qE '^Fy +21 ' out.txt || { echo "FAIL rig-units: figures $(cat out.txt)"; fail=1; }
+
 exit $fail
