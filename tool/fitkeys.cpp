@@ -9,7 +9,7 @@
 #include "chart/carsave.h"
 #include "chart/graph.h"
 #include "diag/qdebug.h"
-#include "tool/fitjob.h"
+#include "tool/fitworker.h"
 #include "tool/measureddata.h"
 #include "tool/panel.h"
 #include "tool/session.h"
@@ -50,7 +50,7 @@ bool GroupOfChannel(KPacejkaMember::Group g, int channel) {
 // The fitted tyre into the wheel's: all of it for a fit of every stage (as
 // `fit` writes it), only the focused channel's groups otherwise. The wheel
 // keeps its own flags.
-void TakeFit(const FitJobOutcome &o, KPacejka *tyre) {
+void TakeFit(const FitWorkerOutcome &o, KPacejka *tyre) {
   if (o.channel < 0) {
     const uint32_t flags = tyre->flags;
     static_cast<KTyreParams &>(*tyre) = o.tyre;
@@ -79,7 +79,7 @@ bool EndsWithTir(const std::string &p) { return p.size() >= 4 && strcasecmp(p.c_
 
 bool FitStart() {
   const MeasuredData *d = DataGet();
-  if (FitJobRunning()) return false;
+  if (FitWorkerRunning()) return false;
   if (!d) {
     QERR("F6 fits the tyre to measured data: load a data file with F5 first");
     return false;
@@ -92,12 +92,12 @@ bool FitStart() {
   }
   g_message.clear();
   g_fitWheel = session.wheel;
-  return FitJobStart(d->load.data, tyre, model, FocusChannel());
+  return FitWorkerStart(d->load.data, tyre, model, FocusChannel());
 }
 
 bool FitPoll() {
-  FitJobOutcome o;
-  if (!FitJobTake(&o)) return false;
+  FitWorkerOutcome o;
+  if (!FitWorkerTake(&o)) return false;
   if (!o.ok) {
     g_message = o.cancelled ? "fit cancelled" : "fit failed: " + o.error;
     if (!o.cancelled) QERR("%s", g_message.c_str());
@@ -156,14 +156,14 @@ bool FitWriteTyre(const std::string &path) {
 }
 
 bool FitUndo() {
-  if (FitJobRunning() || !HistoryUndo(session.wheel, CurrentTyre())) return false;
+  if (FitWorkerRunning() || !HistoryUndo(session.wheel, CurrentTyre())) return false;
   PanelRefreshLabels();
   PanelSelectCoefficient();
   return true;
 }
 
 bool FitRedo() {
-  if (FitJobRunning() || !HistoryRedo(session.wheel, CurrentTyre())) return false;
+  if (FitWorkerRunning() || !HistoryRedo(session.wheel, CurrentTyre())) return false;
   PanelRefreshLabels();
   PanelSelectCoefficient();
   return true;
@@ -172,8 +172,8 @@ bool FitRedo() {
 void FitHintLines(std::string lines[4]) {
   lines[0] = DataHint(session.point.load, session.point.camber);
   char buf[96];
-  if (FitJobRunning()) {
-    FitJobProgress p = FitJobGetProgress();
+  if (FitWorkerRunning()) {
+    FitWorkerProgress p = FitWorkerGetProgress();
     // Stage i of n and the solver's iteration; the RMS % of the stage's
     // channel on the next line.
     if (p.stage.empty()) {
@@ -198,8 +198,8 @@ void FitHintLines(std::string lines[4]) {
 
 bool FitKeyDispatch(const QEvent *ev, const ToolEnv &env) {
   if (ev->type != QEVENT_KEYPRESS) return false;
-  if (ev->n == QK_ESC && FitJobRunning()) {
-    FitJobCancel();
+  if (ev->n == QK_ESC && FitWorkerRunning()) {
+    FitWorkerCancel();
     return true;
   }
   const int key = ev->xn & ~QK_MOD_SHIFT;
@@ -213,7 +213,7 @@ bool FitKeyDispatch(const QEvent *ev, const ToolEnv &env) {
   }
   switch (ev->xn) {
     case FITKEY_DATA: {
-      if (FitJobRunning()) return true;
+      if (FitWorkerRunning()) return true;
       if (DataGet()) {
         DataDrop();
         return true;

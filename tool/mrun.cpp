@@ -13,7 +13,7 @@
 #include "base/qinfo.h"
 #include "chart/basedir.h"
 #include "tool/dispatch.h"
-#include "tool/fitjob.h"
+#include "tool/fitworker.h"
 #include "tool/fitkeys.h"
 #include "chart/graph.h"
 #include "tool/panel.h"
@@ -161,8 +161,8 @@ bool OnEvent(QEvent *ev) {
 // ---- Exit ----------------------------------------------------------------------------------
 
 void OnExit() {
-  FitJobCancel();
-  FitJobWait();
+  FitWorkerCancel();
+  FitWorkerWait();
   StatsPrint();
   if (settingsTree) {
     SettingsStoreLastCar(settingsTree, session.car.c_str());

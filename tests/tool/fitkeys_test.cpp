@@ -14,7 +14,7 @@
 #include "chart/plot.h"
 #include "tool/commands.h"
 #include "tool/dispatch.h"
-#include "tool/fitjob.h"
+#include "tool/fitworker.h"
 #include "tool/fitkeys.h"
 #include "tool/measureddata.h"
 #include "tool/tyrehistory.h"
@@ -30,8 +30,8 @@ std::string Measured(const char *name) { return std::string(TYRO_SOURCE_DIR) + "
 class FitKeys : public ToolWindowTest {
  protected:
   void TearDown() override {
-    FitJobCancel();
-    FitJobWait();
+    FitWorkerCancel();
+    FitWorkerWait();
     FitForget();
     DataDrop();
     HistoryClear(-1);
@@ -140,7 +140,7 @@ TEST_F(FitKeys, EachFocusFitsOnlyItsGroupsAndUndoGivesEveryBitBack) {
     Nudge();
     const KTyreParams before = Params();
     ASSERT_TRUE(Press(FITKEY_FIT));
-    EXPECT_TRUE(FitJobRunning());
+    EXPECT_TRUE(FitWorkerRunning());
     ASSERT_TRUE(WaitForFit()) << names[ch];
     EXPECT_EQ(FitLastMessage(), "") << names[ch];
     const KTyreParams after = Params();
@@ -206,7 +206,7 @@ TEST_F(FitKeys, EscapeCancelsTheFitAndLeavesTheTyreAsItWas) {
   ASSERT_TRUE(FitStart());
   EXPECT_FALSE(FitStart());  // one at a time
   // The progress line shows once the solver has gone round once.
-  for (int i = 0; i < 3000 && FitJobGetProgress().stage.empty(); i++)
+  for (int i = 0; i < 3000 && FitWorkerGetProgress().stage.empty(); i++)
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   std::string hints[4];
   FitHintLines(hints);

@@ -11,7 +11,7 @@
 #include "chart/carload.h"
 #include "tool/windowframe.h"
 #include "chart/opvalues.h"
-#include "tool/fitjob.h"
+#include "tool/fitworker.h"
 #include "tool/fitkeys.h"
 #include "tool/layout.h"
 #include "tool/measureddata.h"
@@ -297,14 +297,14 @@ TEST_F(FrameTexts, FittingHintsProgressAndFiguresStandClear) {
   // A running fit: its progress in the hint lines.
   PanelFocus(2);
   ASSERT_TRUE(FitStart());
-  for (int i = 0; i < 3000 && FitJobGetProgress().stage.empty(); i++)
+  for (int i = 0; i < 3000 && FitWorkerGetProgress().stage.empty(); i++)
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   drawn = Frame();
   EXPECT_TRUE(Has(drawn, "F6 2/6 pure Fy #"));
   EXPECT_TRUE(Has(drawn, ", Esc cancels"));
   ExpectNoOverlap(drawn, "fit running");
   inside(drawn, "fit running");
-  FitJobCancel();
+  FitWorkerCancel();
   for (int i = 0; i < 3000 && !FitPoll(); i++) std::this_thread::sleep_for(std::chrono::milliseconds(10));
   // A finished fit of every stage (thinned data: quicker): its figures.
   PanelFocus(0);

@@ -1,5 +1,5 @@
 // The fit's worker thread and its mailbox.
-#include "tool/fitjob.h"
+#include "tool/fitworker.h"
 
 #include <atomic>
 #include <cmath>
@@ -18,8 +18,8 @@ struct Job {
   std::thread worker;
   // The mailbox.
   std::mutex mutex;
-  FitJobProgress progress;
-  FitJobOutcome outcome;
+  FitWorkerProgress progress;
+  FitWorkerOutcome outcome;
   // The worker's own: the point count of the running stage.
   size_t stagePoints = 1;
 };
@@ -82,7 +82,7 @@ void Work(Job *job) {
 
 }  // namespace
 
-bool FitJobStart(const KMeasuredData &data, const KTyreParams &start, int model, int channel) {
+bool FitWorkerStart(const KMeasuredData &data, const KTyreParams &start, int model, int channel) {
   if (g_job) return false;
   auto job = std::make_unique<Job>();
   job->data = data;
@@ -97,19 +97,19 @@ bool FitJobStart(const KMeasuredData &data, const KTyreParams &start, int model,
   return true;
 }
 
-bool FitJobRunning() { return g_job != nullptr; }
+bool FitWorkerRunning() { return g_job != nullptr; }
 
-void FitJobCancel() {
+void FitWorkerCancel() {
   if (g_job) g_job->cancel = true;
 }
 
-FitJobProgress FitJobGetProgress() {
-  if (!g_job) return FitJobProgress();
+FitWorkerProgress FitWorkerGetProgress() {
+  if (!g_job) return FitWorkerProgress();
   std::lock_guard<std::mutex> lock(g_job->mutex);
   return g_job->progress;
 }
 
-bool FitJobTake(FitJobOutcome *out) {
+bool FitWorkerTake(FitWorkerOutcome *out) {
   if (!g_job || !g_job->done) return false;
   g_job->worker.join();
   *out = g_job->outcome;
@@ -117,7 +117,7 @@ bool FitJobTake(FitJobOutcome *out) {
   return true;
 }
 
-void FitJobWait() {
+void FitWorkerWait() {
   if (!g_job) return;
   g_job->worker.join();
   g_job.reset();

@@ -9,14 +9,14 @@
 
 #include "tyre/kfit.h"
 
-struct FitJobProgress {
+struct FitWorkerProgress {
   std::string stage;     // "pure Fy", ...; empty before the first iteration
   int stageIndex = 0, stageCount = 0;
   int iteration = 0;
   double rmsPercent = 0;  // of the stage's channel peak
 };
 
-struct FitJobOutcome {
+struct FitWorkerOutcome {
   bool ok = false;         // the fit ran to its end
   bool cancelled = false;
   std::string error;       // why not
@@ -27,12 +27,12 @@ struct FitJobOutcome {
 
 // Starts a fit of `model` to `data` from `start`; `channel` -1 fits every
 // stage, else only that channel's. False when a fit is still running.
-bool FitJobStart(const KMeasuredData &data, const KTyreParams &start, int model, int channel);
-bool FitJobRunning();
-void FitJobCancel();
-FitJobProgress FitJobGetProgress();
+bool FitWorkerStart(const KMeasuredData &data, const KTyreParams &start, int model, int channel);
+bool FitWorkerRunning();
+void FitWorkerCancel();
+FitWorkerProgress FitWorkerGetProgress();
 // Once the worker has ended: its outcome, once (the worker is joined). False
 // while it runs or when there is nothing to take.
-bool FitJobTake(FitJobOutcome *out);
+bool FitWorkerTake(FitWorkerOutcome *out);
 // Waits for the worker and drops its outcome (exit, tests).
-void FitJobWait();
+void FitWorkerWait();
