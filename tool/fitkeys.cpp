@@ -135,13 +135,13 @@ std::string FitFiguresText(int ch) {
   return buf;
 }
 
-bool FitWriteTyre(const std::string &path) {
+bool FitWriteTyre(const std::string &path, bool ask) {
   const KPacejka &tyre = *CurrentTyre();
   if (EndsWithTir(path) && tyre.model == KTyreParams::PAC96) {
     QERR("%s: a TIR file holds a Magic Formula tyre; write a Pacejka89/96 tyre as a car.ini", path.c_str());
     return false;
   }
-  if (QFileExists(path.c_str(), false)) {
+  if (ask && QFileExists(path.c_str(), false)) {
     std::string q = path + " exists. Replace it?";
     if (QMessageBox("Write tyre", q.c_str(), QMB_YESNO) != 0) return false;
   }
@@ -157,6 +157,7 @@ bool FitWriteTyre(const std::string &path) {
 
 bool FitUndo() {
   if (FitWorkerRunning() || !HistoryUndo(session.wheel, CurrentTyre())) return false;
+  g_figures.shown = false;  // they were the fitted tyre's
   PanelRefreshLabels();
   PanelSelectCoefficient();
   return true;
@@ -164,6 +165,7 @@ bool FitUndo() {
 
 bool FitRedo() {
   if (FitWorkerRunning() || !HistoryRedo(session.wheel, CurrentTyre())) return false;
+  g_figures.shown = false;  // they were the fitted tyre's
   PanelRefreshLabels();
   PanelSelectCoefficient();
   return true;
@@ -225,7 +227,7 @@ bool FitKeyDispatch(const QEvent *ev, const ToolEnv &env) {
     case FITKEY_FIT: FitStart(); return true;
     case FITKEY_WRITE: {
       std::string path;
-      if (AskFile(env, "write_tyre", "Save tyre as .tir or car.ini", "*.*", &path)) FitWriteTyre(path);
+      if (AskFile(env, "write_tyre", "Save tyre as .tir or car.ini", "*.*", &path)) FitWriteTyre(path, false);  // the dialog asked before an existing file
       return true;
     }
     default: return false;

@@ -30,7 +30,7 @@ bool FitStart();
 // True when a fit ended.
 bool FitPoll();
 // The figures of the last fit that ended (RMS % and R² per fitted channel);
-// none before the first or after the tyre changed wheel.
+// none before the first, on another wheel, or after an undo or redo.
 struct FitFigures {
   bool shown = false;
   int wheel = 0;
@@ -42,9 +42,10 @@ const FitFigures &FitLastFigures();
 void FitForget();
 // The message of the last fit that did not end well ("cancelled", ...).
 const std::string &FitLastMessage();
-// F7 without the dialog: writes the current wheel's tyre to `path`, asking
-// before an existing file is replaced. False when not written.
-bool FitWriteTyre(const std::string &path);
+// Writes the current wheel's tyre to `path`; with `ask`, an existing file is
+// replaced only after Yes (F7's save dialog asks that itself). False when
+// not written.
+bool FitWriteTyre(const std::string &path, bool ask = true);
 // Ctrl+Z / Ctrl+Y of the current wheel; false when there was nothing.
 bool FitUndo();
 bool FitRedo();

@@ -159,6 +159,7 @@ TEST_F(FitKeys, EachFocusFitsOnlyItsGroupsAndUndoGivesEveryBitBack) {
     // Undo: every member as before, bit for bit; redo: the fit again.
     EXPECT_TRUE(Press(0x5A, QK_MOD_CTRL));
     EXPECT_TRUE(Same(Params(), before)) << names[ch];
+    EXPECT_EQ(FitFiguresText(ch), "");  // the figures were the fitted tyre's
     EXPECT_TRUE(Press(0x59, QK_MOD_CTRL));
     EXPECT_TRUE(Same(Params(), after)) << names[ch];
   }
