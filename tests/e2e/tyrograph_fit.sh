@@ -7,8 +7,11 @@
 # (the graph area as before the fit, pixel for pixel); F7 writes a TIR file
 # and asks before replacing it; F6 and Escape cancel a fit without ending the
 # program; Escape afterwards ends it as always. The frame statistics
-# (TYROGRAPH_STATS) of the whole run are printed, the slowest frame among them.
-# Screenshots: <build>/e2e-shots/tyrograph_fit/.
+# (TYROGRAPH_STATS) of the whole run are printed, the slowest frame among them
+# (TYRO_FIT_RUN=FILE fits another run: the responsiveness figures of the
+# README come from a 40,000-row one). The window's own screenshots (F11) of
+# the data, a fit in progress and its result are kept as PNG files:
+# <build>/e2e-shots/tyrograph_fit/window_fit_*.png, beside the other shots.
 #   bash tyrograph_fit.sh <build-dir> <source-dir>
 set -euo pipefail
 BUILD=$(cd "$1" && pwd)
@@ -18,8 +21,17 @@ tyro_prepare tyrograph_fit tool/tyrograph -- xvfb-run xdotool import convert com
 
 cat >"$SHOTS/inner.sh" <<'INNER'
 set -uo pipefail
-BUILD=$1; SRC=$2; SHOTS=$3
+BUILD=$1; SRC=$2; SHOTS=$3; RUN=$4
 source "$SRC/tests/e2e/lib/tyrograph.bash"
+# F11: the window's own screenshot (the canvas, as TGA in $TMPDIR), as PNG.
+own_shot() {
+  local n
+  n=$(ls "$TMPDIR"/bc*.tga 2>/dev/null | wc -l)
+  xdotool key --window "$WID" F11
+  for i in $(seq 1 50); do [ "$(ls "$TMPDIR"/bc*.tga 2>/dev/null | wc -l)" -gt "$n" ] && break; sleep 0.1; done
+  sleep 0.3
+  convert "$(ls "$TMPDIR"/bc*.tga | tail -1)" "$SHOTS/window_fit_$1.png" || tyro_fail "F11 wrote no screenshot"
+}
 key() { xdotool key --window "$WID" "$@"; sleep 0.5; }
 # The graph area and the hint lines of a screenshot.
 plot() { convert "$LAST_SHOT" -crop 700x500+15+32 +repage "$SHOTS/$1-plot.png"; }
@@ -28,6 +40,8 @@ hints() { convert "$LAST_SHOT" -crop 185x105+725+603 +repage "$SHOTS/$1-hints.pn
 f6line() { convert "$LAST_SHOT" -crop 185x15+725+663 +repage "$1"; }
 
 tyro_home
+export TMPDIR=$HOME_DIR/tmp
+mkdir -p "$TMPDIR"
 printf 'last\n{\n  car=mf61\n}\n' >"$HOME_DIR/pacejka.ini"
 export TYROGRAPH_STATS=100000000
 tyro_start
@@ -38,7 +52,7 @@ hints start
 # 1. F5: the data through the file dialog, behind the curves.
 key F5
 tyro_shot data_dialog
-xdotool type --delay 20 "$SRC/data/measured/rig_run_mf61.txt"
+xdotool type --delay 20 "$RUN"
 sleep 0.3
 key Return
 xdotool mousemove --window "$WID" 450 300
@@ -49,6 +63,7 @@ hints data
 f6line "$SHOTS/f6-idle.png"
 tyro_same "$SHOTS/start-plot.png" "$SHOTS/data-plot.png" && tyro_fail "F5 drew no measured points"
 tyro_same "$SHOTS/start-hints.png" "$SHOTS/data-hints.png" && tyro_fail "F5 added no hint lines"
+own_shot data
 echo "ok   F5 reads the rig run and draws its points behind the curves"
 
 # 2. F6: the fit on its worker; the window keeps drawing its progress.
@@ -58,6 +73,7 @@ tyro_shot fitting
 hints fitting
 f6line "$SHOTS/f6-fitting.png"
 tyro_same "$SHOTS/f6-idle.png" "$SHOTS/f6-fitting.png" && tyro_fail "no progress in the hint lines while fitting"
+own_shot progress
 sleep 1
 tyro_shot fitting_later
 f6line "$SHOTS/f6-later.png"
@@ -73,6 +89,7 @@ done
 tyro_shot fitted
 plot fitted
 tyro_same "$SHOTS/data-plot.png" "$SHOTS/fitted-plot.png" && tyro_fail "the fit moved no curve"
+own_shot result
 echo "ok   F6 fits on a worker thread with progress in the hint lines, then the curves move (after ${i} s)"
 
 # 3. Ctrl+Z: the tyre as before the fit; Ctrl+Y the fit again.
@@ -130,4 +147,5 @@ grep "tyrograph: frames=" "$HOME_DIR/stdout.txt" || true
 rm -rf "$HOME_DIR"
 INNER
 
-xvfb-run -a -s '-screen 0 1280x1024x24' bash "$SHOTS/inner.sh" "$BUILD" "$SRC" "$SHOTS"
+RUN=${TYRO_FIT_RUN:-$SRC/data/measured/rig_run_mf61.txt}
+xvfb-run -a -s '-screen 0 1280x1024x24' bash "$SHOTS/inner.sh" "$BUILD" "$SRC" "$SHOTS" "$RUN"
