@@ -122,6 +122,7 @@ bool FitPoll() {
 const FitFigures &FitLastFigures() { return g_figures; }
 
 void FitForget() {
+  FitWorkerCancel();
   g_figures = FitFigures();
   g_message.clear();
 }

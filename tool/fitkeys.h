@@ -38,7 +38,8 @@ struct FitFigures {
   KFitChannelStats channel[KCH_COUNT];
 };
 const FitFigures &FitLastFigures();
-// Forgets the last fit's figures and message (the tyres were reloaded).
+// Forgets the last fit's figures and message, and cancels a running fit
+// (the tyres are being reloaded: its result would belong to none of them).
 void FitForget();
 // The message of the last fit that did not end well ("cancelled", ...).
 const std::string &FitLastMessage();

@@ -220,6 +220,13 @@ TEST_F(FitKeys, EscapeCancelsTheFitAndLeavesTheTyreAsItWas) {
   EXPECT_TRUE(Same(Params(), before));
   EXPECT_EQ(HistoryUndoCount(0), 0);
   EXPECT_FALSE(FitLastFigures().shown);
+  // Revert during a fit cancels it: its result would belong to no tyre.
+  ASSERT_TRUE(FitStart());
+  qpsKeyTap(QK_ENTER);  // Yes
+  ASSERT_TRUE(CommandRevert());
+  ASSERT_TRUE(WaitForFit());
+  EXPECT_EQ(FitLastMessage(), "fit cancelled");
+  EXPECT_EQ(HistoryUndoCount(0), 0);
 }
 
 TEST_F(FitKeys, CoefficientEditsUndoPerWheelFiftyDeepAndRevertForgets) {
