@@ -83,10 +83,7 @@ bool WriteReport(const FitJob &job, const KFitResult &r, std::vector<QProblem> *
 
 // The work inside the collector: read, fit, write.
 bool Work(const FitJob &job, FitOutcome *o, std::vector<QProblem> *own) {
-  KFitOptions fo;
-  fo.model = job.model;
-  fo.progress = job.progress;
-  fo.user = job.progressUser;
+  KFitOptions fo = FitJobOptions(job);
   KPacejka input;
   std::string error;
   o->tyre = std::make_unique<KPacejka>();
@@ -97,6 +94,9 @@ bool Work(const FitJob &job, FitOutcome *o, std::vector<QProblem> *own) {
       own->push_back(QProblemFromText(error));
       return false;
     }
+    // a source of the target's family starts the fit from its own
+    // coefficients: a tyre converted to its own model comes back exact
+    if ((input.model == KPacejka::PAC96) == (job.model == KPacejka::PAC96)) fo.start = &input;
     fitted = KFitConvert(input, fo, o->tyre.get(), &o->result);
   } else {
     // 1. the data (the readers name file, line and column of a problem): a
@@ -126,8 +126,10 @@ bool Work(const FitJob &job, FitOutcome *o, std::vector<QProblem> *own) {
     }
     fitted = KFitTyre(data, fo, o->tyre.get(), &o->result);
   }
-  // then the tyre and the report
-  return fitted && WriteTyre(job, *o->tyre, own) && WriteReport(job, o->result, own);
+  // then the tyre (only with `force` when a channel fits poorly) and the report
+  if (!fitted) return false;
+  o->poorFit = !FitPoorChannels(job, o->result).empty();
+  return ((o->poorFit && !job.force) || WriteTyre(job, *o->tyre, own)) && WriteReport(job, o->result, own);
 }
 
 }  // namespace
@@ -184,6 +186,23 @@ std::string Number(double v) {
 
 }  // namespace
 
+std::vector<int> FitPoorChannels(const FitJob &job, const KFitResult &result) {
+  std::vector<int> poor;
+  for (int ch = 0; ch < KCH_COUNT; ch++)
+    if (result.channel[ch].points && job.weight[ch] > 0 && !(result.channel[ch].r2 >= FIT_MIN_R2)) poor.push_back(ch);
+  return poor;
+}
+
+KFitOptions FitJobOptions(const FitJob &job) {
+  KFitOptions fo;
+  fo.model = job.model;
+  fo.progress = job.progress;
+  fo.user = job.progressUser;
+  fo.loss = job.loss >= 0 ? KFitLoss(job.loss) : job.convert ? KFIT_LOSS_NONE : KFIT_LOSS_HUBER;
+  for (int ch = 0; ch < KCH_COUNT; ch++) fo.weight[ch] = job.weight[ch];
+  return fo;
+}
+
 std::string FitReportJson(const FitJob &job, const KFitResult &r) {
   std::string j = "{\n";
   j += "  \"input\": " + JsonString(job.input) + ",\n";
@@ -203,6 +222,25 @@ std::string FitReportJson(const FitJob &job, const KFitResult &r) {
   }
   j += "\n  },\n";
   j += std::string("  \"pure_only\": ") + (r.pureOnly ? "true" : "false") + ",\n";
+  j += "  \"combined_slip\": " +
+       JsonString(!KFitHasCombined(job.model) ? "none in the model"
+                  : r.combinedNotIdentified   ? KFIT_COMBINED_NOT_IDENTIFIED
+                                              : "fitted") +
+       ",\n";
+  const KFitOptions fo = FitJobOptions(job);
+  j += "  \"loss\": " + JsonString(KFitLossKey(fo.loss)) + ",\n";
+  j += "  \"weights\": {\"Fx\": " + Number(job.weight[KCH_FX]) + ", \"Fy\": " + Number(job.weight[KCH_FY]) +
+       ", \"Mz\": " + Number(job.weight[KCH_MZ]) + "},\n";
+  j += "  \"held\": [";
+  for (size_t i = 0; i < r.held.size(); i++)
+    j += std::string(i ? ", " : "") + "{\"name\": " + JsonString(r.held[i].name) + ", \"why\": " +
+         JsonString(r.held[i].why) + "}";
+  j += "],\n  \"at_bound\": [";
+  for (size_t i = 0; i < r.atBound.size(); i++)
+    j += std::string(i ? ", " : "") + "{\"name\": " + JsonString(r.atBound[i].name) +
+         ", \"value\": " + Number(r.atBound[i].value) + ", \"bound\": " +
+         JsonString(r.atBound[i].upper ? "upper" : "lower") + "}";
+  j += "],\n";
   j += "  \"iterations\": " + std::to_string(r.iterations) + ",\n";
   j += "  \"seconds\": " + Number(r.seconds) + "\n}\n";
   return j;

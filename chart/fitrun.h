@@ -34,13 +34,23 @@ struct FitJob {
   std::string report;    // the JSON report; empty for none
   std::string reportPdf; // the PDF report, drawn by the caller from the outcome; checked here
   bool force = false;    // existing `out`, `report` and `reportPdf` files are replaced
+  // The fit's loss (KFitLoss; -1: huber for a fit, none for convert, whose
+  // samples have no outliers) and channel weights (KFitOptions).
+  int loss = -1;
+  double weight[KCH_COUNT] = {1, 1, 1};
   // Progress of the stages (KFitOptions::progress); may be null.
   void (*progress)(void *user, const KFitProgress &p) = nullptr;
   void *progressUser = nullptr;
 };
 
+// The smallest R² a fitted channel may end with: below it the fit counts as
+// failed (wrong units, signs or columns far more often than a bad fit), and
+// the tyre is written only with `force`.
+constexpr double FIT_MIN_R2 = 0.5;
+
 struct FitOutcome {
   bool ok = false;
+  bool poorFit = false;  // a fitted channel ended below FIT_MIN_R2 (FitPoorChannels)
   bool started = false;  // the job passed its checks and the work began
   KFitResult result;
   std::unique_ptr<KPacejka> tyre;  // the tyre fitted (and written when ok); null before the fit
@@ -63,5 +73,9 @@ bool FitOutputsFree(const FitJob &job, QProblem *problem);
 // reporters' errors and warnings during the work come back in `problems`;
 // the log stays closed.
 FitOutcome FitRun(const FitJob &job);
+// The fitted channels (weight above 0) whose R² is below FIT_MIN_R2.
+std::vector<int> FitPoorChannels(const FitJob &job, const KFitResult &result);
+// The options of the fit the job asks for (model, loss, weights, progress).
+KFitOptions FitJobOptions(const FitJob &job);
 // The figures as JSON (what `report` receives).
 std::string FitReportJson(const FitJob &job, const KFitResult &result);

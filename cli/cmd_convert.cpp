@@ -1,5 +1,6 @@
-// tyrograph-cli convert SOURCE --model pac96|mf52|mf61 [--wheel N] -o OUT
-//                      [--report FILE.json] [--force]
+// tyrograph-cli convert SOURCE --model pac96|mf52|mf61 [--wheel N]
+//                      [--loss huber|cauchy|none] [--weights fx=W,fy=W,mz=W]
+//                      -o OUT [--report FILE.json] [--force]
 //
 // Samples a tyre over its own validity ranges (tyre/ksample.h) and fits the
 // target model to the samples; writes it as a TIR file or a car.ini.
@@ -11,7 +12,9 @@
 
 namespace {
 
-const char *const kUsage = "SOURCE --model pac96|mf52|mf61 [--wheel N] -o OUT [--report FILE.json] [--force]";
+const char *const kUsage =
+    "SOURCE --model pac96|mf52|mf61 [--wheel N] [--loss huber|cauchy|none] [--weights fx=W,fy=W,mz=W] -o OUT "
+    "[--report FILE.json] [--force]";
 
 int RunConvert(const std::vector<std::string> &args) {
   const char *cmd = "convert";

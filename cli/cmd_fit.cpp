@@ -1,11 +1,13 @@
 // tyrograph-cli fit DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N]
+//                  [--loss huber|cauchy|none] [--weights fx=W,fy=W,mz=W]
 //                  -o OUT [--report FILE.json] [--report-pdf FILE.pdf] [--force]
 //                  [--axes iso|sae|auto] [--columns KEY=NAME,...] [--units KEY=UNIT,...] [--thin N]
 //
 // Fits a tyre model to measured data: a tidy CSV file (tyre/kmeasured.h
 // gives the format) as it stands, or a rig run read and conditioned
 // (tyre/kdataload.h). Writes it as a TIR file (OUT ending in .tir) or a
-// car.ini.
+// car.ini. A fitted channel with R² below 0.5 ends with exit status 3, the
+// tyre written only with --force.
 #include <cstdio>
 #include <string>
 
@@ -16,8 +18,8 @@
 namespace {
 
 const char *const kUsage =
-    "DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N] -o OUT [--report FILE.json] "
-    "[--report-pdf FILE.pdf] [--force]";
+    "DATA.csv --model pac96|mf52|mf61 [--start TYRE] [--wheel N] [--loss huber|cauchy|none] "
+    "[--weights fx=W,fy=W,mz=W] -o OUT [--report FILE.json] [--report-pdf FILE.pdf] [--force]";
 
 int RunFit(const std::vector<std::string> &args) {
   const char *cmd = "fit";

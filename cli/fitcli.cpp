@@ -5,7 +5,9 @@
 
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <strings.h>
 
 #include "cli/fitreportcli.h"
@@ -20,6 +22,30 @@ bool Refuse(const char *cmd, const char *fmt, const char *a, const char *b = "")
   return false;
 }
 
+// "fx=1,fy=1,mz=0.5": any of the three channels, each a finite number >= 0;
+// the ones not named keep their weight.
+bool ParseWeights(const char *cmd, const std::string &text, double weight[KCH_COUNT]) {
+  size_t at = 0;
+  while (at <= text.size()) {
+    size_t end = text.find(',', at);
+    if (end == std::string::npos) end = text.size();
+    const std::string item = text.substr(at, end - at);
+    const size_t eq = item.find('=');
+    int ch = -1;
+    for (int c = 0; c < KCH_COUNT && eq != std::string::npos; c++)
+      if (!strcasecmp(item.substr(0, eq).c_str(), KChannelName(c))) ch = c;
+    if (ch < 0) return Refuse(cmd, "--weights: '%s' is not fx=W, fy=W or mz=W", item.c_str());
+    char *stop = nullptr;
+    const std::string value = item.substr(eq + 1);
+    const double w = strtod(value.c_str(), &stop);
+    if (value.empty() || *stop || !std::isfinite(w) || w < 0)
+      return Refuse(cmd, "--weights: '%s' is not a weight (a number of 0 or more)", item.c_str());
+    weight[ch] = w;
+    at = end + 1;
+  }
+  return true;
+}
+
 }  // namespace
 
 // ---- [1] options -----------------------------------------------------------------------
@@ -28,14 +54,21 @@ bool FitCliParse(const char *cmd, const std::vector<std::string> &args, bool wit
   // 1. the arguments
   for (size_t i = 0; i < args.size(); i++) {
     const std::string &a = args[i];
-    const bool valued = a == "--model" || a == "--wheel" || a == "-o" || a == "--report" ||
-                        (withStart && (a == "--start" || a == "--report-pdf"));
+    const bool valued = a == "--model" || a == "--wheel" || a == "-o" || a == "--report" || a == "--loss" ||
+                        a == "--weights" || (withStart && (a == "--start" || a == "--report-pdf"));
     if (valued && i + 1 >= args.size()) return Refuse(cmd, "%s needs a value", a.c_str());
     if (a == "--model") {
       if (!KFitModelByName(args[++i].c_str(), &o->model))
         return Refuse(cmd, "--model: '%s' is not pac96, mf52 or mf61", args[i].c_str());
     } else if (a == "--wheel") {
       if (!CliParseInt(cmd, "--wheel", args[++i], &o->wheel)) return false;
+    } else if (a == "--loss") {
+      KFitLoss loss;
+      if (!KFitLossByName(args[++i].c_str(), &loss))
+        return Refuse(cmd, "--loss: '%s' is not huber, cauchy or none", args[i].c_str());
+      o->loss = loss;
+    } else if (a == "--weights") {
+      if (!ParseWeights(cmd, args[++i], o->weight)) return false;
     } else if (a == "-o") {
       o->out = args[++i];
     } else if (a == "--report") {
@@ -83,9 +116,17 @@ int FitCliRun(const char *cmd, FitJob job) {
   if (progressDrawn) fprintf(stderr, "\n");
   for (const QProblem &p : o.problems) fprintf(stderr, "tyrograph-cli %s: %s\n", cmd, p.Text().c_str());
   // the PDF report right after, from the driver's data, tyre and figures
+  // a fitted channel that explains less than half the data's variance
+  for (int ch : o.ok ? FitPoorChannels(job, o.result) : std::vector<int>())
+    fprintf(stderr,
+            "tyrograph-cli %s: %s fits poorly: R2 = %.4g, below %g (check the data's units, signs and columns)\n",
+            cmd, KChannelName(ch), o.result.channel[ch].r2, FIT_MIN_R2);
+  if (o.ok && o.poorFit)
+    fprintf(stderr, "tyrograph-cli %s: %s %s\n", cmd, job.out.c_str(),
+            job.force ? "written all the same (--force)" : "not written; --force writes it all the same");
   const bool ok = o.ok && FitCliWriteReportPdf(cmd, job, o);
   if (ok) FitCliPrint(job, o.result);
-  return ok ? 0 : 1;
+  return !ok ? 1 : o.poorFit ? FIT_CLI_POOR_FIT : 0;
 }
 
 // ---- [4] the figures ---------------------------------------------------------------------
@@ -99,9 +140,16 @@ void FitCliPrint(const FitJob &o, const KFitResult &r) {
            s.rmsPercent, s.r2);
   }
   printf("iterations %d, %.3f s\n", r.iterations, r.seconds);
-  if (r.pureOnly)
+  if (!KFitHasCombined(o.model))
     printf("%s has no combined slip: Fx is compared where the slip angle is 0, Fy and Mz where the slip ratio is 0\n",
            KFitModelKey(o.model));
+  else if (r.combinedNotIdentified)
+    printf("%s: generic combined-slip coefficients kept; Fx is compared where the slip angle is 0, Fy and Mz where "
+           "the slip ratio is 0\n",
+           KFIT_COMBINED_NOT_IDENTIFIED);
+  for (const KFitResult::Held &h : r.held) printf("held, not fitted: %s (%s)\n", h.name.c_str(), h.why);
+  for (const KFitResult::AtBound &b : r.atBound)
+    printf("at the %s bound of its range: %s = %.9g\n", b.upper ? "upper" : "lower", b.name.c_str(), b.value);
   for (int ch = 0; ch < KCH_COUNT; ch++)
     if (r.mirrored[ch])
       printf("%s is mirrored against the usual Pacejka89/96 sign (%s); fitted mirrored, written as it was\n",

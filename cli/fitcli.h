@@ -12,6 +12,9 @@
 // printing the problem ("tyrograph-cli CMD: ...") to stderr.
 bool FitCliParse(const char *cmd, const std::vector<std::string> &args, bool withStart, FitJob *job);
 
+// The exit status of a fit whose fitted channel ends below FIT_MIN_R2.
+constexpr int FIT_CLI_POOR_FIT = 3;
+
 // Progress on standard error when it is a terminal (KFitOptions::progress);
 // `user`, when given, is a bool set once a line was drawn.
 void FitCliProgress(void *user, const KFitProgress &p);

@@ -26,6 +26,7 @@
 
 #include <atomic>
 #include <string>
+#include <vector>
 
 #include "tyre/kmeasured.h"
 #include "tyre/kpacejka.h"
@@ -53,11 +54,34 @@ typedef void (*KFitProgressFn)(void *user, const KFitProgress &progress);
 // Called at the start of each stage with the tyre as the earlier stages left it.
 typedef void (*KFitStageFn)(void *user, const KFitStage &stage, const KPacejka &tyre);
 
+// How the residuals (each divided by its channel's peak) count.
+enum KFitLoss : int {
+  KFIT_LOSS_NONE,    // plain least squares
+  KFIT_LOSS_HUBER,   // squares within lossScale, linear beyond: outliers pull less
+  KFIT_LOSS_CAUCHY,  // log(1 + (r/lossScale)²): outliers pull hardly at all
+};
+// "none", "huber", "cauchy" (any case) -> loss; false for anything else.
+bool KFitLossByName(const char *name, KFitLoss *loss);
+const char *KFitLossKey(KFitLoss loss);
+
 struct KFitOptions {
   int model = KPacejka::MF61;       // PAC96, MF52 or MF61
-  const KPacejka *start = nullptr;  // null: KFitBuiltinStart
+  // null: KFitBuiltinStart. A start of the fitted model's family is taken as
+  // it is; a stage whose channel it already reproduces exactly leaves it so.
+  const KPacejka *start = nullptr;
   int maxIterations = 200;          // per stage
   int threads = 0;                  // for the Jacobian: 0 one per core, 1 the calling thread alone
+  KFitLoss loss = KFIT_LOSS_HUBER;
+  double lossScale = 0.05;          // of the channel's peak: residuals beyond it are outliers
+  // Each channel's residuals are multiplied by its weight; 0 leaves the
+  // channel unfitted (its coefficients stay at the start). The stages fit one
+  // channel each, so a weight otherwise shifts only where the robust loss
+  // takes a residual for an outlier.
+  double weight[KCH_COUNT] = {1, 1, 1};
+  // Data without combined points leaves the combined-slip terms at generic
+  // values (each force falls as the other slip grows); false: at none (the
+  // forces ignore the other slip, as a Pacejka89/96 source's do).
+  bool genericCombined = true;
   KFitProgressFn progress = nullptr;
   KFitStageFn stageStart = nullptr;
   void *user = nullptr;
@@ -84,12 +108,34 @@ struct KFitResult {
   int iterations = 0;                       // solver iterations, all stages
   double seconds = 0;                       // wall time of the fit
   bool mirrored[KCH_COUNT] = {false, false, false};  // Fy / Mz fitted mirrored
-  // The model has no combined-slip terms (Pacejka89/96: Fx ignores the slip
-  // angle, Fy and Mz the slip ratio), so each channel's figures cover only
+  // Only pure slip was fitted: the model has no combined-slip terms
+  // (Pacejka89/96: Fx ignores the slip angle, Fy and Mz the slip ratio), or
+  // the data has no combined points. Each channel's figures then cover only
   // the points where its other slip is zero.
   bool pureOnly = false;
+  // The model has combined-slip terms but the data no combined points: they
+  // keep generic values (KFIT_COMBINED_NOT_IDENTIFIED says so).
+  bool combinedNotIdentified = false;
+  // Coefficients not fitted because the data cannot tell them (kept at the
+  // start's value: generic for the built-in start), each with the reason.
+  struct Held {
+    std::string name;  // member name, lower case
+    const char *why;   // KFIT_HELD_CAMBER or KFIT_HELD_LOAD
+  };
+  std::vector<Held> held;
+  // Fitted coefficients that ended their stage at a bound of their range.
+  struct AtBound {
+    std::string name;
+    double value;
+    bool upper;
+  };
+  std::vector<AtBound> atBound;
   std::string error;
 };
+
+constexpr const char *KFIT_COMBINED_NOT_IDENTIFIED = "combined slip not identified (no combined points)";
+constexpr const char *KFIT_HELD_CAMBER = "camber term, the data has one camber";
+constexpr const char *KFIT_HELD_LOAD = "load term, the data has one load";
 
 // "pac96", "mf52", "mf61" (any case) -> model number; false for anything else.
 bool KFitModelByName(const char *name, int *model);
@@ -104,6 +150,18 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &options, KPacejka *o
 // from the data.
 void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out);
 
+// A second start for stage `stage` of a fit from the built-in start: the
+// stage's coefficients read off `data` (in the usual signs) with the earlier
+// stages' result in `tyre` (the aligning moment takes the fitted lateral
+// force). False when it has none for the stage (`tyre` unchanged).
+bool KFitStageStart(const KMeasuredData &data, const KFitStage &stage, KPacejka *tyre);
+
+// Fits the members named `names` of `tyre` (bounds from the member table)
+// to channel `channel` of `points` by plain least squares, from their
+// current values; returns the RMS residual over the channel's peak.
+double KFitMembers(KPacejka *tyre, const std::vector<const KMeasuredPoint *> &points, int channel,
+                   const std::vector<const char *> &names, int maxIterations);
+
 // Evaluates `tyre` at every point of `data` (as eval does) and compares;
 // with `pureOnly`, Fx only where the slip angle is 0 and Fy, Mz only where
 // the slip ratio is 0.
@@ -114,6 +172,11 @@ bool KFitHasCombined(int model);
 
 // Every named member of `from` into `to`, through the member table.
 void KFitCopy(const KPacejka &from, KPacejka *to);
+
+// The coefficients `data` cannot tell apart from the others for a fit from
+// `start` (its model and values): camber terms when the data has one camber,
+// Magic Formula load terms when it has one load.
+void KFitHeldTerms(const KPacejka &start, const KMeasuredData &data, std::vector<KFitResult::Held> *held);
 
 // ---- Sign conventions (kfit_mirror.cpp) ----------------------------------------
 // +1 or −1: the sign of the slope of `channel` (KCH_FY or KCH_MZ) over small

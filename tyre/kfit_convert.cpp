@@ -6,7 +6,10 @@ bool KFitConvert(const KTyreParams &source, const KFitOptions &options, KPacejka
                  KMeasuredData *samples) {
   KMeasuredData data;
   KSampleTyre(source, KSamplePlanFor(source, KFIT_CONVERT_LOADS), &data);
-  const bool ok = KFitTyre(data, options, out, result);
+  // a source without combined slip gives a tyre without it
+  KFitOptions o = options;
+  if (source.model == KPacejka::PAC96) o.genericCombined = false;
+  const bool ok = KFitTyre(data, o, out, result);
   if (samples) *samples = std::move(data);
   return ok;
 }

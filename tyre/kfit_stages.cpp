@@ -1,5 +1,8 @@
 // The stages of a fit, in order, and which members each one varies (the
 // member table's group, model family and fit bounds decide).
+#include <cmath>
+#include <vector>
+
 #include "tyre/kfit.h"
 
 namespace {
@@ -31,4 +34,96 @@ bool KFitVaries(int model, const KFitStage &s, const KPacejkaMember &m, float *l
   if (m.group != s.group || !KPacejkaIsFitted(m) || !KPacejkaModelReads(m, model)) return false;
   *lo = m.fitMin, *hi = m.fitMax;
   return true;
+}
+
+// ---- Terms the data cannot tell ------------------------------------------------------
+
+namespace {
+
+// Whether the data holds `field` at two or more values (loads within 2 % of
+// each other count as one, angles within 0.001 rad).
+bool Varies(const KMeasuredData &data, double KMeasuredPoint::*field, double rel, double abs) {
+  if (data.points.empty()) return false;
+  const double first = data.points.front().*field;
+  for (const KMeasuredPoint &p : data.points)
+    if (std::fabs(p.*field - first) > abs + rel * std::fabs(first)) return true;
+  return false;
+}
+
+// Outputs of `tyre` at the probe points.
+std::vector<float> Outputs(const KTyreParams &tyre, const std::vector<KMeasuredPoint> &probes) {
+  std::vector<float> out;
+  for (const KMeasuredPoint &p : probes) {
+    const KTyreResult r = KTyreEvaluate(tyre, {float(p.fz), float(p.kappa), float(p.alpha), float(p.gamma)});
+    out.insert(out.end(), {r.Fx, r.Fy, r.Mz});
+  }
+  return out;
+}
+
+bool Differ(const std::vector<float> &a, const std::vector<float> &b) {
+  for (size_t i = 0; i < a.size(); i++)
+    if (!(std::fabs(a[i] - b[i]) <= 1e-5f * (1.0f + std::fabs(a[i])))) return true;
+  return false;
+}
+
+// Probe points at loads `loads` and cambers `cambers`, pure and combined slip.
+std::vector<KMeasuredPoint> Probes(std::initializer_list<double> loads, std::initializer_list<double> cambers) {
+  std::vector<KMeasuredPoint> out;
+  for (double fz : loads)
+    for (double g : cambers)
+      for (double k : {0.0, 0.04, -0.12})
+        for (double a : {0.0, 0.03, -0.15}) {
+          KMeasuredPoint p;
+          p.fz = fz, p.kappa = k, p.alpha = a, p.gamma = g;
+          out.push_back(p);
+        }
+  return out;
+}
+
+}  // namespace
+
+void KFitHeldTerms(const KPacejka &start, const KMeasuredData &data, std::vector<KFitResult::Held> *held) {
+  held->clear();
+  const bool oneCamber = !Varies(data, &KMeasuredPoint::gamma, 0, 0.001);
+  const bool magic = start.model != KPacejka::PAC96;
+  // Pacejka89/96 has no nominal load: its load terms cannot be told apart
+  // this way, and stay fitted
+  const bool oneLoad = magic && !Varies(data, &KMeasuredPoint::fz, 0.02, 0);
+  if (!oneCamber && !oneLoad) return;
+  // A camber term changes no output at zero camber and some at another; a
+  // load term (Magic Formula) none at the nominal load and some elsewhere.
+  KPacejka *t = new KPacejka;
+  KFitCopy(start, t);
+  t->slipAngleMin = t->slipRatioMin = t->camberMin = -99.0f;
+  t->slipAngleMax = t->slipRatioMax = t->camberMax = 99.0f;
+  t->fzMin = 0.0f, t->fzMax = 999999.0f;
+  double fz0 = t->fz0;
+  if (!magic || fz0 <= 0) {
+    fz0 = 0;
+    for (const KMeasuredPoint &p : data.points) fz0 += p.fz / double(data.points.size());
+  }
+  const std::vector<KMeasuredPoint> flat = Probes({0.6 * fz0, fz0, 1.4 * fz0}, {0.0});
+  const std::vector<KMeasuredPoint> cambered = Probes({0.6 * fz0, fz0, 1.4 * fz0}, {0.06});
+  const std::vector<KMeasuredPoint> nominal = Probes({fz0}, {0.0, 0.06});
+  const std::vector<KMeasuredPoint> loaded = Probes({0.6 * fz0, 1.4 * fz0}, {0.0, 0.06});
+  const std::vector<float> base[4] = {Outputs(*t, flat), Outputs(*t, cambered), Outputs(*t, nominal),
+                                      Outputs(*t, loaded)};
+  for (int i = 0; i < kpacejkaMemberCount; i++) {
+    const KPacejkaMember &m = kpacejkaMembers[i];
+    float lo, hi;
+    bool fitted = false;
+    for (const KFitStage &s : kFitStages) fitted = fitted || KFitVaries(start.model, s, m, &lo, &hi);
+    float *v = fitted ? KPacejkaFloat(*t, m) : nullptr;
+    if (!v) continue;
+    const float was = *v, step = 0.1f * (hi - lo);
+    *v = was + step <= hi ? was + step : was - step;
+    const char *why = nullptr;
+    if (oneCamber && !Differ(base[0], Outputs(*t, flat)) && Differ(base[1], Outputs(*t, cambered)))
+      why = KFIT_HELD_CAMBER;
+    else if (oneLoad && !Differ(base[2], Outputs(*t, nominal)) && Differ(base[3], Outputs(*t, loaded)))
+      why = KFIT_HELD_LOAD;
+    *v = was;
+    if (why) held->push_back({m.name, why});
+  }
+  delete t;
 }

@@ -7,6 +7,7 @@
 // slip angle); KFitTyre mirrors data that points the other way first.
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -284,13 +285,18 @@ void StartMagic(const DataFeatures &f, KPacejka *t) {
   t->qcz1 = 1.2f;
   t->qdz1 = float(std::clamp(f.trail / double(t->r0), 0.01, 0.5));
   t->qbz9 = 10.0f;
-  // combined slip: a moderate weighting when the data has combined points to
-  // fit it to, none otherwise (the forces then ignore the other slip)
+  // combined slip: a generic passenger-car weighting (each force falls off
+  // as the other slip grows), the start of the combined stages when the data
+  // has combined points and what the tyre keeps when it has none; no
+  // combined-slip shift of Fy (rvy1 ... rvy3 at 0)
   if (f.combined) {
     t->rbx1 = 10.0f, t->rbx2 = 8.0f, t->rcx1 = 1.0f;
     t->rby1 = 10.0f, t->rby2 = 8.0f, t->rcy1 = 1.0f;
-    t->rvy4 = 10.0f, t->rvy5 = 1.9f, t->rvy6 = 10.0f;
+  } else {
+    t->rbx1 = 13.0f, t->rbx2 = 10.0f, t->rcx1 = 1.0f;
+    t->rby1 = 10.0f, t->rby2 = 8.0f, t->rcy1 = 1.05f;
   }
+  t->rvy4 = 10.0f, t->rvy5 = 1.9f, t->rvy6 = 10.0f;
 }
 
 }  // namespace
@@ -303,4 +309,318 @@ void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out) {
   const DataFeatures f = Features(data);
   if (model == KPacejka::PAC96) StartPac96(f, out);
   else StartMagic(f, out);
+}
+
+// ---- The aligning moment's second start: per load, then the load trends ------------------
+//
+// Each load of the pure lateral sweeps at the smallest camber is fitted on
+// its own with the moment's load and camber terms at 0, so that its base
+// coefficients are that load's values; then polynomials over the load
+// through the per-load values give the load terms. Several starts per load,
+// from what the data shows:
+//   Magic Formula  Mz = −t·Fy + Mzr: the pneumatic trail
+//                  t = Dt·cos(Ct·atan(Bt·α − Et(...))) times the (already
+//                  fitted) lateral force, plus the residual torque
+//                  Mzr = Dr·cos(atan(Br·α)). The trail is read off the data
+//                  as −Mz/Fy near zero slip, the residual torque as what is
+//                  left of Mz there, and Bt from where the trail part crosses
+//                  zero. Load variable dfz = (Fz − Fz0)/Fz0.
+//   Pacejka89/96   Mz = D·sin(C·atan(B·α − E(...))) + Sv, like a force: D
+//                  from the peak, B·C·D from the slope at zero. Load
+//                  variable Fz in kN; D and B·C·D are per kN of load.
+
+namespace {
+
+float &Member(KPacejka *t, const char *name) { return *KPacejkaFloat(*t, *KPacejkaFindMember(name)); }
+
+// Least squares polynomial of degree `deg` (0 ... 2) through (x, y): c[0..2].
+void Poly(const std::vector<double> &x, const std::vector<double> &y, int deg, double c[3]) {
+  c[0] = c[1] = c[2] = 0;
+  const int n = int(x.size());
+  deg = std::min(deg, n - 1);
+  if (n == 0) return;
+  // normal equations, Gaussian elimination (at most 3 × 3)
+  double a[3][4] = {};
+  for (int i = 0; i < n; i++) {
+    const double p[3] = {1, x[i], x[i] * x[i]};
+    for (int r = 0; r <= deg; r++) {
+      for (int k = 0; k <= deg; k++) a[r][k] += p[r] * p[k];
+      a[r][3] += p[r] * y[i];
+    }
+  }
+  for (int r = 0; r <= deg; r++) {
+    if (std::fabs(a[r][r]) < 1e-300) return;
+    for (int q = r + 1; q <= deg; q++) {
+      const double f = a[q][r] / a[r][r];
+      for (int k = r; k < 4; k++) a[q][k] -= f * a[r][k];
+    }
+  }
+  for (int r = deg; r >= 0; r--) {
+    double v = a[r][3];
+    for (int k = r + 1; k <= deg; k++) v -= a[r][k] * c[k];
+    c[r] = v / a[r][r];
+  }
+}
+
+// One base coefficient fitted per load and the members its per-load values
+// become: trend[0] + trend[1]·x + trend[2]·x² (null: not that power).
+struct PerLoadTerm {
+  const char *base;
+  const char *trend[3];
+  bool even = false;  // the curve depends on |base| only (while its load and camber terms are 0)
+};
+
+constexpr int MAX_TERMS = 8;
+// Starting values of the base coefficients (in the plan's order) for one
+// load's points; up to `max` of them, returns how many.
+typedef int (*GuessFn)(const std::vector<const KMeasuredPoint *> &pts, const KPacejka &t, float starts[][MAX_TERMS],
+                       int max);
+
+struct PerLoadPlan {
+  int channel;
+  bool pac96;
+  std::vector<const char *> zeroed;  // load and camber terms, 0 in the per-load fits
+  std::vector<PerLoadTerm> terms;
+  GuessFn guess;
+};
+
+// Slope and value at zero of Mz and Fy over the slip angle near zero.
+struct SmallSlip {
+  double mzSlope, mz0, fySlope, fy0;
+};
+bool ReadSmallSlip(const std::vector<const KMeasuredPoint *> &pts, SmallSlip *out) {
+  SlopeFit mz, fy;
+  for (const KMeasuredPoint *p : pts)
+    if (std::fabs(p->alpha) <= SMALL_ALPHA) mz.Add(p->alpha, p->force[KCH_MZ]), fy.Add(p->alpha, p->force[KCH_FY]);
+  if (!mz.Get(&out->mzSlope) || !fy.Get(&out->fySlope)) return false;
+  out->mz0 = (mz.sy - out->mzSlope * mz.sx) / mz.n;
+  out->fy0 = (fy.sy - out->fySlope * fy.sx) / fy.n;
+  return true;
+}
+
+// Magic Formula: qbz1, qcz1, qdz1, qez1, qhz1, qdz6, qbz9.
+int GuessMagicMz(const std::vector<const KMeasuredPoint *> &pts, const KPacejka &t, float starts[][MAX_TERMS],
+                 int max) {
+  SmallSlip ss;
+  if (!ReadSmallSlip(pts, &ss) || ss.fySlope <= 0) return 0;
+  const double fz = pts.front()->fz, r0 = t.r0, fz0 = t.fz0;
+  const double trail = std::clamp(-ss.mzSlope / ss.fySlope, 0.002, 0.3);
+  const double residual = ss.mz0 + trail * ss.fy0;
+  // the smallest positive slip angle where the trail part turns over
+  std::vector<std::pair<double, double>> pos;
+  for (const KMeasuredPoint *p : pts)
+    if (p->alpha > 0) pos.push_back({p->alpha, p->force[KCH_MZ] - residual});
+  std::sort(pos.begin(), pos.end());
+  double cross = 0;
+  for (size_t i = 1; i < pos.size() && cross == 0; i++)
+    if (pos[i - 1].second < 0 && pos[i].second >= 0)
+      cross = pos[i - 1].first +
+              (pos[i].first - pos[i - 1].first) * -pos[i - 1].second / (pos[i].second - pos[i - 1].second);
+  const double shapes[][2] = {{1.2, 0.0}, {1.5, -1.0}, {1.05, 0.5}, {1.8, -2.0}};
+  int n = 0;
+  for (const auto &sh : shapes) {
+    if (n >= max) break;
+    const double bt = cross > 0 ? std::tan(M_PI / (2 * sh[0])) / cross : 10.0;
+    const float v[] = {float(std::clamp(bt, 1.0, 40.0)), float(sh[0]),
+                       float(std::clamp(trail * fz0 / (r0 * fz), 0.01, 0.9)), float(sh[1]), 0.0f,
+                       float(std::clamp(residual / (fz * r0), -0.09, 0.09)), 10.0f};
+    std::copy(std::begin(v), std::end(v), starts[n++]);
+  }
+  return n;
+}
+
+// Pacejka89/96: c0, c2, c4, c9, c13, c17 (usual sign: D and B·C·D negative).
+int GuessPac96Mz(const std::vector<const KMeasuredPoint *> &pts, const KPacejka &, float starts[][MAX_TERMS],
+                 int max) {
+  SmallSlip ss;
+  if (!ReadSmallSlip(pts, &ss)) return 0;
+  const double fzk = pts.front()->fz * 0.001;
+  double peak = 0;
+  for (const KMeasuredPoint *p : pts) peak = std::max(peak, std::fabs(p->force[KCH_MZ]));
+  const double slopeDeg = std::min(ss.mzSlope * DEG_TO_RAD, -1e-3);
+  const double shapes[][2] = {{2.3, 0.0}, {2.0, -1.0}, {2.6, 0.5}, {1.8, 0.9}};
+  int n = 0;
+  for (const auto &sh : shapes) {
+    if (n >= max) break;
+    const float v[] = {float(sh[0]), float(-peak / fzk), float(slopeDeg / fzk), float(sh[1]), 0.0f, float(ss.mz0)};
+    std::copy(std::begin(v), std::end(v), starts[n++]);
+  }
+  return n;
+}
+
+// Magic Formula longitudinal force: pcx1, pdx1, pkx1, pex1, pex4, phx1, pvx1,
+// from the load's peak, slope at zero and shape (EstimateShape).
+int GuessMagicFx(const std::vector<const KMeasuredPoint *> &pts, const KPacejka &, float starts[][MAX_TERMS],
+                 int max) {
+  KMeasuredData one;
+  one.has[KCH_FX] = true;
+  for (const KMeasuredPoint *p : pts) one.points.push_back(*p);
+  const double fz = pts.front()->fz;
+  double peak = 0, slope;
+  for (const KMeasuredPoint *p : pts) peak = std::max(peak, std::fabs(p->force[KCH_FX]));
+  if (!SmallSlipSlope(one, KCH_FX, true, &slope) || slope <= 0 || peak <= 0) return 0;
+  Shape sh = {1.65, 0.0};
+  EstimateShape(one, KCH_FX, 1, fz, &sh);
+  const double shapes[][2] = {{sh.C, sh.E}, {1.65, 0.0}, {1.4, -1.0}, {1.9, 0.5}};
+  int n = 0;
+  for (const auto &c : shapes) {
+    if (n >= max) break;
+    const float v[] = {float(c[0]), float(peak / fz), float(slope), float(c[1]), 0.0f, 0.0f, 0.0f};
+    std::copy(std::begin(v), std::end(v), starts[n++]);
+  }
+  return n;
+}
+
+const PerLoadPlan kMagicFx = {
+    KCH_FX,
+    false,
+    {"pdx2", "pdx3", "pex2", "pex3", "pkx2", "pkx3", "phx2", "pvx2"},
+    {{"pcx1", {"pcx1", nullptr, nullptr}},
+     {"pdx1", {"pdx1", "pdx2", nullptr}},
+     {"pkx1", {"pkx1", "pkx2", nullptr}},
+     {"pex1", {"pex1", "pex2", "pex3"}},
+     {"pex4", {"pex4", nullptr, nullptr}},
+     {"phx1", {"phx1", "phx2", nullptr}},
+     {"pvx1", {"pvx1", "pvx2", nullptr}}},
+    GuessMagicFx,
+};
+
+const PerLoadPlan kMagicMz = {
+    KCH_MZ,
+    false,
+    {"qbz2", "qbz3", "qbz4", "qbz5", "qbz10", "qdz2", "qdz3", "qdz4", "qdz7", "qdz8", "qdz9", "qez2", "qez3", "qez4",
+     "qez5", "qhz2", "qhz3", "qhz4"},
+    {{"qbz1", {"qbz1", "qbz2", "qbz3"}},
+     {"qcz1", {"qcz1", nullptr, nullptr}},
+     {"qdz1", {"qdz1", "qdz2", nullptr}},
+     {"qez1", {"qez1", "qez2", nullptr}},  // a parabola through three noisy loads swings between them
+     {"qhz1", {"qhz1", "qhz2", nullptr}},
+     {"qdz6", {"qdz6", "qdz7", nullptr}},
+     {"qbz9", {"qbz9", nullptr, nullptr}, true}},
+    GuessMagicMz,
+};
+
+const PerLoadPlan kPac96Mz = {
+    KCH_MZ,
+    true,
+    {"c1", "c3", "c5", "c6", "c7", "c8", "c10", "c11", "c12", "c14", "c15", "c16"},
+    {{"c0", {"c0", nullptr, nullptr}},
+     {"c2", {"c2", "c1", nullptr}},
+     {"c4", {"c4", "c3", nullptr}},
+     {"c9", {"c9", "c8", "c7"}},
+     {"c13", {"c13", "c12", nullptr}},
+     {"c17", {"c17", "c16", nullptr}}},
+    GuessPac96Mz,
+};
+
+// One load: the best of the plan's starts, left in `t`. With `shared`
+// (every load after the first), the terms without a load trend keep the
+// first load's value and the first load's result is one more start.
+bool FitAtLoad(const PerLoadPlan &plan, const std::vector<const KMeasuredPoint *> &pts, bool shared,
+               const float previous[MAX_TERMS], KPacejka *t) {
+  float starts[5][MAX_TERMS];
+  int n = plan.guess(pts, *t, starts, 4);
+  std::vector<const char *> varied;
+  for (size_t j = 0; j < plan.terms.size(); j++) {
+    const bool fixed = shared && !plan.terms[j].trend[1];
+    if (!fixed) varied.push_back(plan.terms[j].base);
+    for (int k = 0; k < n && fixed; k++) starts[k][j] = previous[j];
+  }
+  if (shared) std::copy(previous, previous + MAX_TERMS, starts[n++]);
+  double best = HUGE_VAL;
+  float bestV[MAX_TERMS] = {};
+  for (int k = 0; k < n; k++) {
+    for (size_t j = 0; j < plan.terms.size(); j++) Member(t, plan.terms[j].base) = starts[k][j];
+    const double rms = KFitMembers(t, pts, plan.channel, varied, 100);
+    if (rms < best) {
+      best = rms;
+      for (size_t j = 0; j < plan.terms.size(); j++) bestV[j] = Member(t, plan.terms[j].base);
+    }
+  }
+  for (size_t j = 0; j < plan.terms.size(); j++)
+    Member(t, plan.terms[j].base) = plan.terms[j].even ? std::fabs(bestV[j]) : bestV[j];
+  return best < HUGE_VAL;
+}
+
+constexpr size_t MAX_LOAD_POINTS = 200;
+
+bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyre) {
+  // 1. the pure-slip points of the channel at the smallest camber, by load
+  //    (the moment takes the lateral force)
+  const bool lon = plan.channel == KCH_FX;
+  if (!d.has[plan.channel] || (plan.channel == KCH_MZ && !d.has[KCH_FY])) return false;
+  auto pure = [lon](const KMeasuredPoint &p) { return lon ? p.alpha == 0 : p.kappa == 0; };
+  double gMin = HUGE_VAL;
+  for (const KMeasuredPoint &p : d.points)
+    if (pure(p)) gMin = std::min(gMin, std::fabs(p.gamma));
+  std::vector<const KMeasuredPoint *> pts;
+  for (const KMeasuredPoint &p : d.points)
+    if (pure(p) && p.fz > 0 && std::fabs(p.gamma) <= gMin + 0.001) pts.push_back(&p);
+  std::sort(pts.begin(), pts.end(), [](auto *a, auto *b) { return a->fz < b->fz; });
+  std::vector<std::vector<const KMeasuredPoint *>> groups;
+  for (size_t i = 0; i < pts.size();) {
+    size_t j = i;
+    while (j < pts.size() && pts[j]->fz <= pts[i]->fz * 1.02) j++;
+    if (j - i >= 8) {
+      // a sweep's shape needs no more than a few hundred points: dense data
+      // is thinned evenly over the slip
+      std::vector<const KMeasuredPoint *> g(pts.begin() + long(i), pts.begin() + long(j));
+      if (g.size() > MAX_LOAD_POINTS) {
+        std::sort(g.begin(), g.end(), [lon](auto *a, auto *b) { return lon ? a->kappa < b->kappa : a->alpha < b->alpha; });
+        std::vector<const KMeasuredPoint *> thin;
+        for (size_t k = 0; k < MAX_LOAD_POINTS; k++) thin.push_back(g[k * g.size() / MAX_LOAD_POINTS]);
+        g.swap(thin);
+      }
+      groups.push_back(std::move(g));
+    }
+    i = j;
+  }
+  if (groups.empty()) return false;
+  // 2. a copy with the load and camber terms at 0, fitted per load: the
+  //    largest load first (the moment stands farthest above the noise there),
+  //    then down from it, each load starting from the one before
+  KPacejka *t = new KPacejka;
+  KFitCopy(*tyre, t);
+  for (const char *n : plan.zeroed) Member(t, n) = 0.0f;
+  std::vector<double> x;
+  std::vector<std::vector<double>> values(plan.terms.size());
+  float previous[MAX_TERMS] = {};
+  for (size_t g = groups.size(); g-- > 0;) {
+    if (!FitAtLoad(plan, groups[g], g + 1 < groups.size(), previous, t)) continue;
+    const double fz = groups[g].front()->fz;
+    x.push_back(plan.pac96 ? 0.001 * fz : (fz - t->fz0) / t->fz0);
+    for (size_t k = 0; k < plan.terms.size(); k++) {
+      previous[k] = Member(t, plan.terms[k].base);
+      values[k].push_back(previous[k]);
+    }
+  }
+  delete t;
+  if (x.empty()) return false;
+  // 3. the load trends through the per-load values
+  for (size_t k = 0; k < plan.terms.size(); k++) {
+    const PerLoadTerm &term = plan.terms[k];
+    const int deg = term.trend[2] ? 2 : term.trend[1] ? 1 : 0;
+    double c[3];
+    Poly(x, values[k], deg, c);
+    for (int e = 0; e <= deg; e++) {
+      const KPacejkaMember *m = KPacejkaFindMember(term.trend[e]);
+      Member(tyre, term.trend[e]) = float(std::clamp(c[e], double(m->fitMin), double(m->fitMax)));
+    }
+  }
+  for (const char *n : plan.zeroed) {
+    bool trend = false;
+    for (const PerLoadTerm &term : plan.terms)
+      for (const char *t : term.trend) trend = trend || (t && !strcmp(t, n));
+    if (!trend) Member(tyre, n) = 0.0f;  // camber terms: the stage fits them from 0
+  }
+  return true;
+}
+
+}  // namespace
+
+bool KFitStageStart(const KMeasuredData &data, const KFitStage &stage, KPacejka *tyre) {
+  const bool pac96 = tyre->model == KPacejka::PAC96;
+  if (stage.group == KPacejkaMember::PURE_MZ) return StartPerLoad(pac96 ? kPac96Mz : kMagicMz, data, tyre);
+  if (stage.group == KPacejkaMember::PURE_FX && !pac96) return StartPerLoad(kMagicFx, data, tyre);
+  return false;
 }

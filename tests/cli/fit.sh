@@ -60,7 +60,67 @@ compare "$src/data/cars/touring" fitted.ini 0.03 fit-pac96
 check 0 "$?" fit-start-exit
 check 1 "$(head -c 200 fitted.tir | grep -c MDI_HEADER)" fit-tir-written
 
-# 4. refusals (exit code, golden message) and nothing written
+# 4. a tyre converted to its own model comes back exact (it starts from its
+#    own coefficients)
+for pair in MagicFormula61_Parameters.tir:mf61 MagicFormula52_Parameters.tir:mf52 MagicFormula52_Parameters.tir:mf61; do
+  "$cli" convert "$src/data/tyres/${pair%%:*}" --model "${pair##*:}" -o own.tir --force >out.txt 2>/dev/null
+  check 0 "$?" "own-model-exit $pair"
+  check "$(evals "$src/data/tyres/${pair%%:*}")" "$(evals own.tir)" "own-model-exact $pair"
+done
+
+# 5. pure-slip data to a model with combined slip: generic combined-slip
+#    coefficients (the forces still fall under the other slip), and said so
+"$cli" fit data.csv --model mf61 -o pure.tir --report pure.json >out.txt 2>&1
+check 0 "$?" pure-exit
+grep -q '^combined slip not identified (no combined points): generic combined-slip coefficients kept' out.txt ||
+  { echo "FAIL pure note: $(cat out.txt)"; fail=1; }
+grep -q '"pure_only": true' pure.json && grep -q '"combined_slip": "combined slip not identified (no combined points)"' pure.json ||
+  { echo "FAIL pure report: $(cat pure.json)"; fail=1; }
+fx() { printf '4000 0.05 %s 0\n' "$2" | "$cli" eval "$1" 2>/dev/null | awk '{print $1}'; }
+awk -v a="$(fx pure.tir 0)" -v b="$(fx pure.tir 0.1)" 'BEGIN { exit !(b < 0.95 * a) }' ||
+  { echo "FAIL combined Fx flat: $(fx pure.tir 0) at no slip angle, $(fx pure.tir 0.1) at 0.1 rad"; fail=1; }
+# with combined points (the fit of section 3 against a Magic Formula car) the report says fitted
+"$cli" convert "$src/data/cars/mf61" --model mf61 -o comb.tir --report comb.json >/dev/null 2>&1
+grep -q '"pure_only": false' comb.json && grep -q '"combined_slip": "fitted"' comb.json ||
+  { echo "FAIL combined report: $(cat comb.json)"; fail=1; }
+
+# 6. what one camber or one load cannot tell is held and named
+grep -v ' -0.03$\| 0.03$' in.txt >in1.txt
+{ echo "fz kappa alpha gamma fx fy mz"; paste -d' ' in1.txt <("$cli" eval "$src/data/cars/touring" <in1.txt); } >flat.csv
+"$cli" fit flat.csv --model mf61 -o flat.tir --report flat.json >out.txt 2>&1
+check 0 "$?" held-exit
+grep -q '^held, not fitted: pdy3 (camber term, the data has one camber)$' out.txt &&
+  grep -q '{"name": "pdy3", "why": "camber term, the data has one camber"}' flat.json ||
+  { echo "FAIL held camber: $(cat out.txt)"; fail=1; }
+grep -q 'load term' out.txt && { echo "FAIL load terms held with three loads"; fail=1; }
+awk 'NR == 1 || $1 == 4500' flat.csv >oneload.csv
+"$cli" fit oneload.csv --model mf61 -o oneload.tir >out.txt 2>&1
+grep -q '^held, not fitted: pdx2 (load term, the data has one load)$' out.txt ||
+  { echo "FAIL held load: $(cat out.txt)"; fail=1; }
+
+# 7. a channel the model cannot follow (here Fy as noise: wrong column, say)
+#    fails with status 3 and keeps the tyre unless --force; weighted 0, it
+#    is not fitted and not checked
+awk 'BEGIN { srand(5) } NR == 1 { print; next } { $6 = int(4000 * (rand() - 0.5)); print }' data.csv >noisy.csv
+: >poor.txt
+"$cli" fit noisy.csv --model pac96 -o poor.ini >/dev/null 2>>poor.txt
+check 3 "$?" poor-exit
+check "" "$(ls poor.ini 2>/dev/null)" poor-not-written
+"$cli" fit noisy.csv --model pac96 -o poor.ini --force >/dev/null 2>>poor.txt
+check 3 "$?" poor-force-exit
+check poor.ini "$(ls poor.ini 2>/dev/null)" poor-force-written
+sed 's/R2 = [-0-9.e]*,/R2 = X,/' poor.txt >poor.out
+printf '%s\n' "tyrograph-cli fit: Fy fits poorly: R2 = X, below 0.5 (check the data's units, signs and columns)" \
+  "tyrograph-cli fit: poor.ini not written; --force writes it all the same" \
+  "tyrograph-cli fit: Fy fits poorly: R2 = X, below 0.5 (check the data's units, signs and columns)" \
+  "tyrograph-cli fit: poor.ini written all the same (--force)" >poor.want
+diff -u poor.want poor.out || fail=1
+"$cli" fit noisy.csv --model pac96 -o w0.ini --weights fy=0,mz=1 --loss cauchy --report w0.json >/dev/null 2>&1
+check 0 "$?" weight-zero-exit
+grep -q '"loss": "cauchy"' w0.json && grep -q '"weights": {"Fx": 1, "Fy": 0, "Mz": 1}' w0.json ||
+  { echo "FAIL weights report: $(cat w0.json)"; fail=1; }
+
+# 8. refusals (exit code, golden message) and nothing written
 : >refusals.txt
 refuse() {  # expected-exit args...
   local want=$1; shift
@@ -81,6 +141,10 @@ refuse 2 convert "$src/data/cars/touring" --model mf61 -o x.ini --start t.tir
 refuse 1 convert nosuch --model mf61 -o x.ini
 refuse 1 convert "$src/data/cars/touring" --model mf61 -o x.ini --report r.json
 refuse 1 fit data.csv --model mf61 --start "$src/data/cars/touring" -o x.ini
+refuse 2 fit data.csv --model mf61 -o x.ini --loss l2
+refuse 2 fit data.csv --model mf61 -o x.ini --weights fx=1,fz=2
+refuse 2 fit data.csv --model mf61 -o x.ini --weights mz=-1
+refuse 2 convert "$src/data/cars/touring" --model mf61 -o x.ini --weights fy=
 sed "s|$src|SRC|g" refusals.txt >refusals.out
 diff -u "$src/tests/data/fit/refusals.txt" refusals.out || fail=1
 check "" "$(ls new1.ini new2.ini new3.ini x.ini x.TIR 2>/dev/null)" nothing-written
