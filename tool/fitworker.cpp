@@ -7,12 +7,15 @@
 #include <mutex>
 #include <thread>
 
+#include "chart/fitrun.h"
+
 namespace {
 
 struct Job {
   KMeasuredData data;
   std::unique_ptr<KPacejka> start, out;
-  int model = 0, channel = -1;
+  KFitOptions options;  // as tyrograph-cli fit sets them (loss, weights)
+  int channel = -1;
   std::atomic<bool> cancel{false};
   std::atomic<bool> done{false};
   std::thread worker;
@@ -56,8 +59,7 @@ void OnProgress(void *user, const KFitProgress &p) {
 }
 
 void Work(Job *job) {
-  KFitOptions o;
-  o.model = job->model;
+  KFitOptions o = job->options;
   o.start = job->start.get();
   o.channel = job->channel;
   o.cancel = &job->cancel;
@@ -89,7 +91,9 @@ bool FitWorkerStart(const KMeasuredData &data, const KTyreParams &start, int mod
   job->start = std::make_unique<KPacejka>();
   static_cast<KTyreParams &>(*job->start) = start;
   job->out = std::make_unique<KPacejka>();
-  job->model = model;
+  FitJob cli;  // the command line's defaults for a fit of `model`
+  cli.model = model;
+  job->options = FitJobOptions(cli);
   job->channel = channel;
   Job *j = job.get();
   g_job = std::move(job);

@@ -25,8 +25,9 @@ struct FitWorkerOutcome {
   int channel = -1;        // the channel fitted alone, or -1
 };
 
-// Starts a fit of `model` to `data` from `start`; `channel` -1 fits every
-// stage, else only that channel's. False when a fit is still running.
+// Starts a fit of `model` to `data` from `start`, with the options
+// `tyrograph-cli fit` takes by default (chart/fitrun.h); `channel` -1 fits
+// every stage, else only that channel's. False when a fit is still running.
 bool FitWorkerStart(const KMeasuredData &data, const KTyreParams &start, int model, int channel);
 bool FitWorkerRunning();
 void FitWorkerCancel();

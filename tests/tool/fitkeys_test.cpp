@@ -21,6 +21,7 @@
 #include "tool/windowframe.h"
 #include "toolwindow.h"
 #include "render/qrecorder.h"
+#include "chart/fitrun.h"
 #include "tyre/kdataload.h"
 
 namespace {
@@ -176,19 +177,17 @@ TEST_F(FitKeys, NoFocusFitsEveryStageAsTheCommandLineDoesFromTheSameStart) {
   ASSERT_TRUE(FitStart());
   ASSERT_TRUE(WaitForFit());
   ASSERT_EQ(FitLastMessage(), "");
-  // What `tyrograph-cli fit RUN --thin 40 --model mf61 --start TIR` does.
-  KDataLoad load;
-  KConditionOptions co;
-  co.thin = 40;
-  ASSERT_TRUE(KDataLoadFile(run.c_str(), KRunOptions(), co, true, &load));
-  KPacejka start, out;
-  std::string error;
-  ASSERT_TRUE(CarLoadTyreSource(tir.c_str(), 0, &start, &error)) << error;
-  KFitOptions o;
-  o.model = KPacejka::MF61;
-  o.start = &start;
-  KFitResult r;
-  ASSERT_TRUE(KFitTyre(load.data, o, &out, &r));
+  // What `tyrograph-cli fit RUN --thin 40 --model mf61 --start TIR` does,
+  // through the command line's own driver.
+  FitJob job;
+  job.input = run;
+  job.condition.thin = 40;
+  job.start = tir;
+  job.model = KPacejka::MF61;
+  job.outOptional = true;
+  const FitOutcome cli = FitRun(job);
+  ASSERT_TRUE(cli.ok);
+  const KFitResult &r = cli.result;
   for (int ch = 0; ch < KCH_COUNT; ch++) {
     ASSERT_GT(r.channel[ch].points, 0);
     EXPECT_TRUE(FitLastFigures().fitted[ch]);
