@@ -191,7 +191,10 @@ TEST_F(FitKeys, NoFocusFitsEveryStageAsTheCommandLineDoesFromTheSameStart) {
   for (int ch = 0; ch < KCH_COUNT; ch++) {
     ASSERT_GT(r.channel[ch].points, 0);
     EXPECT_TRUE(FitLastFigures().fitted[ch]);
-    EXPECT_NEAR(FitLastFigures().channel[ch].rmsPercent, r.channel[ch].rmsPercent, 0.1) << KChannelName(ch);
+    // The same fit (any number of Jacobian threads gives the same bits), so
+    // the same figures, well within the 0.1 percentage points asked for.
+    EXPECT_NEAR(FitLastFigures().channel[ch].rmsPercent, r.channel[ch].rmsPercent, 1e-9) << KChannelName(ch);
+    EXPECT_NEAR(FitLastFigures().channel[ch].r2, r.channel[ch].r2, 1e-12) << KChannelName(ch);
     EXPECT_LT(FitLastFigures().channel[ch].rmsPercent, 3.0) << KChannelName(ch);
   }
   // The model stays the tyre's own.
