@@ -25,10 +25,10 @@ BUILD=$1; SRC=$2; SHOTS=$3; RUN=$4
 source "$SRC/tests/e2e/lib/tyrograph.bash"
 # F11: the window's own screenshot (the canvas, as TGA in $TMPDIR), as PNG.
 own_shot() {
-  local n
+  local n j
   n=$(ls "$TMPDIR"/bc*.tga 2>/dev/null | wc -l)
   xdotool key --window "$WID" F11
-  for i in $(seq 1 50); do [ "$(ls "$TMPDIR"/bc*.tga 2>/dev/null | wc -l)" -gt "$n" ] && break; sleep 0.1; done
+  for j in $(seq 1 50); do [ "$(ls "$TMPDIR"/bc*.tga 2>/dev/null | wc -l)" -gt "$n" ] && break; sleep 0.1; done
   sleep 0.3
   convert "$(ls "$TMPDIR"/bc*.tga | tail -1)" "$SHOTS/window_fit_$1.png" || tyro_fail "F11 wrote no screenshot"
 }
@@ -79,7 +79,7 @@ tyro_shot fitting_later
 f6line "$SHOTS/f6-later.png"
 tyro_same "$SHOTS/f6-fitting.png" "$SHOTS/f6-later.png" && echo "note the progress line stood still for a second"
 done_fit=0
-for i in $(seq 1 90); do
+for polls in $(seq 1 90); do
   sleep 1
   tyro_shot poll
   f6line "$SHOTS/f6-poll.png"
@@ -90,7 +90,7 @@ tyro_shot fitted
 plot fitted
 tyro_same "$SHOTS/data-plot.png" "$SHOTS/fitted-plot.png" && tyro_fail "the fit moved no curve"
 own_shot result
-echo "ok   F6 fits on a worker thread with progress in the hint lines, then the curves move (after ${i} s)"
+echo "ok   F6 fits on a worker thread with progress in the hint lines, then the curves move (${polls} polls a second or more apart)"
 
 # 3. Ctrl+Z: the tyre as before the fit; Ctrl+Y the fit again.
 key ctrl+z
