@@ -172,7 +172,7 @@ int RunEval(const std::vector<std::string> &args) {
   if (!CarLoadTyreSource(o.tyre.c_str(), o.wheel, tyre, &error)) {
     fprintf(stderr, "tyrograph-cli eval: %s\n", error.c_str());
     delete tyre;
-    return 1;
+    return 2;  // as curves and plot: the TYRE argument is at fault
   }
   for (const auto &s : o.sets) KPacejkaSetMember(*tyre, *s.first, s.second);
   int rc = 0;
@@ -182,7 +182,23 @@ int RunEval(const std::vector<std::string> &args) {
   return rc;
 }
 
+const char kDetails[] =
+    "TYRE: a .tir file (any case), a car.ini-style file or a car folder holding car.ini;\n"
+    "  a bare name is looked up as data/cars/NAME, then data/tyres/NAME in the base folder.\n"
+    "\n"
+    "Standard input: one operating point a line, four numbers separated by blanks:\n"
+    "  Fz kappa alpha gamma   load (N), slip ratio, slip angle (rad), camber (rad)\n"
+    "  Blank lines and lines starting with '#' are skipped.\n"
+    "Standard output: \"Fx Fy Mz\" (N, N, N*m) a line; with --stats also longitudinal and\n"
+    "  cornering stiffness, peak Fx, peak Fy, Bx, Cx, Dx, By, Cy, Dy.\n"
+    "\n"
+    "Options:\n"
+    "  --wheel N          wheel 0..3 of a car (default 0)\n"
+    "  --set NAME=VALUE   set a tyre member first (a0 ... c17, lfz0, pcx1, ...); repeatable\n"
+    "  --dump             list every member as NAME=VALUE instead of evaluating\n"
+    "  --stats            add the curve statistics to each line\n";
+
 CliCommand reg{"eval", "TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]",
-               "evaluate a tyre at operating points read from stdin", 20, RunEval};
+               "evaluate a tyre at operating points read from stdin", 20, RunEval, kDetails};
 
 }  // namespace

@@ -6,10 +6,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "base/qfile.h"
 #include "chart/basedir.h"
 #include "chart/carload.h"
+#include "diag/qcollect.h"
 #include "chart/export.h"
 #include "chart/graphtyres.h"
 
@@ -126,6 +128,23 @@ bool CliLoadTyreState(CliTyreState *state, std::string *error) {
     if (!LoadOne(*state, state->source, &reports, error)) return false;
   }
   return true;
+}
+
+std::string CliResolveTyre(const std::string &source) { return CarResolveSource(source, BaseFolderFind()); }
+
+bool CliTyreLoads(const char *cmd, const std::string &source, int wheel, const char *prefix) {
+  auto tyre = std::make_unique<KPacejka>();
+  std::string error;
+  bool loads;
+  {
+    // Only whether it loads: what the loader reports on the way comes when
+    // the command loads the tyre for its work.
+    QReportCollector quiet;
+    loads = CarLoadTyreSource(source.c_str(), wheel, tyre.get(), &error);
+  }
+  if (loads) return true;
+  fprintf(stderr, "tyrograph-cli %s: %s%s\n", cmd, prefix, error.c_str());
+  return false;
 }
 
 bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre) {

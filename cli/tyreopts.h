@@ -38,6 +38,13 @@ bool CliLoadTyres(const char *cmd, CliTyreState *state);
 // The values export-ascii accepts: steps >= 0 and a maximum above 0 (the
 // window asks again for anything else).
 bool CliAsciiArgsValid(int steps, float maximum);
+// A TYRE argument as the tyre commands take it: a bare name looked up in the
+// base folder (CarResolveSource).
+std::string CliResolveTyre(const std::string &source);
+// Whether `source` loads as a tyre for `wheel` (the loader's own reports
+// held back); when not, prints "tyrograph-cli CMD: PREFIX<the problem>" and
+// returns false.
+bool CliTyreLoads(const char *cmd, const std::string &source, int wheel, const char *prefix);
 // Loads one tyre from `source` with the state's wheel, edits and operating point.
 bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre);
 // An output option at rest[*i]: "-o OUT" (moving *i past OUT) or "--force".

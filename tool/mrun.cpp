@@ -20,6 +20,7 @@
 #include "tool/session.h"
 #include "tool/settings.h"
 #include "tool/toolenv.h"
+#include "tool/viewkeys.h"
 #include "tool/windowframe.h"
 #include "diag/qdebug.h"
 #include "ui/qapp.h"
@@ -146,6 +147,7 @@ void PaintFrame() {
   // The tool's frame pacing: one frame, then 16 ms of rest.
   qpSleep(16);
   session.ghostCamber = PanelGhostCamber();
+  ViewExpireSavedNote(qpTimeMs());
   FitPoll();  // a fit that ended on its worker goes into the tyre
   FramePaintGraphs(canvas, settings.viewWidth, settings.viewHeight);
   // The controls, and a dialog over them while one runs.

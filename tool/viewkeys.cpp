@@ -15,6 +15,7 @@
 #include "ui/qapp.h"
 #include "ui/qdlgfile.h"
 #include "ui/qevent.h"
+#include "ui/qplatform.h"
 
 void ViewCycle() { session.view = (session.view + 1) % PLOT_KIND_COUNT; }
 
@@ -66,9 +67,18 @@ bool ViewSavePng(const std::string &path, int width, int height) {
     PlotPaint(r, PlotKind(session.view), st, QRect(0, 0, width, height),
               DataPointsAt(session.point.load, session.point.camber));
   }, &error);
-  if (!ok) QERR("%s", error.c_str());
-  else QNOTE("view saved as %s", path.c_str());
-  return ok;
+  if (!ok) {
+    QERR("%s", error.c_str());
+    return false;
+  }
+  QNOTE("view saved as %s", path.c_str());
+  session.savedView = path;
+  session.savedViewUntilMs = qpTimeMs() + SESSION_SAVED_VIEW_MS;
+  return true;
+}
+
+void ViewExpireSavedNote(uint64_t nowMs) {
+  if (nowMs >= session.savedViewUntilMs) session.savedView.clear();
 }
 
 bool ViewKeyDispatch(const QEvent *ev, const ToolEnv &env) {

@@ -152,3 +152,27 @@ def test_long_arrays_equal_their_slices(touring, dtype):
         part = touring.eval(fz[at:at + 700], kappa[at:at + 700], alpha[at:at + 700].copy(), 0.01, dtype=dtype)
         for q in range(3):
             np.testing.assert_array_equal(whole[q][at:at + 700], part[q])
+
+
+def test_degrees_keyword_takes_angles_in_degrees(touring):
+    deg = touring.eval([2000.0, 4000.0], 0.05, [-6.0, 8.0], [1.0, -2.0], degrees=True)
+    rad = touring.eval([2000.0, 4000.0], 0.05, np.radians([-6.0, 8.0]), np.radians([1.0, -2.0]))
+    for a, b in zip(deg, rad):
+        assert np.array_equal(a, b)
+    # scalars, float64 results and the other keywords pass through
+    one = touring.eval(4000, 0.0, 3, 0, degrees=True, dtype=np.float64, exact=True)
+    assert one.fy.dtype == np.float64 and one.fy == touring.eval(4000, 0.0, np.radians(3.0), 0, dtype=np.float64,
+                                                                   exact=True).fy
+    # without it the same numbers are radians
+    assert touring.eval(4000.0, 0.0, 8.0, 0.0).fy != deg.fy[1]
+
+
+def test_loads_at_or_below_zero_warn_as_nan_does(touring):
+    with pytest.warns(tyrograph.TyreWarning, match=r"2 load\(s\) not above 0 N \(the first: -5 N\)"):
+        r = touring.eval([4000.0, -5.0, 0.0], 0.1, 0.1, 0.0)
+    assert r.fx[0] > 0 and r.fx[1] == 0 and r.fx[2] == 0
+    with pytest.warns(tyrograph.TyreWarning, match="1 load"):
+        touring.eval(np.zeros((2, 2)) + [[1.0, 0.0], [1.0, 1.0]], 0.1, 0.1, 0.0)
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        touring.eval([4000.0, 0.5], 0.1, 0.1, 0.0)  # small loads are loads

@@ -61,9 +61,9 @@ printf '4000 0.1 0\n' | "$cli" eval "$src/data/cars/touring" >/dev/null 2>err.tx
 check 2 "$?" short-line-exit
 grep -q "line 1: expected 4 numbers" err.txt || { echo "FAIL short line message: $(cat err.txt)"; fail=1; }
 "$cli" eval "$src/data/cars/touring" --wheel 4 </dev/null >/dev/null 2>&1
-check 1 "$?" wheel-range
+check 2 "$?" wheel-range
 "$cli" eval "$tmp/nothere" </dev/null >/dev/null 2>err.txt
-check 1 "$?" missing-tyre
+check 2 "$?" missing-tyre
 "$cli" eval >/dev/null 2>&1
 check 2 "$?" no-tyre
 exit $fail

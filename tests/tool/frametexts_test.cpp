@@ -9,6 +9,9 @@
 #include <vector>
 
 #include "chart/carload.h"
+#include "chart/chart.h"
+#include "chart/frametexts.h"
+#include "chart/plot.h"
 #include "tool/windowframe.h"
 #include "chart/opvalues.h"
 #include "tool/fitworker.h"
@@ -210,6 +213,56 @@ TEST_F(FrameTexts, OperatingPointLineAndClampNotes) {
   ExpectNoOverlap(drawn, "three clamp notes and a reference tyre");
 }
 
+// A reference tyre's legend, in the curves and in every view: file names
+// rather than paths, shortened in the middle when long, on no other text and
+// under no curve.
+TEST_F(FrameTexts, LegendsInEveryViewKeepClearOfTextsAndCurves) {
+  // A TIR file deep in folders with a long name, as the main tyre.
+  ScratchDir dir;
+  const std::string deep = dir.root + "/a/rather/long/folder/for/the/tyres/of/this/car";
+  const std::string tir = deep + "/MagicFormula52_Parameters_front_axle_summer_compound_2024_v2.tir";
+  ASSERT_EQ(system(("mkdir -p '" + deep + "' && cp '" + TirFile("MagicFormula52_Parameters.tir") + "' '" + tir + "'")
+                       .c_str()),
+            0);
+  SessionLoadTir(tir.c_str());
+  session.lastTir = tir;
+  PanelResetControls();
+  PanelRefreshLabels();
+  for (const char *ref : {"MagicFormula61_Parameters.tir", "335_65R22_5_G275MSA_60psi.tir"}) {
+    ASSERT_TRUE(ViewLoadReference(TirFile(ref).c_str()));
+    for (int view = 0; view < PLOT_KIND_COUNT; view++) {
+      session.view = view;
+      const std::string what = std::string(PlotKindName(PlotKind(view))) + " with " + ref;
+      std::vector<Drawn> drawn = Frame();
+      ExpectNoOverlap(drawn, what.c_str());
+      const QRect area(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, VIEW_W, VIEW_H);
+      const int cx = area.x + VIEW_W / 2, cy = area.y + VIEW_H / 2;
+      const Chart chart = PlotChart(PlotKind(view), FrameStateFromSession(), nullptr);
+      int legends = 0;
+      for (const Drawn &d : drawn) {
+        const bool main = d.text.find("MagicFormula52") != std::string::npos, other = d.text.find(ref) != std::string::npos;
+        if (!main && !other && d.text.find("...") == std::string::npos) continue;
+        if (!Meet(d.box, area) || d.box.y < area.y + 40) continue;  // the title bar has the path
+        legends++;
+        EXPECT_EQ(d.text.find('/'), std::string::npos) << what << ": " << Describe(d);
+        EXPECT_LE(d.box.wid, CHART_LEGEND_TEXT) << what << ": " << Describe(d);
+        if (view == PLOT_CURVES) {
+          Graph *const *refGraphs = session.reference;
+          EXPECT_EQ(FrameCurveHits(session.graphs, d.box, cx, cy) + FrameCurveHits(refGraphs, d.box, cx, cy), 0)
+              << what << ": a curve runs through " << Describe(d);
+        } else {
+          EXPECT_EQ(ChartHits(cv, chart, area, d.box), 0) << what << ": a series runs through " << Describe(d);
+        }
+      }
+      // Two tyres: the curves have two legend lines, the views one per series.
+      EXPECT_GE(legends, 2) << what;
+    }
+    ViewDropReference();
+  }
+  session.view = PLOT_CURVES;
+  session.lastTir.clear();
+}
+
 // Text that is no number is taken as a number all the same; the note after
 // the value line says which, until the next selection or move.
 TEST_F(FrameTexts, TypedValueThatIsNoNumberIsNamed) {
@@ -287,13 +340,15 @@ TEST_F(FrameTexts, FittingHintsProgressAndFiguresStandClear) {
   EXPECT_TRUE(Has(drawn, "rig_run_mf61.txt: 24 set points, 14206 points kept"));
   ExpectNoOverlap(drawn, "data loaded");
   inside(drawn, "data loaded");
-  // The widest set point line and the widest progress line fit beside the panel.
+  // The widest set point line and the widest progress line fit beside the
+  // panel, in the room the hint lines have before they are shortened.
+  const int room = LayoutCompute(VIEW_W, VIEW_H).wheel.wid + 30;
   for (float load : {2000.0f, 9000.0f}) {
     std::string hint = DataHint(load, -3);
-    EXPECT_LE(LayoutCompute(VIEW_W, VIEW_H).wheel.x + cv->MeasureText(hint.c_str()), WIN_W) << hint;
+    EXPECT_LE(cv->MeasureText(hint.c_str()), room) << hint;
   }
-  for (const char *widest : {"F6 6/6 combined Mz #200", "RMS 100.00 %, Esc cancels"})
-    EXPECT_LE(LayoutCompute(VIEW_W, VIEW_H).wheel.x + cv->MeasureText(widest), WIN_W) << widest;
+  for (const char *widest : {"F6 6/6 combined Mz #200", "RMS 100.00 %, Esc cancels", "Ctrl+Z/Y undo 100, redo 100"})
+    EXPECT_LE(cv->MeasureText(widest), room) << widest;
   // A running fit: its progress in the hint lines.
   PanelFocus(2);
   ASSERT_TRUE(FitStart());
