@@ -72,6 +72,13 @@ bool IsRangeLabel(const std::string &t) {
   return std::regex_match(t, label);
 }
 
+// A word of "Varying parameter (ghost curves)" or "Pacejka coefficients/scale factors".
+bool IsGroupTitleWord(const std::string &word) {
+  for (const char *w : {"Varying", "parameter", "(ghost", "curves)", "Pacejka", "coefficients/scale", "factors"})
+    if (word == w) return true;
+  return false;
+}
+
 class FrameTexts : public ToolWindowTest {
  protected:
   void SetUp() override {
@@ -104,12 +111,21 @@ class FrameTexts : public ToolWindowTest {
     PanelRefreshLabels();
   }
 
+  // No two texts meet, and each fits: inside the window, and set at its
+  // font's own width (a caption wider than its room is drawn tighter, glyph
+  // by glyph, and comes back here word by word). Only the two group titles
+  // of the side column are set tighter, to stay near their 150-pixel column.
   static void ExpectNoOverlap(const std::vector<Drawn> &drawn, const char *what) {
     ASSERT_GT(drawn.size(), 40u) << what;
     for (size_t i = 0; i < drawn.size(); i++)
       for (size_t j = i + 1; j < drawn.size(); j++)
         EXPECT_FALSE(Meet(drawn[i].box, drawn[j].box))
             << what << ": " << Describe(drawn[i]) << " overlaps " << Describe(drawn[j]);
+    for (const Drawn &d : drawn) {
+      EXPECT_TRUE(d.box.x >= 0 && d.box.y >= 0 && d.box.x + d.box.wid <= WIN_W && d.box.y + d.box.hgt <= WIN_H)
+          << what << ": " << Describe(d) << " leaves the window";
+      EXPECT_TRUE(!d.glyphs || IsGroupTitleWord(d.text)) << what << ": " << Describe(d) << " is squeezed into its room";
+    }
   }
 
   static bool Has(const std::vector<Drawn> &drawn, const std::string &text) {
@@ -211,6 +227,15 @@ TEST_F(FrameTexts, OperatingPointLineAndClampNotes) {
   ViewDropReference();
   EXPECT_TRUE(Has(drawn, "reference: MagicFormula61_Parameters.tir"));
   ExpectNoOverlap(drawn, "three clamp notes and a reference tyre");
+  // The longest line: the slider's top load and camber -10 degrees give
+  // five-digit forces with signs, beside the clamp notes.
+  PanelOpMoved(OP_LOAD, 1000);
+  PanelOpMoved(OP_CAMBER, 0);
+  drawn = Frame();
+  v = OpValuesAt(*Tyre(CURVE_FX, 0), session.point);
+  OpValuesText(v, "FL", line, sizeof line);
+  EXPECT_TRUE(Has(drawn, line)) << line;
+  ExpectNoOverlap(drawn, line);
 }
 
 // A reference tyre's legend, in the curves and in every view: file names
