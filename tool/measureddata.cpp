@@ -102,9 +102,9 @@ std::string DataHint(float load, float camberDeg) {
   if (sp < 0) return "F5 data: none";
   const KSetPoint &s = g_data->setPoints[size_t(sp)];
   char buf[160];
-  int n = snprintf(buf, sizeof buf, "F5 %d/%zu: %.0f N, %.3g deg", sp + 1, g_data->setPoints.size(),
+  int n = snprintf(buf, sizeof buf, "F5 %d/%zu: %.0f N %.3g deg", sp + 1, g_data->setPoints.size(),
                    s.fz, s.gamma * CURVE_RAD2DEG);
   if (s.pressure > 0 && n > 0 && size_t(n) < sizeof buf)
-    snprintf(buf + n, sizeof buf - size_t(n), ", %.0f kPa", s.pressure / 1000.0);
+    snprintf(buf + n, sizeof buf - size_t(n), " %.0f kPa", s.pressure / 1000.0);
   return buf;
 }

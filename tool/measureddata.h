@@ -32,5 +32,5 @@ int DataNearestSetPoint(float load, float camberDeg);
 // null without data. `setPoint` (may be null) receives its index.
 const PlotPoints *DataPointsAt(float load, float camberDeg, int *setPoint = nullptr);
 // The hint line, set point 3 of 24 at 4000 N, -3 degrees, 240 kPa:
-// "F5 3/24: 4000 N, -3 deg, 240 kPa".
+// "F5 3/24: 4000 N -3 deg 240 kPa".
 std::string DataHint(float load, float camberDeg);
