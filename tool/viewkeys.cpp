@@ -8,6 +8,7 @@
 #include "chart/carload.h"
 #include "chart/graph.h"
 #include "chart/plot.h"
+#include "tool/measureddata.h"
 #include "tool/session.h"
 #include "tool/toolenv.h"
 #include "tool/windowframe.h"
@@ -63,7 +64,8 @@ bool ViewSavePng(const std::string &path, int width, int height) {
   FrameState st = FrameStateFromSession();
   std::string error;
   bool ok = QCairoWriteFile(path, width, height, width, height, [&](QRenderer *r) {
-    PlotPaint(r, PlotKind(session.view), st, QRect(0, 0, width, height), nullptr);
+    PlotPaint(r, PlotKind(session.view), st, QRect(0, 0, width, height),
+              DataPointsAt(session.point.load, session.point.camber));
   }, &error);
   if (!ok) {
     QERR("%s", error.c_str());

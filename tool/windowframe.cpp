@@ -9,12 +9,18 @@
 #include "chart/frametexts.h"
 #include "chart/graph.h"
 #include "chart/plot.h"
+#include "chart/textplace.h"
 #include "render/qrenderer.h"
+#include "tool/fitkeys.h"
 #include "tool/layout.h"
+#include "tool/measureddata.h"
 #include "tool/session.h"
 #include "tool/settings.h"
 
 namespace {
+
+// Lines of hints under the "Wheel index" slider the window has room for.
+constexpr int HINT_LINES = 7;
 
 void PaintCoefficientTexts(QRenderer *r, int left, int top, int bandTop) {
   // Nothing is selected yet while the start-up still loads the car.
@@ -64,10 +70,16 @@ FrameState FrameStateFromSession() {
 void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
   r->BeginPicture(QColor(255, 255, 255, 255));
   QRect view(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, viewWidth, viewHeight);
-  PlotPaint(r, PlotKind(session.view), FrameStateFromSession(), view, nullptr);
+  // Measured data (F5): the nearest set point's points behind the curves.
+  const PlotPoints *points = DataPointsAt(session.point.load, session.point.camber);
+  PlotPaint(r, PlotKind(session.view), FrameStateFromSession(), view, points);
   int cx = GRAPH_LEFT_MARGIN + viewWidth / 2;
   int areaTop = GRAPH_TOP_MARGIN, areaBottom = GRAPH_TOP_MARGIN + viewHeight;
-  if (r->HasFont() && session.graphs[CURVE_FX]) FramePaintCarNote(r, session.carNote, view.x + 15, areaTop + 10);
+  if (r->HasFont() && session.graphs[CURVE_FX]) {
+    std::string note = session.carNote;
+    if (const MeasuredData *d = DataGet()) note = note.empty() ? d->note : note + "; " + d->note;
+    FramePaintCarNote(r, note, view.x + 15, areaTop + 10);
+  }
   if (session.view == PLOT_CURVES) 
     FramePaintOpLine(r, session.graphs, session.point, session.wheel, cx - Graph::X_ORIGIN, GRAPH_LEFT_MARGIN + viewWidth,
                      areaBottom);
@@ -94,5 +106,26 @@ void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
     for (int i = 0; i < 4; i++)
       if (!hint[i].empty())
         r->DrawText(QElideMiddle(hint[i], room, width).c_str(), layout.wheel.x, top + 15 * i, QColor(128, 128, 128, 255));
+    // The fitting keys (tool/fitkeys.h) once data is loaded, after F4's
+    // folder line while that shows, as many as the window holds; without
+    // data the frame stays as it always was.
+    if (DataGet()) {
+      std::string more[4];
+      FitHintLines(more);
+      const int first = hint[3].empty() ? 3 : 4;
+      for (int i = 0; i < 4 && first + i < HINT_LINES; i++)
+        r->DrawText(QElideMiddle(more[i], room, width).c_str(), layout.wheel.x, top + 15 * (first + i),
+                    QColor(128, 128, 128, 255));
+    }
+    // The last fit's figures, right-aligned in the graph area on the peak
+    // lines, one per fitted channel.
+    if (session.view == PLOT_CURVES)
+      for (int ch = 0; ch < KCH_COUNT; ch++) {
+        std::string t = FitFiguresText(ch);
+        if (t.empty()) continue;
+        TextSpot at = TextPlacePeak(ch, 0, areaBottom);
+        r->DrawText(t.c_str(), GRAPH_LEFT_MARGIN + viewWidth - 8 - r->MeasureText(t.c_str()), at.y,
+                    QColor(0, 0, 0, 255));
+      }
   }
 }

@@ -23,6 +23,15 @@
 
 namespace {
 
+// Set while a quiet fit runs on this thread: the batch's issues go unreported.
+thread_local bool t_quiet = false;
+
+void Report(const KBatchIssues &issues) {
+  if (!t_quiet) KBatchReport(issues);
+}
+
+bool Cancelled(const KFitOptions &o) { return o.cancel && o.cancel->load(std::memory_order_relaxed); }
+
 // ---- [1] model names, evaluation at a point ------------------------------------
 
 struct ModelKey {
@@ -108,7 +117,7 @@ class StageCost : public ceres::CostFunction {
     KBatchIssues issues;
     EvaluateChannel(at, points_, out.data(), &issues);
     for (size_t i = 0; i < N; i++) residuals[i] = (double(out[i]) - points_.measured[i]) / peak_ * Weight(i);
-    KBatchReport(issues);
+    Report(issues);
     // 2. the Jacobian, a column per parameter: column j on worker j % threads
     //    (worker 0 is this thread); the workers only evaluate
     if (jacobians && jacobians[0]) {
@@ -128,7 +137,7 @@ class StageCost : public ceres::CostFunction {
       for (int w = 1; w < threads_; w++) workers.emplace_back(columns, size_t(w));
       columns(0);
       for (std::thread &t : workers) t.join();
-      for (const KBatchIssues &f : found) KBatchReport(f);
+      for (const KBatchIssues &f : found) Report(f);
     }
     for (size_t i = 0; i < N; i++)
       if (!std::isfinite(residuals[i])) return false;  // the solver shortens its step
@@ -157,7 +166,7 @@ class ProgressRelay : public ceres::IterationCallback {
     if (options_.progress)
       options_.progress(options_.user,
                         {KPacejkaGroupName(stage_.group), index_, count_, summary.iteration, summary.cost});
-    return ceres::SOLVER_CONTINUE;
+    return Cancelled(options_) ? ceres::SOLVER_ABORT : ceres::SOLVER_CONTINUE;
   }
 
  private:
@@ -215,7 +224,7 @@ double SumOfSquares(const KTyreParams &tyre, const ChannelPoints &points) {
   std::vector<float> out(points.size());
   KBatchIssues issues;
   EvaluateChannel(tyre, points, out.data(), &issues);
-  KBatchReport(issues);
+  Report(issues);
   double sum = 0;
   for (size_t i = 0; i < points.size(); i++) {
     const double e = double(out[i]) - points.measured[i];
@@ -319,7 +328,7 @@ int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacej
   ceres::Solve(so, &problem, &summary);
   // 4. the tyre keeps the best parameters the solver found
   for (size_t j = 0; j < x.size(); j++) *m.value[j] = float(x[j] * m.scale[j]);
-  if (!summary.IsSolutionUsable())
+  if (!summary.IsSolutionUsable() && !o.quiet && !Cancelled(o))
     QWARN("stage %s: the solver stopped: %s", KPacejkaGroupName(s.group), summary.message.c_str());
   *cost = summary.IsSolutionUsable() ? summary.final_cost : HUGE_VAL;
   return int(summary.iterations.size());
@@ -348,7 +357,7 @@ int RobustRefit(const KFitOptions &o, const KFitStage &s, int index, int count, 
   for (int round = 0; round < ROBUST_ROUNDS; round++) {
     KBatchIssues issues;
     EvaluateChannel(*tyre, points, out.data(), &issues);
-    KBatchReport(issues);
+    Report(issues);
     double worst = 0;
     for (size_t i = 0; i < points.size(); i++) {
       const double r = (double(out[i]) - points.measured[i]) * o.weight[s.channel] / peak;
@@ -423,7 +432,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
       best.clear();
       for (float *v : m.value) best.push_back(*v);
     }
-    if (std::sqrt(2 * bestCost / double(points.size())) <= GOOD_FIT) break;
+    if (std::sqrt(2 * bestCost / double(points.size())) <= GOOD_FIT || Cancelled(o)) break;
   }
   for (size_t j = 0; j < m.value.size(); j++) *m.value[j] = best[j];
   // 4. the robust loss, from the least-squares solution: the starts are
@@ -598,7 +607,7 @@ void KFitEvaluate(const KTyreParams &tyre, const KMeasuredData &data, KFitChanne
     std::vector<float> out(c.size());
     KBatchIssues issues;
     EvaluateChannel(tyre, c, out.data(), &issues, KBATCH_EXACT);
-    KBatchReport(issues);
+    Report(issues);
     double ssRes = 0, ssTot = 0;
     for (size_t i = 0; i < c.size(); i++) {
       const double e = double(out[i]) - c.measured[i];
@@ -656,9 +665,14 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
                     KPacejka::GetModelName(o.model);
   }
   if (!result->error.empty()) {
-    QERR("%s", result->error.c_str());
+    if (!o.quiet) QERR("%s", result->error.c_str());
     return false;
   }
+  struct Quiet {
+    bool was = t_quiet;
+    explicit Quiet(bool q) { t_quiet = t_quiet || q; }
+    ~Quiet() { t_quiet = was; }
+  } quiet(o.quiet);
   // 2. channels pointing the unusual way are fitted mirrored
   KMeasuredData work = data;
   for (int ch : {KCH_FY, KCH_MZ}) {
@@ -705,14 +719,21 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   if (stages.size() == size_t(listedCount)) stages.insert(stages.end(), pressure, pressure + pressureCount);
   const int count = int(stages.size());
   for (int i = 0; i < count; i++) {
+    if (o.channel >= 0 && stages[size_t(i)]->channel != o.channel) continue;
+    if (Cancelled(o)) break;
     if (o.stageStart) o.stageStart(o.user, *stages[size_t(i)], *out);
     result->iterations += RunStageFromBothStarts(work, o, *stages[size_t(i)], i, count, out, result);
   }
   // 4b. the aligning moment once more over all its points, pure and combined
   //     slip together: its combined-slip terms were fitted on top of a
   //     pure-slip trail that the combined points then pull a little
-  if (combinedPoints && KFitHasCombined(o.model) && o.weight[KCH_MZ] > 0)
+  if (combinedPoints && KFitHasCombined(o.model) && o.weight[KCH_MZ] > 0 && (o.channel < 0 || o.channel == KCH_MZ) &&
+      !Cancelled(o))
     result->iterations += PolishMoment(work, o, count, out, result);
+  if (Cancelled(o)) {
+    result->error = "cancelled";
+    return false;
+  }
   // 5. back to the data's signs, the data's ranges, and how well it fits
   KFitMirror(*out, result->mirrored[KCH_FY], result->mirrored[KCH_MZ]);
   RangesFromData(data, out);

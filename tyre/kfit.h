@@ -24,6 +24,7 @@
 // and into KFitResult::error.
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -96,6 +97,13 @@ struct KFitOptions {
   KFitProgressFn progress = nullptr;
   KFitStageFn stageStart = nullptr;
   void *user = nullptr;
+  // Only the stages that fit this channel (KCH_FX ...); -1 every stage.
+  int channel = -1;
+  // Set from another thread, it stops the fit at the solver's next
+  // iteration; KFitTyre then returns false with the error "cancelled".
+  const std::atomic<bool> *cancel = nullptr;
+  // Reports nothing (a fit on a worker thread): problems only in the result.
+  bool quiet = false;
 };
 
 // How well a tyre reproduces one channel of the data.

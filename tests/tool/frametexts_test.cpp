@@ -2,7 +2,9 @@
 // no two overlap, range labels stay off the curves, notes say what they should.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <regex>
+#include <thread>
 #include <string>
 #include <vector>
 
@@ -12,7 +14,12 @@
 #include "chart/plot.h"
 #include "tool/windowframe.h"
 #include "chart/opvalues.h"
+#include "tool/fitworker.h"
+#include "tool/fitkeys.h"
+#include "tool/layout.h"
+#include "tool/measureddata.h"
 #include "tool/settings.h"
+#include "tool/tyrehistory.h"
 #include "tool/viewkeys.h"
 #include "toolwindow.h"
 #include "ui/qfont.h"
@@ -336,3 +343,62 @@ TEST_F(FrameTexts, CarNoteNamesTheWheelsWithoutTyre) {
 }
 
 }  // namespace
+
+// The fitting keys' hint lines (with data loaded), a running fit's progress
+// and a finished fit's figures keep clear of every other text and inside
+// the window.
+TEST_F(FrameTexts, FittingHintsProgressAndFiguresStandClear) {
+  auto inside = [&](const std::vector<Drawn> &drawn, const char *what) {
+    for (const Drawn &d : drawn) {
+      EXPECT_LE(d.box.x + d.box.wid, WIN_W) << what << ": " << Describe(d);
+      EXPECT_LE(d.box.y + d.box.hgt, WIN_H) << what << ": " << Describe(d);
+    }
+  };
+  HistoryClear(-1);
+  OpenTir("MagicFormula61_Parameters.tir");
+  ASSERT_TRUE(DataLoad((std::string(TYRO_SOURCE_DIR) + "/data/measured/rig_run_mf61.txt").c_str()));
+  std::vector<Drawn> drawn = Frame();
+  EXPECT_TRUE(Has(drawn, "F5 "));
+  EXPECT_TRUE(Has(drawn, "F6 fit: all"));
+  EXPECT_TRUE(Has(drawn, "F7 write tyre"));
+  EXPECT_TRUE(Has(drawn, "Ctrl+Z/Y undo 0, redo 0"));
+  EXPECT_TRUE(Has(drawn, "rig_run_mf61.txt: 24 set points, 14206 points kept"));
+  ExpectNoOverlap(drawn, "data loaded");
+  inside(drawn, "data loaded");
+  // The widest set point line and the widest progress line fit beside the
+  // panel, in the room the hint lines have before they are shortened.
+  const int room = LayoutCompute(VIEW_W, VIEW_H).wheel.wid + 30;
+  for (float load : {2000.0f, 9000.0f}) {
+    std::string hint = DataHint(load, -3);
+    EXPECT_LE(cv->MeasureText(hint.c_str()), room) << hint;
+  }
+  for (const char *widest : {"F6 6/6 combined Mz #200", "RMS 100.00 %, Esc cancels", "Ctrl+Z/Y undo 100, redo 100"})
+    EXPECT_LE(cv->MeasureText(widest), room) << widest;
+  // A running fit: its progress in the hint lines.
+  PanelFocus(2);
+  ASSERT_TRUE(FitStart());
+  for (int i = 0; i < 3000 && FitWorkerGetProgress().stage.empty(); i++)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  drawn = Frame();
+  EXPECT_TRUE(Has(drawn, "F6 2/6 pure Fy #"));
+  EXPECT_TRUE(Has(drawn, ", Esc cancels"));
+  ExpectNoOverlap(drawn, "fit running");
+  inside(drawn, "fit running");
+  FitWorkerCancel();
+  for (int i = 0; i < 3000 && !FitPoll(); i++) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  // A finished fit of every stage (thinned data: quicker): its figures.
+  PanelFocus(0);
+  ASSERT_TRUE(DataLoad((std::string(TYRO_SOURCE_DIR) + "/data/measured/rig_run_mf61.txt").c_str(), 40));
+  ASSERT_TRUE(FitStart());
+  bool ended = false;
+  for (int i = 0; i < 12000 && !(ended = FitPoll()); i++) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  ASSERT_TRUE(ended);
+  drawn = Frame();
+  for (const char *ch : {"Fx fit: RMS ", "Fy fit: RMS ", "Mz fit: RMS "}) EXPECT_TRUE(Has(drawn, ch)) << ch;
+  EXPECT_TRUE(Has(drawn, "Ctrl+Z/Y undo 1, redo 0"));
+  ExpectNoOverlap(drawn, "fit figures");
+  inside(drawn, "fit figures");
+  FitForget();
+  DataDrop();
+  HistoryClear(-1);
+}
