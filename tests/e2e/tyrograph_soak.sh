@@ -44,7 +44,9 @@ xdotool key --window $WID F5
 sleep 0.8
 xdotool type --delay 10 "$HOME_DIR/data/measured/rig_run_mf61.txt"
 xdotool key --window $WID Return
-sleep 2
+# Reading and conditioning the run happens on the window's thread; F6 before
+# it ends would find no data, and its Escape would end the program.
+sleep 5
 RSS_START=$(rss)
 echo "rss: start ${RSS_START} kB"
 RANDOM=$SEED
@@ -90,8 +92,8 @@ while [ $SECONDS -lt $end ] && kill -0 $PID 2>/dev/null; do
   if [ $((SECONDS - minute)) -ge 60 ]; then minute=$SECONDS; echo "rss: $(((SECONDS - begin) / 60)) min $(rss) kB"; fi
 done
 RSS_END=$(rss)
-tyro_shot end
 kill -0 $PID 2>/dev/null || { cat "$HOME_DIR/stderr.txt" | tail -30 >&2; tyro_fail "the tool ended during the soak, after $n actions"; }
+tyro_shot end
 kill $PID; wait $PID 2>/dev/null
 if grep -qE "AddressSanitizer|runtime error|LeakSanitizer" "$HOME_DIR/stderr.txt"; then
   grep -A20 -E "AddressSanitizer|runtime error" "$HOME_DIR/stderr.txt" | head -40 >&2

@@ -213,7 +213,8 @@ TEST_F(FitKeys, EscapeCancelsTheFitAndLeavesTheTyreAsItWas) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   std::string hints[4];
   FitHintLines(hints);
-  EXPECT_EQ(hints[1].rfind("F6 1/6 pure Fx #", 0), 0u) << hints[1];
+  EXPECT_EQ(hints[1].rfind("F6 1/", 0), 0u) << hints[1];
+  EXPECT_NE(hints[1].find(" pure Fx #"), std::string::npos) << hints[1];
   EXPECT_EQ(hints[2].rfind("RMS ", 0), 0u) << hints[2];
   EXPECT_NE(hints[2].find(" %, Esc cancels"), std::string::npos) << hints[2];
   EXPECT_TRUE(Press(QK_ESC));  // not the end of the program while a fit runs
