@@ -374,8 +374,10 @@ constexpr size_t SHAPE_STARTS = 3;
 constexpr double GOOD_FIT = 0.015;
 
 // Fits the members stage `s` varies; returns the solver's iteration count.
+// `search` false: one solve from the members as they are (a polish of a
+// solution found on fewer points), no grid of shape pairs.
 int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
-             KPacejka *tyre, KFitResult *result) {
+             KPacejka *tyre, KFitResult *result, bool search = true) {
   // 1. the points and the channel's scale; a channel weighted 0 is not fitted
   const ChannelPoints points =
       MakeChannelPoints(StagePoints(data, s), s.channel, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
@@ -391,7 +393,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
   //    members as they are
   float *C = nullptr, *E = nullptr;
   std::vector<ShapePair> starts;
-  if (!s.combined) starts = RankShapes(tyre, s, points, SHAPE_STARTS, &C, &E);
+  if (!s.combined && search) starts = RankShapes(tyre, s, points, SHAPE_STARTS, &C, &E);
   if (starts.empty()) starts.push_back({0, 0, 0});
   // 3. a solve from each; the lowest cost wins
   std::vector<float> first, best;
@@ -461,9 +463,26 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
 // taking the second start alone once it reaches the noise saves a third of
 // the time, but one perturbed copy of sample.tir then fits its three loads
 // to 1.03 % and misses the moment by 40 % between them.)
+//
+// Dense data: both starts run on an even selection of at most SEARCH_POINTS
+// of the stage's points with plain squares, and the better one is then
+// settled on all points (with the robust loss). The search is what costs;
+// the settling starts next to the solution and takes a few iterations.
+constexpr size_t SEARCH_POINTS = 1500;
+
 int RunStageFromBothStarts(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
                            KPacejka *tyre, KFitResult *result) {
   if (o.start || !(o.weight[s.channel] > 0)) return RunStage(data, o, s, index, count, tyre, result);
+  const std::vector<const KMeasuredPoint *> stagePoints = StagePoints(data, s);
+  if (stagePoints.size() > 2 * SEARCH_POINTS) {
+    KMeasuredData few;
+    std::copy(std::begin(data.has), std::end(data.has), std::begin(few.has));
+    for (size_t k = 0; k < SEARCH_POINTS; k++) few.points.push_back(*stagePoints[k * stagePoints.size() / SEARCH_POINTS]);
+    KFitOptions plain = o;
+    plain.loss = KFIT_LOSS_NONE;
+    int iterations = RunStageFromBothStarts(few, plain, s, index, count, tyre, result);
+    return iterations + RunStage(data, o, s, index, count, tyre, result, false);
+  }
   KPacejka *other = new KPacejka;
   KFitCopy(*tyre, other);
   other->model = tyre->model;
