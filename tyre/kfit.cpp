@@ -268,11 +268,17 @@ StageMembers MembersOf(KPacejka *tyre, const KFitStage &s, const std::vector<KFi
   return m;
 }
 
+// The solver stops when an iteration lowers the cost by less than this
+// fraction: SEARCH_TOLERANCE while starts are compared (a start that loses
+// need not be followed to its end), SETTLE_TOLERANCE for the result kept.
+constexpr double SEARCH_TOLERANCE = 1e-6, SETTLE_TOLERANCE = 1e-8;
+
 // One bounded least-squares solve of the stage from the members' current
 // values; leaves the best values found in the tyre. Returns the iterations;
 // `cost` gets the final cost.
 int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacejka *tyre, const StageMembers &m,
-          const ChannelPoints &points, double peak, double *cost, const std::vector<double> &pointWeight = {}) {
+          const ChannelPoints &points, double peak, double *cost, const std::vector<double> &pointWeight = {},
+          double tolerance = SETTLE_TOLERANCE) {
   // 1. scaled parameters within their bounds
   std::vector<double> x;
   for (size_t j = 0; j < m.value.size(); j++)
@@ -296,7 +302,7 @@ int Solve(const KFitOptions &o, const KFitStage &s, int index, int count, KPacej
   // Small first steps: a long first step lands where a curvature is capped at
   // 1 and its coefficients lose their gradient, and the solver stops there.
   so.initial_trust_region_radius = 0.1;
-  so.function_tolerance = 1e-8;
+  so.function_tolerance = tolerance;
   so.parameter_tolerance = 1e-8;
   ProgressRelay relay(o, s, index, count);
   so.callbacks.push_back(&relay);
@@ -377,7 +383,7 @@ constexpr double GOOD_FIT = 0.015;
 // `search` false: one solve from the members as they are (a polish of a
 // solution found on fewer points), no grid of shape pairs.
 int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
-             KPacejka *tyre, KFitResult *result, bool search = true) {
+             KPacejka *tyre, KFitResult *result, bool search = true, double tolerance = SETTLE_TOLERANCE) {
   // 1. the points and the channel's scale; a channel weighted 0 is not fitted
   const ChannelPoints points =
       MakeChannelPoints(StagePoints(data, s), s.channel, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
@@ -404,7 +410,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
     for (size_t j = 0; j < m.value.size(); j++) *m.value[j] = first[j];
     if (C && E) *C = start.C, *E = start.E;
     double cost;
-    iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost);
+    iterations += Solve(o, s, index, count, tyre, m, points, peak, &cost, {}, tolerance);
     if (best.empty() || cost < bestCost) {
       bestCost = cost;
       best.clear();
@@ -470,6 +476,9 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
 // the settling starts next to the solution and takes a few iterations.
 constexpr size_t SEARCH_POINTS = 1500;
 
+int SearchBothStarts(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
+                     KPacejka *tyre, KFitResult *result);
+
 int RunStageFromBothStarts(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
                            KPacejka *tyre, KFitResult *result) {
   if (o.start || !(o.weight[s.channel] > 0)) return RunStage(data, o, s, index, count, tyre, result);
@@ -478,23 +487,30 @@ int RunStageFromBothStarts(const KMeasuredData &data, const KFitOptions &o, cons
     KMeasuredData few;
     std::copy(std::begin(data.has), std::end(data.has), std::begin(few.has));
     for (size_t k = 0; k < SEARCH_POINTS; k++) few.points.push_back(*stagePoints[k * stagePoints.size() / SEARCH_POINTS]);
-    KFitOptions plain = o;
-    plain.loss = KFIT_LOSS_NONE;
-    int iterations = RunStageFromBothStarts(few, plain, s, index, count, tyre, result);
+    int iterations = SearchBothStarts(few, o, s, index, count, tyre, result);
     return iterations + RunStage(data, o, s, index, count, tyre, result, false);
   }
+  return SearchBothStarts(data, o, s, index, count, tyre, result) + RunStage(data, o, s, index, count, tyre, result, false);
+}
+
+// Both starts of a stage with plain squares and SEARCH_TOLERANCE; the better
+// is left in `tyre`. Returns the solver's iterations.
+int SearchBothStarts(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
+                     KPacejka *tyre, KFitResult *result) {
+  KFitOptions plain = o;
+  plain.loss = KFIT_LOSS_NONE;
   KPacejka *other = new KPacejka;
   KFitCopy(*tyre, other);
   other->model = tyre->model;
   int iterations = 0;
   if (!KFitStageStart(data, s, other)) {
-    iterations = RunStage(data, o, s, index, count, tyre, result);
+    iterations = RunStage(data, plain, s, index, count, tyre, result, true, SEARCH_TOLERANCE);
   } else {
     KFitResult alt;
     alt.held = result->held;
     alt.atBound = result->atBound;
-    iterations += RunStage(data, o, s, index, count, other, &alt);
-    iterations += RunStage(data, o, s, index, count, tyre, result);
+    iterations += RunStage(data, plain, s, index, count, other, &alt, true, SEARCH_TOLERANCE);
+    iterations += RunStage(data, plain, s, index, count, tyre, result, true, SEARCH_TOLERANCE);
     const ChannelPoints points = MakeChannelPoints(StagePoints(data, s), s.channel,
                                                    [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
     if (SumOfSquares(*other, points) < SumOfSquares(*tyre, points)) {

@@ -138,65 +138,6 @@ TEST_P(FitPerturbed, ReachesTheNoiseFromTheBuiltinStart) {
   }
 }
 
-// Each start of the moment on its own, for the Magic Formula tyres and their
-// perturbed copies. A fit runs each stage from both starts and keeps the
-// better, so a poor start hides behind the other there:
-//   - the built-in start: the moment's slope at small slip (trail times
-//     cornering stiffness, read off the data) within 25 % of the tyre's;
-//   - the per-load start (KFitStageStart), on the tyre's own lateral force:
-//     the pure-slip moment on the data within 3 % of peak before any stage.
-TEST(FitMomentStarts, EachStartFollowsTheData) {
-  int checked = 0;
-  for (const FitSource &src : BundledFitSources()) {
-    for (unsigned copy = 0; copy < 4; copy++) {
-      KPacejka *source = new KPacejka, *start = new KPacejka, *perLoad = new KPacejka;
-      LoadFitSource(src, source);
-      const bool magic = source->model == KPacejka::MF52 || source->model == KPacejka::MF61;
-      if (copy) Perturb(source, 1000 + copy);
-      KSamplePlan plan = KSamplePlanFor(*source, 3);
-      KMeasuredData data;
-      KSampleTyre(*source, plan, &data);
-      AddFitNoise(&data, 20261124 + copy);
-      const std::string what = FitSourceName(src) + " #" + std::to_string(copy);
-      // the starts take the data in the usual signs
-      if (magic && KFitDataSlopeSign(data, KCH_FY) == KFitUsualSign(KCH_FY) &&
-          KFitDataSlopeSign(data, KCH_MZ) == KFitUsualSign(KCH_MZ)) {
-        checked++;
-        const int model = source->model == KPacejka::MF52 ? KPacejka::MF52 : KPacejka::MF61;
-        KFitBuiltinStart(model, data, start);
-        for (KPacejka *t : {source, start}) {
-          t->slipAngleMin = t->slipRatioMin = t->camberMin = -99.0f;
-          t->slipAngleMax = t->slipRatioMax = t->camberMax = 99.0f;
-          t->fzMin = 0.0f, t->fzMax = 999999.0f;
-        }
-        auto slope = [&](const KPacejka &t) {
-          const float fz = float(plan.loads[1]);
-          return KTyreEvaluate(t, {fz, 0, 0.01f, 0}).Mz - KTyreEvaluate(t, {fz, 0, -0.01f, 0}).Mz;
-        };
-        const double ratio = slope(*start) / slope(*source);
-        // the per-load start on the tyre's own lateral force
-        KFitCopy(*source, perLoad);
-        perLoad->model = source->model;
-        for (int i = 0; i < kpacejkaMemberCount; i++)
-          if (kpacejkaMembers[i].group == KPacejkaMember::PURE_MZ)
-            KPacejkaSetMember(*perLoad, kpacejkaMembers[i], KPacejkaGetMember(*start, kpacejkaMembers[i]));
-        const KFitStage mz = {KPacejkaMember::PURE_MZ, KCH_MZ, false};
-        ASSERT_TRUE(KFitStageStart(data, mz, perLoad)) << what;
-        KFitChannelStats s[KCH_COUNT];
-        KFitEvaluate(*perLoad, data, s, true);
-        printf("| %-36s | slope ratio %6.3f | per-load start Mz %6.3f %% |\n", what.c_str(), ratio,
-               s[KCH_MZ].rmsPercent);
-        EXPECT_NEAR(ratio, 1.0, 0.25) << what << ": the built-in start's moment slope";
-        EXPECT_LE(s[KCH_MZ].rmsPercent, 3.0) << what << ": the per-load start's moment";
-      }
-      delete source;
-      delete start;
-      delete perLoad;
-    }
-  }
-  EXPECT_GE(checked, 8);
-}
-
 INSTANTIATE_TEST_SUITE_P(Bundled, FitPerturbed, testing::ValuesIn(BundledFitSources()),
                          [](const testing::TestParamInfo<FitSource> &i) {
                            std::string n = FitSourceName(i.param);
