@@ -90,6 +90,12 @@ class StageCost : public ceres::CostFunction {
             const std::vector<double> &pointWeight = {})
       : tyre_(tyre), members_(members), scale_(scale), points_(points), peak_(peak),
         threads_(std::max(1, std::min(threads, int(members.size())))), pointWeight_(pointWeight) {
+    factor_.resize(points.size());
+    slope_.resize(points.size());
+    for (size_t i = 0; i < points.size(); i++) {
+      factor_[i] = Weight(i) / peak_;
+      slope_[i] = factor_[i] / DIFF_STEP;
+    }
     set_num_residuals(int(points.size()));
     mutable_parameter_block_sizes()->push_back(int(members.size()));
   }
@@ -103,7 +109,7 @@ class StageCost : public ceres::CostFunction {
     std::vector<float> out(N);
     KBatchIssues issues;
     EvaluateChannel(at, points_, out.data(), &issues);
-    for (size_t i = 0; i < N; i++) residuals[i] = (double(out[i]) - points_.measured[i]) / peak_ * Weight(i);
+    for (size_t i = 0; i < N; i++) residuals[i] = (double(out[i]) - points_.measured[i]) * factor_[i];
     KBatchReport(issues);
     // 2. the Jacobian, a column per parameter: column j on worker j % threads
     //    (worker 0 is this thread); the workers only evaluate
@@ -116,8 +122,8 @@ class StageCost : public ceres::CostFunction {
           KTyreParams moved = at;
           Set(&moved, j, x[j] + DIFF_STEP);
           EvaluateChannel(moved, points_, plus.data(), &found[j]);
-          for (size_t i = 0; i < N; i++)
-            jac[i * P + j] = ((double(plus[i]) - points_.measured[i]) / peak_ * Weight(i) - residuals[i]) / DIFF_STEP;
+          // (model + change − model) · factor / step: the measured value drops out
+          for (size_t i = 0; i < N; i++) jac[i * P + j] = (double(plus[i]) - double(out[i])) * slope_[i];
         }
       };
       std::vector<std::thread> workers;
@@ -142,6 +148,7 @@ class StageCost : public ceres::CostFunction {
   double peak_;
   int threads_;
   std::vector<double> pointWeight_;
+  std::vector<double> factor_, slope_;  // per point: weight / peak, and that over the step
 };
 
 // Forwards the solver's iterations to the caller's progress callback.
