@@ -477,11 +477,15 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
 // the time, but one perturbed copy of sample.tir then fits its three loads
 // to 1.03 % and misses the moment by 40 % between them.)
 //
-// Dense data: both starts run on an even selection of at most SEARCH_POINTS
-// of the stage's points with plain squares, and the better one is then
-// settled on all points (with the robust loss). The search is what costs;
-// the settling starts next to the solution and takes a few iterations.
-constexpr size_t SEARCH_POINTS = 1500;
+// Dense data (a stage of more than twice SEARCH_POINTS): both starts run on
+// an even selection of SEARCH_POINTS of the stage's points with plain
+// squares, and the better one is then settled on all points (with the robust
+// loss). The search is what costs; the settling starts next to the solution.
+// Very dense data (more than VERY_DENSE): the search on DENSE_SEARCH_POINTS,
+// the settling in at most SETTLE_ITERATIONS (each iteration there costs
+// what a search on a fraction of the points does).
+constexpr size_t SEARCH_POINTS = 1500, VERY_DENSE = 6000, DENSE_SEARCH_POINTS = 1000;
+constexpr int SETTLE_ITERATIONS = 30;
 
 int SearchBothStarts(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s, int index, int count,
                      KPacejka *tyre, KFitResult *result);
@@ -491,11 +495,15 @@ int RunStageFromBothStarts(const KMeasuredData &data, const KFitOptions &o, cons
   if (o.start || !(o.weight[s.channel] > 0)) return RunStage(data, o, s, index, count, tyre, result);
   const std::vector<const KMeasuredPoint *> stagePoints = StagePoints(data, s);
   if (stagePoints.size() > 2 * SEARCH_POINTS) {
+    const bool veryDense = stagePoints.size() > VERY_DENSE;
+    const size_t keep = veryDense ? DENSE_SEARCH_POINTS : SEARCH_POINTS;
     KMeasuredData few;
     std::copy(std::begin(data.has), std::end(data.has), std::begin(few.has));
-    for (size_t k = 0; k < SEARCH_POINTS; k++) few.points.push_back(*stagePoints[k * stagePoints.size() / SEARCH_POINTS]);
+    for (size_t k = 0; k < keep; k++) few.points.push_back(*stagePoints[k * stagePoints.size() / keep]);
     int iterations = SearchBothStarts(few, o, s, index, count, tyre, result);
-    return iterations + RunStage(data, o, s, index, count, tyre, result, false);
+    KFitOptions settle = o;
+    if (veryDense) settle.maxIterations = std::min(o.maxIterations, SETTLE_ITERATIONS);
+    return iterations + RunStage(data, settle, s, index, count, tyre, result, false);
   }
   return SearchBothStarts(data, o, s, index, count, tyre, result) + RunStage(data, o, s, index, count, tyre, result, false);
 }
