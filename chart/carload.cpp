@@ -70,12 +70,51 @@ std::string CarResolveSource(const std::string &source, const std::string &base)
   return source;
 }
 
-static bool EndsWithTir(const char *name) {
-  size_t n = strlen(name);
-  if (n < 4) return false;
-  const char *ext = name + n - 4;
-  return ext[0] == '.' && tolower((unsigned char)ext[1]) == 't' && tolower((unsigned char)ext[2]) == 'i' &&
-         tolower((unsigned char)ext[3]) == 'r';
+static bool EndsWith(const char *name, const char *ext) {
+  size_t n = strlen(name), e = strlen(ext);
+  if (n < e) return false;
+  for (size_t i = 0; i < e; i++)
+    if (tolower((unsigned char)name[n - e + i]) != ext[i]) return false;
+  return true;
+}
+
+static bool EndsWithTir(const char *name) { return EndsWith(name, ".tir"); }
+
+// The first line of `text` that is neither blank nor a comment (';' in info
+// files, '#' in measured data), without its line end.
+static std::string FirstContentLine(const std::string &text) {
+  size_t at = 0;
+  while (at < text.size()) {
+    size_t end = text.find('\n', at);
+    if (end == std::string::npos) end = text.size();
+    size_t b = text.find_first_not_of(" \t\r", at);
+    if (b < end && text[b] != ';' && text[b] != '#') return text.substr(b, end - b);
+    at = end + 1;
+  }
+  return "";
+}
+
+std::string CarNotATyre(const char *path, int wheel) {
+  static const char kTyres[] = "a tyre is a .tir file, a car.ini or a car folder";
+  const std::string name = path;
+  std::string text;
+  if (FILE *f = fopen(path, "rb")) {
+    char buf[4096];
+    size_t n;
+    while (text.size() < (1u << 20) && (n = fread(buf, 1, sizeof buf, f)) > 0) text.append(buf, n);
+    fclose(f);
+  }
+  // TYDEX files mark their sections with "**" at the start of a line.
+  if (EndsWith(path, ".tdx") || text.rfind("**", 0) == 0 || text.find("\n**") != std::string::npos)
+    return name + ": a TYDEX measurement file, not a tyre (" + kTyres + "; `fit` makes one from measured data)";
+  const std::string first = FirstContentLine(text);
+  if (EndsWith(path, ".csv") ||
+      (first.find(',') != std::string::npos && first.find_first_of("={}") == std::string::npos))
+    return name + ": measured data (CSV), not a tyre (" + kTyres + "; `fit` makes one from measured data)";
+  // Every tyre section is named "pacejka"; a file without the word holds none.
+  if (text.find("pacejka") == std::string::npos)
+    return name + ": holds no tyre (no " + CarWheelSection(wheel) + " section; " + kTyres + ")";
+  return "";
 }
 
 bool CarLoadTyreSource(const char *source, int wheel, KPacejka *tyre, std::string *error) {
@@ -99,8 +138,15 @@ bool CarLoadTyreSource(const char *source, int wheel, KPacejka *tyre, std::strin
     tyre->LoadFromTirFile(path.c_str());
     return true;
   }
+  // A file of another kind gets one message here rather than the info
+  // reader's warnings about each of its lines.
+  *error = CarNotATyre(path.c_str(), wheel);
+  if (!error->empty()) return false;
   QInfo *info = new QInfo(path.c_str());
-  tyre->Load(info, CarWheelSection(wheel).c_str());
+  const bool found = info->FindNode(CarWheelSection(wheel).c_str()) != nullptr;
+  if (found) tyre->Load(info, CarWheelSection(wheel).c_str());
   delete info;
-  return true;
+  if (!found)
+    *error = path + ": holds no tyre for wheel " + std::to_string(wheel) + " (no " + CarWheelSection(wheel) + " section)";
+  return found;
 }

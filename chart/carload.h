@@ -40,5 +40,14 @@ std::string CarResolveSource(const std::string &source, const std::string &base)
 // a name ending in ".tir" (any case) is a TIR file; a folder stands for the
 // car.ini inside it; anything else is a car.ini-style file whose section
 // "wheel<wheel>.pacejka" is loaded. False, with a message naming the file and
-// the problem in `error`, when the file is missing or the wheel is not 0..3.
+// the problem in `error`, when the file is missing, the wheel is not 0..3, or
+// the file holds no such section (measured data, say: see CarNotATyre); the
+// tyre is then left as it was.
 bool CarLoadTyreSource(const char *source, int wheel, KPacejka *tyre, std::string *error);
+
+// Why the file `path`, read as a car.ini-style file, can hold no tyre for
+// `wheel`, judged from its name and text alone: measured data (a ".csv"
+// name, or a first line of comma-separated fields), a TYDEX file (a ".tdx"
+// name or "**" sections), or no "pacejka" section at all. Empty when it may
+// hold one. The text names the file.
+std::string CarNotATyre(const char *path, int wheel);

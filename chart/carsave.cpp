@@ -32,6 +32,7 @@ bool CarWriteTyre(const char *path, const KPacejka &tyre, std::string *error) {
     for (int i = 0; i < kpacejkaMemberCount && ok; i++) {
       const KPacejkaMember &m = kpacejkaMembers[i];
       if (m.kind != KPacejkaMember::FLOAT || !KPacejkaModelReads(m, tyre.model)) continue;
+      if (m.group == KPacejkaMember::PRESSURE && !KPacejkaHasPressure(tyre)) continue;
       ok = info->SetString((section + m.name).c_str(), FloatText(float(KPacejkaGetMember(tyre, m))).c_str());
     }
   }

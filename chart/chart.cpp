@@ -2,8 +2,10 @@
 #include "chart/chart.h"
 
 #include <cmath>
+#include <algorithm>
 #include <cstdio>
 
+#include "base/qelide.h"
 #include "render/qrenderer.h"
 
 ChartAxis ChartFitAxis(float lo, float hi) {
@@ -61,7 +63,7 @@ QRect ChartBox(const QRect &area) { return QRect(area.x + 80, area.y + 40, area.
 
 namespace {
 
-const QColor INK(0, 0, 0, 255), GRID(230, 230, 230, 255), FRAME(128, 128, 128, 255);
+const QColor INK(0, 0, 0, 255), GRID(230, 230, 230, 255), FRAME(128, 128, 128, 255), SUBTITLE(110, 110, 110, 255);
 
 // Tick label: as few decimals as the step needs.
 void Label(float v, float step, char *buf, size_t size) {
@@ -87,7 +89,7 @@ void PaintAxes(QRenderer *r, const Mapper &m) {
     int px = int(std::lround(m.X(v)));
     grid.push_back({px, m.box.y, px, bottom});
     Label(v, m.x.step, buf, sizeof buf);
-    if (r->HasFont()) r->DrawText(buf, px - r->MeasureText(buf) / 2, bottom + 6, INK);
+    if (r->HasFont()) r->DrawText(buf, px - r->MeasureText(buf) / 2, bottom + 8, INK);  // clear of the lowest y label
   }
   for (int i = 0; m.y.min + float(i) * m.y.step <= m.y.max + m.y.step * 1e-3f; i++) {
     float v = m.y.min + float(i) * m.y.step;
@@ -128,21 +130,82 @@ void PaintSeries(QRenderer *r, const Mapper &m, const ChartSeries &s) {
   flush();
 }
 
-void PaintLegend(QRenderer *r, const Chart &chart, const QRect &box) {
-  if (!r->HasFont()) return;
-  int widest = 0, rows = 0;
+Mapper MapperFor(const Chart &chart, const QRect &area) {
+  Mapper m;
+  m.box = ChartBox(area);
+  ChartFit(chart, &m.x, &m.y);
+  return m;
+}
+
+int Hits(const Chart &chart, const Mapper &m, const QRect &box) {
+  int hits = 0;
+  for (const ChartSeries &s : chart.series) {
+    size_t n = s.x.size() < s.y.size() ? s.x.size() : s.y.size();
+    bool have = false;
+    float px = 0.0f, py = 0.0f;
+    for (size_t i = 0; i < n; i++) {
+      if (!std::isfinite(s.x[i]) || !std::isfinite(s.y[i])) {
+        have = false;
+        continue;
+      }
+      float x = m.X(s.x[i]), y = m.Y(s.y[i]);
+      if (s.points || !have) {
+        hits += box.Contains(int(std::lround(x)), int(std::lround(y)));
+      } else {
+        // Along the segment, a pixel at a time; far outside the box, skipped.
+        if (std::fmax(px, x) >= float(box.x) && std::fmin(px, x) < float(box.x + box.wid) &&
+            std::fmax(py, y) >= float(box.y) && std::fmin(py, y) < float(box.y + box.hgt)) {
+          int steps = int(std::fmax(std::fabs(x - px), std::fabs(y - py))) + 1;
+          for (int k = 1; k <= steps; k++) {
+            float t = float(k) / float(steps);
+            hits += box.Contains(int(std::lround(px + (x - px) * t)), int(std::lround(py + (y - py) * t)));
+          }
+        }
+      }
+      px = x, py = y, have = true;
+    }
+  }
+  return hits;
+}
+
+ChartLegend Place(QRenderer *r, const Chart &chart, const Mapper &m) {
+  ChartLegend legend;
+  if (!r->HasFont()) return legend;
+  int widest = 0;
+  auto width = [r](const std::string &t) { return r->MeasureText(t.c_str()); };
   for (const ChartSeries &s : chart.series)
     if (!s.label.empty()) {
-      int w = r->MeasureText(s.label.c_str());
-      widest = w > widest ? w : widest;
-      rows++;
+      legend.labels.push_back(QElideMiddle(s.label, CHART_LEGEND_TEXT, width));
+      widest = std::max(widest, width(legend.labels.back()));
     }
-  if (!rows) return;
-  const bool left = chart.legend == CHART_TOP_LEFT || chart.legend == CHART_BOTTOM_LEFT;
-  const bool bottom = chart.legend == CHART_BOTTOM_RIGHT || chart.legend == CHART_BOTTOM_LEFT;
-  int x = left ? box.x + 16 : box.x + box.wid - widest - 46;
-  int y = bottom ? box.y + box.hgt - rows * 16 - 8 : box.y + 8;
-  r->FillRect(QRect(x - 6, y - 4, widest + 46, rows * 16 + 6), QColor(255, 255, 255, 255));
+  if (legend.labels.empty()) return legend;
+  const int rows = int(legend.labels.size());
+  // The white box of the legend in a corner; its text starts 6 pixels in.
+  auto at = [&](ChartCorner corner) {
+    const QRect &b = m.box;
+    const bool left = corner == CHART_TOP_LEFT || corner == CHART_BOTTOM_LEFT;
+    const bool bottom = corner == CHART_BOTTOM_RIGHT || corner == CHART_BOTTOM_LEFT;
+    int x = left ? b.x + 16 : b.x + b.wid - widest - 46;
+    int y = bottom ? b.y + b.hgt - rows * 16 - 8 : b.y + 8;
+    return QRect(x - 6, y - 4, widest + 46, rows * 16 + 6);
+  };
+  if (chart.legend != CHART_LEGEND_AUTO) {
+    legend.box = at(chart.legend);
+    return legend;
+  }
+  int best = -1;
+  for (ChartCorner c : {CHART_TOP_RIGHT, CHART_TOP_LEFT, CHART_BOTTOM_RIGHT, CHART_BOTTOM_LEFT}) {
+    int hits = Hits(chart, m, at(c));
+    if (best < 0 || hits < best) best = hits, legend.box = at(c);
+  }
+  return legend;
+}
+
+void PaintLegend(QRenderer *r, const Chart &chart, const ChartLegend &legend) {
+  if (legend.labels.empty()) return;
+  r->FillRect(legend.box, QColor(255, 255, 255, 255));
+  int x = legend.box.x + 6, y = legend.box.y + 4;
+  size_t row = 0;
   for (const ChartSeries &s : chart.series) {
     if (s.label.empty()) continue;
     if (s.points) {
@@ -151,20 +214,58 @@ void PaintLegend(QRenderer *r, const Chart &chart, const QRect &box) {
       QPointF line[2] = {{0.0f, 0.0f}, {24.0f, 0.0f}};
       r->Polyline(line, 2, QStroke{s.color, s.alpha < 0.6f ? 0.6f : s.alpha, 2.0f, true}, x, y + 7);
     }
-    r->DrawText(s.label.c_str(), x + 32, y, INK);
+    r->DrawText(legend.labels[row++].c_str(), x + 32, y, INK);
     y += 16;
   }
 }
 
 }  // namespace
 
+namespace {
+
+// The axes and the legend: when no corner is free of the series, the
+// vertical axis grows by whole steps at the top (at most four) until one of
+// the upper corners is.
+Mapper Layout(QRenderer *r, const Chart &chart, const QRect &area, ChartLegend *legend) {
+  Mapper m = MapperFor(chart, area);
+  *legend = Place(r, chart, m);
+  for (int grow = 0; grow < 4 && chart.legend == CHART_LEGEND_AUTO && !legend->labels.empty() &&
+                     Hits(chart, m, legend->box) > 0;
+       grow++) {
+    m.y.max += m.y.step;
+    *legend = Place(r, chart, m);
+  }
+  return m;
+}
+
+}  // namespace
+
+ChartLegend ChartLegendPlace(QRenderer *r, const Chart &chart, const QRect &area) {
+  ChartLegend legend;
+  Layout(r, chart, area, &legend);
+  return legend;
+}
+
+int ChartHits(QRenderer *r, const Chart &chart, const QRect &area, const QRect &box) {
+  ChartLegend legend;
+  return Hits(chart, Layout(r, chart, area, &legend), box);
+}
+
 void ChartPaint(QRenderer *r, const Chart &chart, const QRect &area) {
-  Mapper m;
-  m.box = ChartBox(area);
-  ChartFit(chart, &m.x, &m.y);
+  ChartLegend legend;
+  Mapper m = Layout(r, chart, area, &legend);
   if (r->HasFont()) {
     r->DrawText(chart.title.c_str(), area.x + (area.wid - r->MeasureText(chart.title.c_str())) / 2, area.y + 10, INK);
-    r->DrawText(chart.yName.c_str(), m.box.x - 70, m.box.y - 18, INK);
+    if (!chart.subtitle.empty()) {
+      // Centred under the title, but right of the y axis's name, and
+      // shortened in the middle when the row is too narrow.
+      const int left = m.box.x - 70 + r->MeasureText(chart.yName.c_str()) + 12, right = area.x + area.wid - 12;
+      std::string sub = QElideMiddle(chart.subtitle, right - left,
+                                     [r](const std::string &t) { return r->MeasureText(t.c_str()); });
+      int w = r->MeasureText(sub.c_str());
+      r->DrawText(sub.c_str(), std::max(left, area.x + (area.wid - w) / 2), area.y + 25, SUBTITLE);
+    }
+    r->DrawText(chart.yName.c_str(), m.box.x - 70, m.box.y - 22, INK);  // clear of the highest y label
     r->DrawText(chart.xName.c_str(), m.box.x + (m.box.wid - r->MeasureText(chart.xName.c_str())) / 2,
                 m.box.y + m.box.hgt + 26, INK);
   }
@@ -172,5 +273,5 @@ void ChartPaint(QRenderer *r, const Chart &chart, const QRect &area) {
   r->ClipRect(m.box);
   for (const ChartSeries &s : chart.series) PaintSeries(r, m, s);
   r->ClipNone();
-  PaintLegend(r, chart, m.box);
+  PaintLegend(r, chart, legend);
 }

@@ -4,10 +4,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 #include "chart/frametexts.h"
 #include "chart/graph.h"
 #include "chart/oppoint.h"
+#include "base/qelide.h"
 #include "render/qrenderer.h"
 #include "tyre/kpacejka_point.h"
 
@@ -51,25 +54,39 @@ void PaintGhosts(QRenderer *r, const FrameState &st, int cx, int cy) {
   }
 }
 
-// One line per tyre in the plot's lower left corner: a short stroke in the Fy
-// graph's colour, then the label; moved left when the longest label would
-// pass `right`, but never out of the plot (from `x` on).
-void PaintLegend(QRenderer *r, const FrameState &st, int x, int y, int right) {
+// One line per tyre: a short stroke in the Fy graph's colour, then the
+// label, shortened in the middle to the room of half the plot. It stands in
+// the plot's lower left corner, which holds no range label and where the
+// curves of a tyre with a friction below about 1.6 keep clear of the bottom
+// rows, or else in the upper right corner, likewise free of labels, when
+// fewer of the curves run there.
+void PaintLegend(QRenderer *r, const FrameState &st, int cx, int cy) {
   if (!r->HasFont()) return;
-  int widest = r->MeasureText(st.label.c_str());
-  for (const FrameOverlay &o : st.overlays)
-    if (r->MeasureText(o.label.c_str()) > widest) widest = r->MeasureText(o.label.c_str());
-  if (x + 30 + widest > right) x = std::max(x, right - 30 - widest);
+  const int x0 = cx - Graph::X_ORIGIN + 6, room = Graph::X_ORIGIN - 6 - 8 - 30;
+  auto width = [r](const std::string &t) { return r->MeasureText(t.c_str()); };
+  std::vector<std::string> labels{QElideMiddle(st.label, room, width)};
+  for (const FrameOverlay &o : st.overlays) labels.push_back(QElideMiddle(o.label, room, width));
+  int widest = 0;
+  for (const std::string &l : labels) widest = std::max(widest, width(l));
+  const int rows = int(labels.size()), wid = 30 + widest, hgt = 16 * rows;
+  QRect lowerLeft(x0, cy + Graph::Y_ORIGIN - 4 - hgt, wid, hgt);
+  QRect upperRight(cx + Graph::X_ORIGIN - 6 - wid, cy - Graph::Y_ORIGIN + 4, wid, hgt);
+  auto hits = [&](const QRect &box) {
+    int n = FrameCurveHits(st.graphs, box, cx, cy);
+    for (const FrameOverlay &o : st.overlays) n += FrameCurveHits(o.graphs, box, cx, cy);
+    return n;
+  };
+  const QRect at = hits(upperRight) < hits(lowerLeft) ? upperRight : lowerLeft;
   auto line = [&](Graph *const *graphs, const std::string &label, int row) {
     Graph *g = graphs[CURVE_FY] ? graphs[CURVE_FY] : graphs[CURVE_FX];
     if (!g) return;
-    int ty = y + 16 * row;
+    int ty = at.y + 16 * row;
     QPointF stroke[2] = {{0.0f, 0.0f}, {24.0f, 0.0f}};
-    r->Polyline(stroke, 2, QStroke{g->GetColor(), 1.0f, 2.0f, true}, x, ty + 7);
-    r->DrawText(label.c_str(), x + 30, ty, g->GetColor());
+    r->Polyline(stroke, 2, QStroke{g->GetColor(), 1.0f, 2.0f, true}, at.x, ty + 7);
+    r->DrawText(label.c_str(), at.x + 30, ty, g->GetColor());
   };
-  line(st.graphs, st.label, 0);
-  for (size_t i = 0; i < st.overlays.size(); i++) line(st.overlays[i].graphs, st.overlays[i].label, int(i) + 1);
+  line(st.graphs, labels[0], 0);
+  for (size_t i = 0; i < st.overlays.size(); i++) line(st.overlays[i].graphs, labels[i + 1], int(i) + 1);
 }
 
 // Samples and draws each graph's main curve at full strength, at the
@@ -107,11 +124,6 @@ void FramePaint(QRenderer *r, const FrameState &st, const QRect &view) {
   for (Graph *g : st.graphs)
     if (g) g->PaintTexts(r, cx, cy, areaTop, areaBottom, xMinAbove);
   for (const FrameOverlay &o : st.overlays) PaintMainCurves(r, o.graphs, cx, cy, o.hasPoint ? &o.point : nullptr);
-  // The lower left quarter holds no range label, and the curves of a tyre
-  // with a friction below about 1.6 keep clear of its bottom rows.
-  if (!st.overlays.empty()) {
-    int rows = 1 + int(st.overlays.size());
-    PaintLegend(r, st, cx - Graph::X_ORIGIN + 6, cy + Graph::Y_ORIGIN - 4 - 16 * rows, cx - 8);
-  }
+  if (!st.overlays.empty()) PaintLegend(r, st, cx, cy);
   if (st.focus >= 1 && st.focus <= 3) PaintGhosts(r, st, cx, cy);
 }

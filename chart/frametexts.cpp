@@ -35,8 +35,10 @@ int PeakRight(QRenderer *r, Graph *const *graphs, int plotLeft) {
   return right;
 }
 
+}  // namespace
+
 // Pixels of the main curves, followed along each segment, inside `box`.
-int CurveHits(Graph *const *graphs, const QRect &box, int cx, int cy) {
+int FrameCurveHits(Graph *const *graphs, const QRect &box, int cx, int cy) {
   int hits = 0;
   for (int k = 0; k < CURVE_COUNT; k++) {
     const Graph *g = graphs[k];
@@ -53,8 +55,6 @@ int CurveHits(Graph *const *graphs, const QRect &box, int cx, int cy) {
   return hits;
 }
 
-}  // namespace
-
 bool FrameXMinLabelsAbove(QRenderer *r, Graph *const *graphs, int cx, int cy) {
   if (!r->HasFont()) return false;
   int hits[2] = {0, 0};
@@ -65,7 +65,7 @@ bool FrameXMinLabelsAbove(QRenderer *r, Graph *const *graphs, int cx, int cy) {
     snprintf(buf, sizeof buf, "%.1f %s", double(g->GetRange().xMin), CurveXQuantity(g->GetKind()));
     for (int above = 0; above < 2; above++) {
       TextSpot at = TextPlaceRangeLabel(RANGE_X_MIN, int(g->GetKind()), 0, cx, cy, above);
-      hits[above] += CurveHits(graphs, QRect(at.x, at.y, r->MeasureText(buf), r->TextHeight()), cx, cy);
+      hits[above] += FrameCurveHits(graphs, QRect(at.x, at.y, r->MeasureText(buf), r->TextHeight()), cx, cy);
     }
   }
   return hits[0] > 0 && hits[1] < hits[0];

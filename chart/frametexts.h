@@ -8,12 +8,16 @@
 #include <string>
 
 #include "chart/curves.h"
+#include "render/qrect.h"
 
 class Graph;
 class KPacejka;
 class QRenderer;
 struct OperatingPoint;
 
+// Pixels of the graphs' main curves, as last sampled and followed along each
+// segment, that fall inside `box` (plot centre cx, cy).
+int FrameCurveHits(Graph *const *graphs, const QRect &box, int cx, int cy);
 // Whether the x-minimum range labels go above the horizontal axis: when the
 // curves just sampled run through their place below it and less through the
 // one above.

@@ -4,6 +4,7 @@
 #include "chart/views.h"
 
 #include <cmath>
+#include <cstdio>
 
 #include "tyre/kpacejka.h"
 #include "tyre/kpacejka_point.h"
@@ -38,10 +39,73 @@ std::string Named(const char *what, const ViewTyre &vt) {
 
 }  // namespace
 
-float ViewMaxLoad(const KTyreParams &tyre) {
-  // 999999 N is the model's "no range given"; the slider's top is more useful.
-  return tyre.fzMax > 0.0f && tyre.fzMax < 999999.0f ? tyre.fzMax : 30000.0f;
+ViewLoadRange ViewLoadRangeOf(const KTyreParams &tyre) {
+  char buf[96];
+  ViewLoadRange r;
+  // 999999 N is the model's "no range given".
+  if (tyre.fzMax > 0.0f && tyre.fzMax < 999999.0f) {
+    r.top = tyre.fzMax;
+    snprintf(buf, sizeof buf, "maximum load %.0f N", double(r.top));
+    r.why = buf;
+    return r;
+  }
+  if (tyre.model != KTyreParams::PAC96 && tyre.fz0 * tyre.lfz0 > 0.0f) {
+    const float nominal = tyre.fz0 * tyre.lfz0;
+    r.top = 3.0f * nominal;
+    snprintf(buf, sizeof buf, "3 x nominal load %.0f N (no load range given)", double(nominal));
+    r.why = buf;
+    return r;
+  }
+  if (tyre.model == KTyreParams::PAC96) {
+    // Peak friction b1 Fz + b2 (longitudinal), a1 Fz + a2 (lateral), Fz in kN.
+    float zero = INFINITY;
+    if (tyre.b1 < 0.0f && tyre.b2 > 0.0f) zero = std::fmin(zero, -tyre.b2 / tyre.b1);
+    if (tyre.a1 < 0.0f && tyre.a2 > 0.0f) zero = std::fmin(zero, -tyre.a2 / tyre.a1);
+    if (std::isfinite(zero)) {
+      const float typical = 1000.0f * zero / 4.0f;
+      r.top = 3.0f * typical;
+      snprintf(buf, sizeof buf, "3 x typical load %.0f N (no load range given)", double(typical));
+      r.why = buf;
+      return r;
+    }
+  }
+  r.why = "the load slider's 30000 N (no load range given)";
+  return r;
 }
+
+float ViewMaxLoad(const KTyreParams &tyre) { return ViewLoadRangeOf(tyre).top; }
+
+namespace {
+
+// "Fz up to ...", one part per tyre in the legend's order.
+std::string LoadSubtitle(const std::vector<ViewTyre> &tyres) {
+  std::string out;
+  for (const ViewTyre &vt : tyres) out += (out.empty() ? "Fz up to " : " / ") + ViewLoadRangeOf(*vt.tyre).why;
+  return out;
+}
+
+// Splits a load sweep at the tyre's minimum load: the part below it (and
+// the first point at or above, so the lines meet) goes into a faded series
+// without a legend entry before the series itself.
+void PushSplitAtMinimum(Chart *c, ChartSeries s, float fzMin) {
+  size_t n = 0;
+  while (n < s.x.size() && s.x[n] < fzMin) n++;
+  if (n > 0) {
+    ChartSeries below;
+    below.color = s.color;
+    below.alpha = 0.3f * s.alpha;
+    below.width = s.width;
+    size_t end = n < s.x.size() ? n + 1 : n;
+    below.x.assign(s.x.begin(), s.x.begin() + long(end));
+    below.y.assign(s.y.begin(), s.y.begin() + long(end));
+    s.x.erase(s.x.begin(), s.x.begin() + long(n));
+    s.y.erase(s.y.begin(), s.y.begin() + long(n));
+    c->series.push_back(std::move(below));
+  }
+  c->series.push_back(std::move(s));
+}
+
+}  // namespace
 
 // ---- [ellipse] ---------------------------------------------------------------------------
 
@@ -68,6 +132,7 @@ void PureExtremes(const ViewTyre &vt, bool lateral, float *pos, float *neg) {
 
 Chart ViewEllipse(const std::vector<ViewTyre> &tyres) {
   Chart c;
+  c.legend = CHART_LEGEND_AUTO;
   c.title = "Friction ellipse: Fy over Fx, slip ratio -1..1 at slip angles -12..12 deg";
   c.xName = "Fx [kN]";
   c.yName = "Fy [kN]";
@@ -83,7 +148,7 @@ Chart ViewEllipse(const std::vector<ViewTyre> &tyres) {
       }
       // Pacejka89/96 has no combined slip: its sweeps keep the pure-slip forces.
       if (alpha == 0.0f)
-        s.label = Named(vt.tyre->model == KPacejka::PAC96 ? "sweeps (model without combined slip)" : "combined slip", vt);
+        s.label = Named(vt.tyre->model == KTyreParams::PAC96 ? "sweeps (model without combined slip)" : "combined slip", vt);
       c.series.push_back(std::move(s));
     }
     // The envelope: an ellipse through the four pure-slip peaks, one quarter
@@ -110,13 +175,19 @@ Chart ViewEllipse(const std::vector<ViewTyre> &tyres) {
 namespace {
 
 // Loads of a load sweep: VIEW_LOAD_STEPS steps up to the maximum, with the
-// operating load itself among them (so the view and the curves meet there).
+// operating load and the minimum load among them (so the view and the curves
+// meet there, and the faded part ends at the limit).
 std::vector<float> Loads(const ViewTyre &vt) {
-  float top = ViewMaxLoad(*vt.tyre), own = vt.at.Fz * 1000.0f;
+  const KTyreParams &t = *vt.tyre;
+  float top = ViewMaxLoad(t), own = vt.at.Fz * 1000.0f;
   std::vector<float> loads;
+  auto insert = [&](float extra, float next) {
+    if (extra > 0.0f && extra < next && (loads.empty() || loads.back() < extra)) loads.push_back(extra);
+  };
   for (int i = 1; i <= VIEW_LOAD_STEPS; i++) {
     float l = top * float(i) / float(VIEW_LOAD_STEPS);
-    if (own > 0.0f && own < l && (loads.empty() || loads.back() < own)) loads.push_back(own);
+    insert(std::fmin(own, t.fzMin), l);
+    insert(std::fmax(own, t.fzMin), l);
     loads.push_back(l);
   }
   return loads;
@@ -126,9 +197,11 @@ std::vector<float> Loads(const ViewTyre &vt) {
 
 Chart ViewMuLoad(const std::vector<ViewTyre> &tyres) {
   Chart c;
+  c.legend = CHART_LEGEND_AUTO;
   c.title = "Peak friction over load (peaks of the Fx/Fz and Fy/Fz curves)";
   c.xName = "Fz [N]";
   c.yName = "\xB5 [N/N]";
+  c.subtitle = LoadSubtitle(tyres);
   for (const ViewTyre &vt : tyres) {
     ChartSeries mx, my;
     mx.color = vt.fxColor, my.color = vt.fyColor;
@@ -144,8 +217,8 @@ Chart ViewMuLoad(const std::vector<ViewTyre> &tyres) {
       mx.x.push_back(load), mx.y.push_back(peak(CURVE_FX, vt.fxRange, load));
       my.x.push_back(load), my.y.push_back(peak(CURVE_FY, vt.fyRange, load));
     }
-    c.series.push_back(std::move(mx));
-    c.series.push_back(std::move(my));
+    PushSplitAtMinimum(&c, std::move(mx), vt.tyre->fzMin);
+    PushSplitAtMinimum(&c, std::move(my), vt.tyre->fzMin);
   }
   return c;
 }
@@ -154,9 +227,11 @@ Chart ViewMuLoad(const std::vector<ViewTyre> &tyres) {
 
 Chart ViewStiffness(const std::vector<ViewTyre> &tyres) {
   Chart c;
+  c.legend = CHART_LEGEND_AUTO;
   c.title = "Slip stiffness over load (slope at zero slip)";
   c.xName = "Fz [N]";
   c.yName = "Kx [kN/unit slip], Ky [kN/rad]";
+  c.subtitle = LoadSubtitle(tyres);
   // Central differences over a small slip, at the tyre's camber.
   const float dk = 0.002f, daDeg = 0.1f;
   for (const ViewTyre &vt : tyres) {
@@ -171,8 +246,8 @@ Chart ViewStiffness(const std::vector<ViewTyre> &tyres) {
       kx.x.push_back(load), kx.y.push_back(fx / 1000.0f);
       ky.x.push_back(load), ky.y.push_back(fy / 1000.0f);
     }
-    c.series.push_back(std::move(kx));
-    c.series.push_back(std::move(ky));
+    PushSplitAtMinimum(&c, std::move(kx), vt.tyre->fzMin);
+    PushSplitAtMinimum(&c, std::move(ky), vt.tyre->fzMin);
   }
   return c;
 }

@@ -4,6 +4,11 @@
 //
 // `order` fixes their place in --help. A handler gets the arguments after the
 // subcommand name and returns the process exit code (2 for bad usage).
+//
+// `details` (options and input formats, several lines) makes the dispatcher
+// answer "SUBCOMMAND --help" and "-h" itself: it prints the usage line, the
+// one-line help and the details, and exits 0. A subcommand without details
+// answers --help in its own handler.
 #pragma once
 
 #include <cstdio>
@@ -18,10 +23,17 @@ struct CliCommand {
   const char *help;   // one line
   int order;
   CliHandler run;
-  CliCommand(const char *name, const char *usage, const char *help, int order, CliHandler run);
+  const char *details;  // the --help text after the usage line; may be null
+  CliCommand(const char *name, const char *usage, const char *help, int order, CliHandler run,
+             const char *details = nullptr);
 };
 
 // All registered subcommands, sorted by `order`.
 const std::vector<const CliCommand *> &CliCommands();
 // Prints the usage to the given stream (stdout for --help, stderr on errors).
 void CliPrintUsage(FILE *out);
+// True when `args` hold "--help" or "-h".
+bool CliHelpAsked(const std::vector<std::string> &args);
+// A subcommand's own --help text: "usage: tyrograph-cli NAME USAGE", its
+// one-line help and its details.
+void CliPrintCommandHelp(const CliCommand &c, FILE *out);

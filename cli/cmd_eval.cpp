@@ -1,9 +1,11 @@
-// tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]
+// tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--pressure PA] [--dump] [--stats]
 //
 // Evaluates one tyre at operating points read from standard input, one a
 // line: "Fz kappa alpha gamma" (N, slip ratio, radians, radians). Prints
 // "Fx Fy Mz" per line, with --stats also the curve statistics. --dump lists
 // every named member instead. Member names come from the tyre's name table.
+// --pressure evaluates at that inflation pressure (Pa, as TIR files give
+// it) instead of the tyre's nominal one.
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -13,6 +15,7 @@
 #include <vector>
 
 #include "cli/cli.h"
+#include "cli/tyreopts.h"
 #include "chart/basedir.h"
 #include "chart/carload.h"
 #include "tyre/kpacejka.h"
@@ -24,6 +27,7 @@ struct EvalOptions {
   int wheel = 0;
   bool dump = false;
   bool stats = false;
+  float pressure = 0;  // Pa; 0: nominal
   std::vector<std::pair<const KPacejkaMember *, double>> sets;
 };
 
@@ -62,6 +66,15 @@ bool ParseArgs(const std::vector<std::string> &args, EvalOptions *o) {
       o->dump = true;
     } else if (a == "--stats") {
       o->stats = true;
+    } else if (a == "--pressure") {
+      double p;
+      if (i + 1 >= args.size() || !ParseNumber(args[i + 1].c_str(), &p) || !(p > 0.0)) {
+        fprintf(stderr, "tyrograph-cli eval: --pressure: '%s' is not a pressure above 0 (Pa)\n",
+                i + 1 < args.size() ? args[i + 1].c_str() : "");
+        return false;
+      }
+      o->pressure = float(p);
+      i++;
     } else if (a == "--wheel" || a == "--set") {
       if (i + 1 >= args.size()) {
         fprintf(stderr, "tyrograph-cli eval: %s needs a value\n", a.c_str());
@@ -88,15 +101,19 @@ bool ParseArgs(const std::vector<std::string> &args, EvalOptions *o) {
     }
   }
   if (o->tyre.empty()) {
-    fprintf(stderr, "usage: tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]\n");
+    fprintf(stderr, "usage: tyrograph-cli eval TYRE [--wheel N] [--set NAME=VALUE]... [--pressure PA] [--dump] [--stats]\n");
     return false;
   }
   return true;
 }
 
+// A tyre without inflation-pressure data (no NOMPRES, no pressure
+// coefficients) lists none of those members, as its TIR file has none.
 void Dump(KPacejka &t) {
+  const bool pressure = KPacejkaHasPressure(t);
   for (int i = 0; i < kpacejkaMemberCount; i++) {
     const KPacejkaMember &m = kpacejkaMembers[i];
+    if (m.group == KPacejkaMember::PRESSURE && !pressure) continue;
     if (m.kind == KPacejkaMember::FLOAT)
       printf("%s=%.9g\n", m.name, KPacejkaGetMember(t, m));
     else
@@ -125,7 +142,7 @@ bool ReadLine(std::string &line) {
 }
 
 // One operating point per line; false (with the message) on a malformed line.
-bool EvaluateLines(const KPacejka &t, bool stats) {
+bool EvaluateLines(const KPacejka &t, bool stats, float pressure) {
   KTyreResult last = t.GetLastResult();
   std::string line;
   for (int n = 1; ReadLine(line); n++) {
@@ -149,7 +166,7 @@ bool EvaluateLines(const KPacejka &t, bool stats) {
     }
     // The stateless core; statistics a model does not form keep the last
     // line's (at first the loaded tyre's), as they would in the tyre.
-    const KOperatingPoint at{float(v[0]), float(v[1]), float(v[2]), float(v[3])};
+    const KOperatingPoint at{float(v[0]), float(v[1]), float(v[2]), float(v[3]), pressure};
     last = KTyreEvaluate(t, at, &last);
     KTyreReport(t, at, last);
     printf("%.9g %.9g %.9g", double(last.Fx), double(last.Fy), double(last.Mz));
@@ -172,17 +189,39 @@ int RunEval(const std::vector<std::string> &args) {
   if (!CarLoadTyreSource(o.tyre.c_str(), o.wheel, tyre, &error)) {
     fprintf(stderr, "tyrograph-cli eval: %s\n", error.c_str());
     delete tyre;
-    return 1;
+    return 2;  // as curves and plot: the TYRE argument is at fault
   }
   for (const auto &s : o.sets) KPacejkaSetMember(*tyre, *s.first, s.second);
+  if (!CliPressureUsable(*tyre, o.pressure, &error)) {
+    fprintf(stderr, "tyrograph-cli eval: %s: %s\n", o.tyre.c_str(), error.c_str());
+    delete tyre;
+    return 2;
+  }
   int rc = 0;
   if (o.dump) Dump(*tyre);
-  else if (!EvaluateLines(*tyre, o.stats)) rc = 2;
+  else if (!EvaluateLines(*tyre, o.stats, o.pressure)) rc = 2;
   delete tyre;
   return rc;
 }
 
-CliCommand reg{"eval", "TYRE [--wheel N] [--set NAME=VALUE]... [--dump] [--stats]",
-               "evaluate a tyre at operating points read from stdin", 20, RunEval};
+const char kDetails[] =
+    "TYRE: a .tir file (any case), a car.ini-style file or a car folder holding car.ini;\n"
+    "  a bare name is looked up as data/cars/NAME, then data/tyres/NAME in the base folder.\n"
+    "\n"
+    "Standard input: one operating point a line, four numbers separated by blanks:\n"
+    "  Fz kappa alpha gamma   load (N), slip ratio, slip angle (rad), camber (rad)\n"
+    "  Blank lines and lines starting with '#' are skipped.\n"
+    "Standard output: \"Fx Fy Mz\" (N, N, N*m) a line; with --stats also longitudinal and\n"
+    "  cornering stiffness, peak Fx, peak Fy, Bx, Cx, Dx, By, Cy, Dy.\n"
+    "\n"
+    "Options:\n"
+    "  --wheel N          wheel 0..3 of a car (default 0)\n"
+    "  --set NAME=VALUE   set a tyre member first (a0 ... c17, lfz0, pcx1, ...); repeatable\n"
+    "  --pressure PA      inflation pressure in Pa, as TIR files give it (default: the tyre's NOMPRES)\n"
+    "  --dump             list every member as NAME=VALUE instead of evaluating\n"
+    "  --stats            add the curve statistics to each line\n";
+
+CliCommand reg{"eval", "TYRE [--wheel N] [--set NAME=VALUE]... [--pressure PA] [--dump] [--stats]",
+               "evaluate a tyre at operating points read from stdin", 20, RunEval, kDetails};
 
 }  // namespace

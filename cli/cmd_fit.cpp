@@ -14,6 +14,7 @@
 #include "cli/cli.h"
 #include "cli/fitcli.h"
 #include "cli/runcli.h"
+#include "cli/tyreopts.h"
 
 namespace {
 
@@ -30,12 +31,47 @@ int RunFit(const std::vector<std::string> &args) {
     fprintf(stderr, "usage: tyrograph-cli fit %s\n", kUsage);
     return 2;
   }
+  // a --start that is no tyre is the argument's fault, as a bad TYRE of eval
+  if (!job.start.empty()) {
+    job.start = CliResolveTyre(job.start);
+    if (!CliTyreLoads(cmd, job.start, job.wheel, "--start: ")) return 2;
+  }
   job.run = runOptions.run;
   job.condition = runOptions.condition;
   job.raw = runOptions.given;
   return FitCliRun(cmd, job);
 }
 
-CliCommand reg{"fit", kUsage, "fit a tyre model to measured data (CSV)", 60, RunFit};
+const char kDetails[] =
+    "DATA.csv: a tidy CSV file, a header line naming the columns, then one row per measured\n"
+    "point. Columns, in any order, each at most once:\n"
+    "  fz      load, N (required)\n"
+    "  kappa   slip ratio (0 when absent)\n"
+    "  alpha   slip angle, rad (0 when absent)\n"
+    "  gamma   camber, rad (0 when absent)\n"
+    "  fx, fy  forces, N; mz  aligning moment, N*m (at least one of the three)\n"
+    "Fields are separated by commas or blanks; blank lines and lines starting with '#' are\n"
+    "skipped; every field is a finite number. Units and signs are those of eval's output.\n"
+    "A force without a column is not fitted. DATA may also be a rig run (delimited text with\n"
+    "named columns, or TYDEX), read and conditioned as `tyrograph-cli data` does.\n"
+    "\n"
+    "Options:\n"
+    "  --model pac96|mf52|mf61   the model to fit (Pacejka89/96, Magic Formula 5.2 or 6.1)\n"
+    "  --start TYRE              start from this tyre's coefficients (.tir, car.ini, car folder)\n"
+    "  --wheel N                 the wheel of a car given as --start (default 0)\n"
+    "  --loss huber|cauchy|none  robust loss: outliers pull less (default: huber)\n"
+    "  --weights fx=W,fy=W,mz=W  each channel's weight (0 leaves it unfitted)\n"
+    "  -o OUT                    the fitted tyre: a TIR file when OUT ends in .tir (mf52, mf61),\n"
+    "                            else a car.ini\n"
+    "  --report FILE.json        the fit's figures as JSON\n"
+    "  --report-pdf FILE.pdf     a report of the fit: summary, coefficients, curves, residuals\n"
+    "  --force                   overwrite OUT and the reports when they exist; write the tyre\n"
+    "                            even when a channel fits poorly (R2 below 0.5, exit status 3)\n"
+    "  --axes iso|sae|auto       a rig run's axes (default auto: sae when most loads are negative)\n"
+    "  --columns KEY=NAME,...    which column is which (keys fz fx fy mz mx alpha kappa gamma ...)\n"
+    "  --units KEY=UNIT,...      units a run's file lacks or gets wrong (deg, %, kN, ...)\n"
+    "  --thin N                  keep about N points per sweep of a run\n";
+
+CliCommand reg{"fit", kUsage, "fit a tyre model to measured data (CSV)", 60, RunFit, kDetails};
 
 }  // namespace

@@ -83,6 +83,10 @@ int RunIni(const std::vector<std::string> &args) {
     fprintf(stderr, "usage: tyrograph-cli ini FILE OP...\n");
     return 2;
   }
+  if (args[0].size() > 1 && args[0][0] == '-') {
+    fprintf(stderr, "tyrograph-cli ini: unknown option '%s'\n", args[0].c_str());
+    return 2;
+  }
   if (!CheckOps(args)) return 2;
   auto info = std::make_unique<QInfo>(args[0].c_str(), 0);
   for (size_t i = 1; i < args.size();) {
@@ -96,9 +100,23 @@ int RunIni(const std::vector<std::string> &args) {
   return 0;
 }
 
+const char kDetails[] =
+    "Reads FILE, an info file (a car.ini, pacejka.ini: \"key=value\" lines, \"name { ... }\"\n"
+    "trees, ';' comments), and runs each OP in turn, printing one line per OP:\n"
+    "  int KEY DEF      the key as an integer expression (DEF when absent)\n"
+    "  float KEY DEF    the key as a number (\"%.9g\")\n"
+    "  string KEY DEF   the key's text\n"
+    "  bool KEY DEF     1 or 0\n"
+    "  set KEY VALUE    1 when set, else 0\n"
+    "  delete KEY       1 when deleted, else 0\n"
+    "  count KEY        the number of children of KEY (comments not counted)\n"
+    "  write OUT        1 when OUT was written, else 0 (OUT is overwritten)\n"
+    "KEY is a dotted path (\"wheel0.pacejka.a0\"). Changes stay in memory: FILE itself\n"
+    "changes only through \"write FILE\". An unknown OP is refused before any runs.\n";
+
 CliCommand reg{"ini", "FILE OP...",
                "query/change an info file: int|float|string|bool KEY DEF, set KEY VAL, delete KEY, count KEY, "
                "write OUT",
-               50, RunIni};
+               50, RunIni, kDetails};
 
 }  // namespace

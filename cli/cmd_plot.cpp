@@ -90,7 +90,7 @@ bool ParseOwn(const std::vector<std::string> &rest, PlotOptions *o) {
 // Positions of the TYRE arguments: the words that are neither options nor
 // their values.
 std::vector<size_t> SourcePositions(const std::vector<std::string> &args) {
-  static const char *const valued[] = {"--wheel", "--load", "--slip-ratio", "--slip-angle", "--camber", "--zoom",
+  static const char *const valued[] = {"--wheel", "--load", "--slip-ratio", "--slip-angle", "--camber", "--pressure", "--zoom",
                                        "--set", "-o", "--kind", "--size", "--focus", "--ghosts", "--data"};
   std::vector<size_t> out;
   for (size_t i = 0; i < args.size(); i++) {

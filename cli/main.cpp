@@ -12,8 +12,8 @@ static std::vector<const CliCommand *> &Registry() {
   return commands;
 }
 
-CliCommand::CliCommand(const char *n, const char *u, const char *h, int o, CliHandler r)
-    : name(n), usage(u), help(h), order(o), run(r) {
+CliCommand::CliCommand(const char *n, const char *u, const char *h, int o, CliHandler r, const char *d)
+    : name(n), usage(u), help(h), order(o), run(r), details(d) {
   auto &reg = Registry();
   reg.push_back(this);
   std::stable_sort(reg.begin(), reg.end(),
@@ -36,6 +36,17 @@ void CliPrintUsage(FILE *out) {
   fprintf(out, "\n  --help                                       show this text\n");
   fprintf(out, "  --log FILE                                   also write the diagnostic log to FILE (and\n"
               "                                               debug traces to standard error)\n");
+}
+
+bool CliHelpAsked(const std::vector<std::string> &args) {
+  for (const std::string &a : args)
+    if (a == "--help" || a == "-h") return true;
+  return false;
+}
+
+void CliPrintCommandHelp(const CliCommand &c, FILE *out) {
+  fprintf(out, "usage: tyrograph-cli %s %s\n\n%s.\n", c.name, c.usage, c.help);
+  if (c.details) fprintf(out, "\n%s", c.details);
 }
 
 // Positioned debug lines (a TIR import's "KPacejka:LoadFromTIRFile(...)")
@@ -84,7 +95,13 @@ int main(int argc, char **argv) {
     return 0;
   }
   for (const CliCommand *c : CliCommands()) {
-    if (!strcmp(c->name, argv[1])) return c->run(std::vector<std::string>(argv + 2, argv + argc));
+    if (strcmp(c->name, argv[1])) continue;
+    std::vector<std::string> args(argv + 2, argv + argc);
+    if (c->details && CliHelpAsked(args)) {
+      CliPrintCommandHelp(*c, stdout);
+      return 0;
+    }
+    return c->run(args);
   }
   fprintf(stderr, "tyrograph-cli: unknown subcommand '%s'\n\n", argv[1]);
   CliPrintUsage(stderr);

@@ -6,10 +6,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "base/qfile.h"
 #include "chart/basedir.h"
 #include "chart/carload.h"
+#include "diag/qcollect.h"
 #include "chart/export.h"
 #include "chart/graphtyres.h"
 
@@ -58,6 +60,12 @@ static bool ParseOption(const char *cmd, const std::string &opt, const std::stri
   if (opt == "--slip-ratio") return CliParseFloat(cmd, "--slip-ratio", val, &state->point.slipRatio);
   if (opt == "--slip-angle") return CliParseFloat(cmd, "--slip-angle", val, &state->point.slipAngle);
   if (opt == "--camber") return CliParseFloat(cmd, "--camber", val, &state->point.camber);
+  if (opt == "--pressure") {
+    if (!CliParseFloat(cmd, "--pressure", val, &state->pressure)) return false;
+    if (state->pressure > 0.0f) return true;
+    fprintf(stderr, "tyrograph-cli %s: --pressure: '%s' is not a pressure above 0 (Pa)\n", cmd, val.c_str());
+    return false;
+  }
   if (opt == "--set") return ParseSet(cmd, val, state);
   // --zoom
   if (val != "on" && val != "off") {
@@ -72,7 +80,7 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
                       const std::vector<std::string> &valued, CliTyreState *state,
                       std::vector<std::string> *rest) {
   static const char *const shared[] = {"--wheel", "--load", "--slip-ratio", "--slip-angle",
-                                       "--camber", "--zoom", "--set"};
+                                       "--camber", "--pressure", "--zoom", "--set"};
   for (size_t i = 0; i < args.size(); i++) {
     const std::string &a = args[i];
     bool isShared = false;
@@ -113,7 +121,19 @@ static bool LoadOne(const CliTyreState &state, const std::string &source, KPacej
   // edit later, directly into the tyre's storage.
   OpApplyAll(tyre, state.point);
   for (const auto &[key, value] : state.sets) KPacejkaSetMember(*tyre, *KPacejkaFindMember(key.c_str()), value);
+  if (!CliPressureUsable(*tyre, state.pressure, error)) {
+    *error = source + ": " + *error;
+    return false;
+  }
+  tyre->SetPressure(state.pressure);
   return true;
+}
+
+bool CliPressureUsable(const KTyreParams &tyre, float pascals, std::string *error) {
+  if (pascals <= 0.0f) return true;
+  const char *problem = KPacejkaPressureProblem(tyre, pascals);
+  if (problem) *error = std::string("--pressure: ") + problem;
+  return !problem;
 }
 
 bool CliLoadTyreState(CliTyreState *state, std::string *error) {
@@ -126,6 +146,23 @@ bool CliLoadTyreState(CliTyreState *state, std::string *error) {
     if (!LoadOne(*state, state->source, &reports, error)) return false;
   }
   return true;
+}
+
+std::string CliResolveTyre(const std::string &source) { return CarResolveSource(source, BaseFolderFind()); }
+
+bool CliTyreLoads(const char *cmd, const std::string &source, int wheel, const char *prefix) {
+  auto tyre = std::make_unique<KPacejka>();
+  std::string error;
+  bool loads;
+  {
+    // Only whether it loads: what the loader reports on the way comes when
+    // the command loads the tyre for its work.
+    QReportCollector quiet;
+    loads = CarLoadTyreSource(source.c_str(), wheel, tyre.get(), &error);
+  }
+  if (loads) return true;
+  fprintf(stderr, "tyrograph-cli %s: %s%s\n", cmd, prefix, error.c_str());
+  return false;
 }
 
 bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre) {
@@ -188,6 +225,7 @@ bool CliWantsHelp(const char *cmd, const std::vector<std::string> &args, const c
          "  --slip-ratio R     operating slip ratio (default 0)\n"
          "  --slip-angle DEG   operating slip angle (default 0)\n"
          "  --camber DEG       camber (default 0)\n"
+         "  --pressure PA      inflation pressure in Pa, as TIR files give it (default: the tyre's NOMPRES)\n"
          "  --zoom on|off      \"Zoom in horizontally\" (default on)\n"
          "  --set KEY=VALUE    set a tyre member first (a0 ... c17, lfz0 ... lres, pcx1 ...); repeatable\n",
          cmd, own);

@@ -1,6 +1,7 @@
 // The tyre argument and operating-point options shared by the curves and
 // export subcommands: TYRE [--wheel N] [--load N] [--slip-ratio R]
-// [--slip-angle DEG] [--camber DEG] [--zoom on|off] [--set KEY=VALUE]...
+// [--slip-angle DEG] [--camber DEG] [--pressure PA] [--zoom on|off]
+// [--set KEY=VALUE]...
 //
 // One tyre holds the loaded coefficients with the operating point applied;
 // the graphs sample it through the stateless core (chart/curves.h), which
@@ -21,6 +22,7 @@ struct CliTyreState {
   OperatingPoint point;
   bool zoom = true;
   std::vector<std::pair<std::string, float>> sets;  // coefficient edits, in order
+  float pressure = 0;  // inflation pressure, Pa; 0: the tyre's nominal pressure
   KPacejka tyre;
 };
 
@@ -33,11 +35,22 @@ bool CliParseTyreArgs(const char *cmd, const std::vector<std::string> &args,
 // Loads the tyre, applies the operating point and then the edits. False with
 // the problem (file and what is wrong) in `error`.
 bool CliLoadTyreState(CliTyreState *state, std::string *error);
+// False with the reason in `error` when `tyre` cannot be run at `pascals`
+// (Pa, above 0): its model has no pressure terms or it has no nominal
+// pressure. True for 0 (no pressure asked for).
+bool CliPressureUsable(const KTyreParams &tyre, float pascals, std::string *error);
 // CliLoadTyreState, printing the problem to stderr.
 bool CliLoadTyres(const char *cmd, CliTyreState *state);
 // The values export-ascii accepts: steps >= 0 and a maximum above 0 (the
 // window asks again for anything else).
 bool CliAsciiArgsValid(int steps, float maximum);
+// A TYRE argument as the tyre commands take it: a bare name looked up in the
+// base folder (CarResolveSource).
+std::string CliResolveTyre(const std::string &source);
+// Whether `source` loads as a tyre for `wheel` (the loader's own reports
+// held back); when not, prints "tyrograph-cli CMD: PREFIX<the problem>" and
+// returns false.
+bool CliTyreLoads(const char *cmd, const std::string &source, int wheel, const char *prefix);
 // Loads one tyre from `source` with the state's wheel, edits and operating point.
 bool CliLoadTyreInto(const char *cmd, const CliTyreState &state, const std::string &source, KPacejka *tyre);
 // An output option at rest[*i]: "-o OUT" (moving *i past OUT) or "--force".

@@ -166,8 +166,21 @@ struct Input {
 // float64 arrays go to the batch as they are (it rounds them as it reads).
 constexpr size_t EVAL_CHUNK = 2048;
 
+// The inflation pressure a call asks for (Pa; None: 0, the nominal one);
+// ValueError when the tyre cannot run at it.
+float PressureOf(const KTyreParams &tyre, const py::object &pressure) {
+  if (pressure.is_none()) return 0.0f;
+  const float p = pressure.cast<float>();
+  if (const char *problem = KPacejkaPressureProblem(tyre, p)) {
+    PyErr_SetString(PyExc_ValueError, (std::string("pressure: ") + problem).c_str());
+    throw py::error_already_set();
+  }
+  return p;
+}
+
 py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, const py::object &alpha,
-                const py::object &gamma, bool exact, const py::object &dtype) {
+                const py::object &gamma, bool exact, const py::object &dtype, const py::object &pressure) {
+  const float pascals = PressureOf(*t.tyre, pressure);
   py::module_ np = py::module_::import("numpy");
   const py::dtype outType = py::dtype::from_args(dtype);
   if (outType.kind() != 'f' || (outType.itemsize() != 4 && outType.itemsize() != 8)) {
@@ -203,6 +216,8 @@ py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, 
       const KBatchMode mode = exact ? KBATCH_EXACT : KBATCH_FAST;
       const bool allDouble = in[0].f64 && in[1].f64 && in[2].f64 && in[3].f64;
       std::vector<float> scratch(7 * EVAL_CHUNK);
+      const std::vector<double> at64(pascals > 0 ? EVAL_CHUNK : 0, double(pascals));
+      const std::vector<float> at32(pascals > 0 ? EVAL_CHUNK : 0, pascals);
       for (size_t at = 0; at < n; at += EVAL_CHUNK) {
         const size_t m = n - at < EVAL_CHUNK ? n - at : EVAL_CHUNK;
         float *r[3];
@@ -210,12 +225,14 @@ py::object Eval(const PyTyre &t, const py::object &fz, const py::object &kappa, 
           r[q] = out64 ? &scratch[size_t(4 + q) * EVAL_CHUNK] : static_cast<float *>(out[q].mutable_data()) + at;
         if (allDouble) {
           // the batch rounds each input as it reads it
-          KPacejkaEvaluateBatchDouble(*t.tyre, m, in[0].f64 + at, in[1].f64 + at, in[2].f64 + at, in[3].f64 + at,
-                                      r[0], r[1], r[2], mode);
+          KPacejkaEvaluateBatchDoubleAtPressure(*t.tyre, m, in[0].f64 + at, in[1].f64 + at, in[2].f64 + at,
+                                                in[3].f64 + at, at64.empty() ? nullptr : at64.data(), r[0], r[1],
+                                                r[2], mode);
         } else {
           const float *p[4];
           for (int k = 0; k < 4; k++) p[k] = in[k].Points(at, m, &scratch[size_t(k) * EVAL_CHUNK]);
-          KPacejkaEvaluateBatch(*t.tyre, m, p[0], p[1], p[2], p[3], r[0], r[1], r[2], mode);
+          KPacejkaEvaluateBatchAtPressure(*t.tyre, m, p[0], p[1], p[2], p[3], at32.empty() ? nullptr : at32.data(),
+                                          r[0], r[1], r[2], mode);
         }
         if (out64)
           for (int q = 0; q < 3; q++) {
@@ -246,8 +263,10 @@ std::unique_ptr<KPacejka> Graphs(const PyTyre &t, float load, float slipRatio, f
   return g;
 }
 
-py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber, bool zoom) {
+py::dict Curves(const PyTyre &t, float load, float slipRatio, float slipAngle, float camber, bool zoom,
+                const py::object &pressure) {
   std::unique_ptr<KPacejka> g = Graphs(t, load, slipRatio, slipAngle, camber);
+  g->SetPressure(PressureOf(*g, pressure));
   CurveRange ranges[CURVE_COUNT];
   Curve curves[CURVE_COUNT];
   {
@@ -487,7 +506,13 @@ does.)") + fitFigures).c_str());
         return "<tyrograph.Tyre " + t.source + ", wheel " + std::to_string(t.wheel) + ": " + t.tyre->GetModelName() + ">";
       })
       .def("eval", &Eval, "fz"_a, "kappa"_a, "alpha"_a, "gamma"_a = 0.0, "exact"_a = false,
-           "dtype"_a = py::dtype::of<float>(), R"(Fx, Fy, Mz at operating points, as tyrograph-cli eval gives them.
+           "dtype"_a = py::dtype::of<float>(), "pressure"_a = py::none(),
+           R"(Fx, Fy, Mz at operating points, as tyrograph-cli eval gives them.
+
+pressure: the inflation pressure in Pa, as TIR files give it (eval's
+--pressure), for every point; None (the default) runs the tyre at its
+nominal pressure NOMPRES. ValueError for a tyre without pressure terms or
+NOMPRES.
 
 fz (N), kappa (slip ratio), alpha (slip angle, radians), gamma (camber,
 radians): scalars or arrays, broadcast against each other by NumPy's rules
@@ -507,7 +532,9 @@ NaN or infinite inputs are evaluated too: the model's NaN guard turns a
 non-finite force into 0 and its report comes as a tyrograph.TyreWarning
 (once per process and quantity, as in the tool). Releases the GIL.)")
       .def("curves", &Curves, "load"_a = 2500.0f, "slip_ratio"_a = 0.0f, "slip_angle"_a = 0.0f, "camber"_a = 0.0f,
-           "zoom"_a = true, R"(The window's three graphs, as tyrograph-cli curves prints them.
+           "zoom"_a = true, "pressure"_a = py::none(), R"(The window's three graphs, as tyrograph-cli curves prints them.
+
+pressure: the inflation pressure in Pa (curves' --pressure); None: NOMPRES.
 
 load (N), slip_ratio, slip_angle (degrees), camber (degrees), zoom: the
 window's operating point and "Zoom in horizontally" (the CLI's options).

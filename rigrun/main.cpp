@@ -1,9 +1,12 @@
-// tyrograph-rigrun TYRE.tir -o RUN [--tydex] [--rate HZ] [--seed N] [--force]
+// tyrograph-rigrun TYRE.tir -o RUN [--tydex] [--rate HZ] [--seed N] [--pressure-terms] [--force]
 //
 // Makes a realistic rig run from a tyre (tyre/krigrun.h): a tab-separated
 // text file with names and units rows, SAE signs and degrees, or with
 // --tydex a TYDEX file. Every file says in its comments that it is
-// generated, from which tyre and with which settings.
+// generated, from which tyre and with which settings. --pressure-terms
+// runs the tyre at its set points' pressures (its NOMPRES and 85 % of it)
+// through its pressure coefficients; without it the tyre stays at its
+// nominal pressure throughout.
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -22,7 +25,8 @@ int Quiet(const char *, const char *) { return 0; }
 
 int Usage(const char *problem) {
   if (problem) fprintf(stderr, "tyrograph-rigrun: %s\n", problem);
-  fprintf(stderr, "usage: tyrograph-rigrun TYRE.tir -o RUN [--tydex] [--rate HZ] [--seed N] [--force]\n");
+  fprintf(stderr, "usage: tyrograph-rigrun TYRE.tir -o RUN [--tydex] [--rate HZ] [--seed N] [--pressure-terms] "
+                  "[--force]\n");
   return 2;
 }
 
@@ -30,7 +34,7 @@ int Usage(const char *problem) {
 
 int main(int argc, char **argv) {
   std::string tyreFile, out;
-  bool tydex = false, force = false;
+  bool tydex = false, force = false, pressureTerms = false;
   double rate = 25;
   unsigned long seed = 17;
   for (int i = 1; i < argc; i++) {
@@ -41,6 +45,7 @@ int main(int argc, char **argv) {
     if (a == "-o") out = argv[++i];
     else if (a == "--tydex") tydex = true;
     else if (a == "--force") force = true;
+    else if (a == "--pressure-terms") pressureTerms = true;
     else if (a == "--rate") {
       rate = strtod(argv[++i], &end);
       if (*end || !(rate >= 5 && rate <= 1000)) return Usage("--rate: a number of samples per second, 5 to 1000");
@@ -65,6 +70,14 @@ int main(int argc, char **argv) {
   KRigRunPlan plan = KRigRunPlanFor(tyre);
   plan.rate = rate;
   plan.seed = unsigned(seed);
+  if (pressureTerms) {
+    if (!(tyre.nompres > 0)) {
+      fprintf(stderr, "tyrograph-rigrun: %s: --pressure-terms: the tyre has no NOMPRES\n", tyreFile.c_str());
+      return 1;
+    }
+    plan.pressureTerms = true;
+    plan.pressures = {double(tyre.nompres), 0.85 * double(tyre.nompres)};
+  }
   KRunData run;
   KRigRun(tyre, plan, &run);
   const char *slash = strrchr(tyreFile.c_str(), '/');
@@ -77,7 +90,11 @@ int main(int argc, char **argv) {
       "GENERATED rig run, not a measurement: made by tyrograph-rigrun from " + std::string(slash ? slash + 1 : tyreFile.c_str()),
       settings,
       tydex ? "ISO signs (TYDEX wheel axes), degrees, km/h, kPa" : "SAE signs (loads negative), degrees, km/h, kPa"};
-  const std::string text = tydex ? KRigRunTydex(run, comment) : KRigRunText(run, comment);
+  std::vector<std::string> lines = comment;
+  if (pressureTerms)
+    lines.push_back("the tyre runs at each set point's pressure through its pressure coefficients (NOMPRES " +
+                    std::to_string(int(tyre.nompres / 1000)) + " kPa)");
+  const std::string text = tydex ? KRigRunTydex(run, lines) : KRigRunText(run, lines);
   FILE *f = fopen(out.c_str(), "wb");
   bool ok = f && fwrite(text.data(), 1, text.size(), f) == text.size();
   if (f && fclose(f) != 0) ok = false;

@@ -8,9 +8,11 @@
 #include "chart/analyse.h"
 #include "chart/export.h"
 #include "chart/graph.h"
+#include "tool/fitkeys.h"
 #include "tool/panel.h"
 #include "tool/session.h"
 #include "tool/toolenv.h"
+#include "tool/tyrehistory.h"
 #include "diag/qdebug.h"
 #include "ui/qdlgfile.h"
 #include "ui/qmsgbox.h"
@@ -72,6 +74,8 @@ bool CommandOpenTire(const ToolEnv &env) {
   session.lastTir = path;
   if (env.updateTitle) env.updateTitle();
   SessionLoadTir(path.c_str());
+  HistoryClear(-1);  // every wheel has a new tyre
+  FitForget();
   PanelResetControls();
   PanelRefreshLabels();
   return true;
@@ -82,6 +86,8 @@ bool CommandRevert() {
     return false;
   QDBG_IN("Revert", "Reverting\n");
   SessionLoadCar();
+  HistoryClear(-1);  // every wheel is reloaded
+  FitForget();
   // Loading leaves each tyre at the load and camber of its camber check;
   // the tyres take the panel's operating point again, and the radios the
   // car's coefficient list. The value slider keeps its place until the next

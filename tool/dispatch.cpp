@@ -2,6 +2,7 @@
 #include "tool/dispatch.h"
 
 #include "tool/commands.h"
+#include "tool/fitkeys.h"
 #include "tool/panel.h"
 #include "tool/viewkeys.h"
 #include "ui/qapp.h"
@@ -35,7 +36,7 @@ bool ToolDispatch(QEvent *ev, const ToolEnv &env) {
       PanelEnterNumerically();
     }
   }
-  if (ViewKeyDispatch(ev, env)) return true;
+  if (ViewKeyDispatch(ev, env) || FitKeyDispatch(ev, env)) return true;
   // Escape or Shift+Q (0x51 with the Shift bit) ends the program.
   if (ev->type == QEVENT_KEYPRESS && (ev->n == QK_ESC || ev->xn == (0x51 | QK_MOD_SHIFT))) app->Exit(0);
   return false;

@@ -13,11 +13,14 @@
 #include "base/qinfo.h"
 #include "chart/basedir.h"
 #include "tool/dispatch.h"
+#include "tool/fitworker.h"
+#include "tool/fitkeys.h"
 #include "chart/graph.h"
 #include "tool/panel.h"
 #include "tool/session.h"
 #include "tool/settings.h"
 #include "tool/toolenv.h"
+#include "tool/viewkeys.h"
 #include "tool/windowframe.h"
 #include "diag/qdebug.h"
 #include "ui/qapp.h"
@@ -55,6 +58,9 @@ struct FrameStats {
   long frames = 0;
   uint64_t startMs = 0, firstFrameMs = 0;
   double cpuAtFirstFrame = 0;
+  uint64_t lastFrameMs = 0, maxFrameMs = 0;  // the longest frame after the first, pacing included
+  uint64_t maxFitFrameMs = 0;                 // the longest while a fit ran on its worker
+  long fitFrames = 0;
 } stats;
 
 double CpuSeconds() {
@@ -65,10 +71,19 @@ double CpuSeconds() {
 
 void StatsFrameDone() {
   if (!stats.enabled) return;
+  const uint64_t now = qpTimeMs();
   if (stats.frames++ == 0) {
-    stats.firstFrameMs = qpTimeMs();
+    stats.firstFrameMs = now;
     stats.cpuAtFirstFrame = CpuSeconds();
+  } else {
+    const uint64_t ms = now - stats.lastFrameMs;
+    if (ms > stats.maxFrameMs) stats.maxFrameMs = ms;
+    if (FitWorkerRunning()) {
+      stats.fitFrames++;
+      if (ms > stats.maxFitFrameMs) stats.maxFitFrameMs = ms;
+    }
   }
+  stats.lastFrameMs = now;
   if (stats.maxFrames > 0 && stats.frames >= stats.maxFrames) app->Exit(0);
 }
 
@@ -77,9 +92,12 @@ void StatsPrint() {
   double secs = double(qpTimeMs() - stats.firstFrameMs) / 1000.0;
   long later = stats.frames - 1;
   double cpu = CpuSeconds() - stats.cpuAtFirstFrame;
-  printf("tyrograph: frames=%ld fps=%.1f cpu_ms_per_frame=%.2f start_to_first_frame_ms=%llu\n", stats.frames,
-         secs > 0 ? double(later) / secs : 0.0, later ? cpu * 1000.0 / double(later) : 0.0,
-         (unsigned long long)(stats.firstFrameMs - stats.startMs));
+  printf("tyrograph: frames=%ld fps=%.1f cpu_ms_per_frame=%.2f start_to_first_frame_ms=%llu max_frame_ms=%llu",
+         stats.frames, secs > 0 ? double(later) / secs : 0.0, later ? cpu * 1000.0 / double(later) : 0.0,
+         (unsigned long long)(stats.firstFrameMs - stats.startMs), (unsigned long long)stats.maxFrameMs);
+  // With a fit on its worker: the frames drawn meanwhile and the longest of them.
+  if (stats.fitFrames) printf(" fit_frames=%ld max_fit_frame_ms=%llu", stats.fitFrames, (unsigned long long)stats.maxFitFrameMs);
+  printf("\n");
   fflush(stdout);
 }
 
@@ -129,6 +147,8 @@ void PaintFrame() {
   // The tool's frame pacing: one frame, then 16 ms of rest.
   qpSleep(16);
   session.ghostCamber = PanelGhostCamber();
+  ViewExpireSavedNote(qpTimeMs());
+  FitPoll();  // a fit that ended on its worker goes into the tyre
   FramePaintGraphs(canvas, settings.viewWidth, settings.viewHeight);
   // The controls, and a dialog over them while one runs.
   if (QGetWindowManager()) QGetWindowManager()->Paint(canvas);
@@ -153,6 +173,8 @@ bool OnEvent(QEvent *ev) {
 // ---- Exit ----------------------------------------------------------------------------------
 
 void OnExit() {
+  FitWorkerCancel();
+  FitWorkerWait();
   StatsPrint();
   if (settingsTree) {
     SettingsStoreLastCar(settingsTree, session.car.c_str());

@@ -8,6 +8,7 @@
 
 #include "chart/graph.h"
 #include "tool/session.h"
+#include "tool/tyrehistory.h"
 #include "ui/qbutton.h"
 #include "ui/qcheck.h"
 #include "ui/qlabel.h"
@@ -156,6 +157,8 @@ void PanelSelectCoefficient() {
 }
 
 void PanelSetCoefficientValue(float v) {
+  if (session.edit.field != COEFF_FIELD_NONE)
+    HistoryBeforeEdit(session.wheel, session.edit.field, *session.graphs[CURVE_FX]->GetCurrentTyre());
   SessionSetCoefficient(v);
   ShowValue(v);
 }
@@ -191,7 +194,9 @@ bool PanelEnterNumerically() {
   std::string text = start;
   if (!QStringDialogRun("Enter numerical", "Enter the value", &text, 80)) return false;
   float v = PanelParseValue(text.c_str());
+  HistoryBreak();  // a typed value is a step of its own
   PanelSetCoefficientValue(v);
+  HistoryBreak();
   PanelSelectCoefficient();
   session.entryNote = PanelEntryNote(text.c_str(), v);
   return true;
@@ -221,6 +226,7 @@ void PanelFocus(int focus) {
 
 void PanelCoefficientRadio(int index) {
   session.selected = index;
+  HistoryBreak();  // edits of the new selection are a step of their own
   PanelSelectCoefficient();
 }
 

@@ -4,6 +4,7 @@
 // the tyres. The controls themselves live in tool/panel.h.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "chart/carload.h"
@@ -33,7 +34,14 @@ struct Session {
   int view = 0;                          // what the graph area shows: a PlotKind (chart/plot.h)
   Graph *reference[CURVE_COUNT] = {};    // a reference tyre drawn in grey; null when none
   std::string referenceLabel;            // its file name
+  // The view file F4 wrote last, named by the hint lines until
+  // savedViewUntilMs (qpTimeMs); empty once that has passed (tool/viewkeys.h).
+  std::string savedView;
+  uint64_t savedViewUntilMs = 0;
 };
+
+// How long the hint lines name the view file F4 wrote, milliseconds.
+constexpr uint64_t SESSION_SAVED_VIEW_MS = 4000;
 
 extern Session session;
 

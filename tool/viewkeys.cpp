@@ -8,12 +8,14 @@
 #include "chart/carload.h"
 #include "chart/graph.h"
 #include "chart/plot.h"
+#include "tool/measureddata.h"
 #include "tool/session.h"
 #include "tool/toolenv.h"
 #include "tool/windowframe.h"
 #include "ui/qapp.h"
 #include "ui/qdlgfile.h"
 #include "ui/qevent.h"
+#include "ui/qplatform.h"
 
 void ViewCycle() { session.view = (session.view + 1) % PLOT_KIND_COUNT; }
 
@@ -62,11 +64,21 @@ bool ViewSavePng(const std::string &path, int width, int height) {
   FrameState st = FrameStateFromSession();
   std::string error;
   bool ok = QCairoWriteFile(path, width, height, width, height, [&](QRenderer *r) {
-    PlotPaint(r, PlotKind(session.view), st, QRect(0, 0, width, height), nullptr);
+    PlotPaint(r, PlotKind(session.view), st, QRect(0, 0, width, height),
+              DataPointsAt(session.point.load, session.point.camber));
   }, &error);
-  if (!ok) QERR("%s", error.c_str());
-  else QNOTE("view saved as %s", path.c_str());
-  return ok;
+  if (!ok) {
+    QERR("%s", error.c_str());
+    return false;
+  }
+  QNOTE("view saved as %s", path.c_str());
+  session.savedView = path;
+  session.savedViewUntilMs = qpTimeMs() + SESSION_SAVED_VIEW_MS;
+  return true;
+}
+
+void ViewExpireSavedNote(uint64_t nowMs) {
+  if (nowMs >= session.savedViewUntilMs) session.savedView.clear();
 }
 
 bool ViewKeyDispatch(const QEvent *ev, const ToolEnv &env) {

@@ -4,6 +4,7 @@
 // view as a PNG file beside the screenshots (view00001.png, ...).
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 struct QEvent;
@@ -27,3 +28,6 @@ void ViewDropReference();
 bool ViewSavePng(const std::string &path, int width, int height);
 // The first free "view%05d.png" in the screenshot folder; empty when all are taken.
 std::string ViewNextPngName();
+// Forgets the saved view's name once `nowMs` has reached the time the hint
+// lines show it until; called every frame.
+void ViewExpireSavedNote(uint64_t nowMs);

@@ -5,15 +5,22 @@
 #include <cstdio>
 #include <string>
 
+#include "base/qelide.h"
 #include "chart/frametexts.h"
 #include "chart/graph.h"
 #include "chart/plot.h"
+#include "chart/textplace.h"
 #include "render/qrenderer.h"
+#include "tool/fitkeys.h"
 #include "tool/layout.h"
+#include "tool/measureddata.h"
 #include "tool/session.h"
 #include "tool/settings.h"
 
 namespace {
+
+// Lines of hints under the "Wheel index" slider the window has room for.
+constexpr int HINT_LINES = 7;
 
 void PaintCoefficientTexts(QRenderer *r, int left, int top, int bandTop) {
   // Nothing is selected yet while the start-up still loads the car.
@@ -52,7 +59,9 @@ FrameState FrameStateFromSession() {
       session.reference[i]->SetZoom(session.zoom);
     }
     ref.label = session.referenceLabel;
-    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel) : session.lastTir;
+    // The legend names the file, not its folders (the title bar has the path).
+    st.label = session.lastTir.empty() ? session.car + ", wheel " + std::to_string(session.wheel)
+                                       : QPathTail(session.lastTir);
     st.overlays.push_back(ref);
   }
   return st;
@@ -61,10 +70,16 @@ FrameState FrameStateFromSession() {
 void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
   r->BeginPicture(QColor(255, 255, 255, 255));
   QRect view(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, viewWidth, viewHeight);
-  PlotPaint(r, PlotKind(session.view), FrameStateFromSession(), view, nullptr);
+  // Measured data (F5): the nearest set point's points behind the curves.
+  const PlotPoints *points = DataPointsAt(session.point.load, session.point.camber);
+  PlotPaint(r, PlotKind(session.view), FrameStateFromSession(), view, points);
   int cx = GRAPH_LEFT_MARGIN + viewWidth / 2;
   int areaTop = GRAPH_TOP_MARGIN, areaBottom = GRAPH_TOP_MARGIN + viewHeight;
-  if (r->HasFont() && session.graphs[CURVE_FX]) FramePaintCarNote(r, session.carNote, view.x + 15, areaTop + 10);
+  if (r->HasFont() && session.graphs[CURVE_FX]) {
+    std::string note = session.carNote;
+    if (const MeasuredData *d = DataGet()) note = note.empty() ? d->note : note + "; " + d->note;
+    FramePaintCarNote(r, note, view.x + 15, areaTop + 10);
+  }
   if (session.view == PLOT_CURVES) 
     FramePaintOpLine(r, session.graphs, session.point, session.wheel, cx - Graph::X_ORIGIN, GRAPH_LEFT_MARGIN + viewWidth,
                      areaBottom);
@@ -73,12 +88,44 @@ void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
   PaintCoefficientTexts(r, 13, viewHeight + 72 + 4 * 21 + 4, lastSlider.y + lastSlider.hgt + 1);
   // The keys of the views, in the free corner under the wheel slider (the
   // band along the bottom edge holds a Magic Formula 5.2 tyre's scale list).
+  // For a few seconds after F4 its line names the file written, and the
+  // line under it the folder.
   if (r->HasFont()) {
-    char hint[3][64];
-    snprintf(hint[0], sizeof hint[0], "F2 view: %s", PlotKindName(PlotKind(session.view)));
-    snprintf(hint[1], sizeof hint[1], "F3 reference tyre: %s", session.reference[CURVE_FX] ? "on" : "off");
-    snprintf(hint[2], sizeof hint[2], "F4 save view as PNG");
+    std::string hint[4];
+    hint[0] = std::string("F2 view: ") + PlotKindName(PlotKind(session.view));
+    hint[1] = std::string("F3 reference tyre: ") + (session.reference[CURVE_FX] ? "on" : "off");
+    hint[2] = "F4 save view as PNG";
+    if (!session.savedView.empty()) {
+      const std::string name = QPathTail(session.savedView);
+      hint[2] = "F4 saved " + name;
+      hint[3] = "in " + session.savedView.substr(0, session.savedView.size() - name.size());
+    }
     const int top = layout.wheel.y + layout.wheel.hgt + 12;
-    for (int i = 0; i < 3; i++) r->DrawText(hint[i], layout.wheel.x, top + 15 * i, QColor(128, 128, 128, 255));
+    const int room = layout.wheel.wid + 30;
+    auto width = [r](const std::string &t) { return r->MeasureText(t.c_str()); };
+    for (int i = 0; i < 4; i++)
+      if (!hint[i].empty())
+        r->DrawText(QElideMiddle(hint[i], room, width).c_str(), layout.wheel.x, top + 15 * i, QColor(128, 128, 128, 255));
+    // The fitting keys (tool/fitkeys.h) once data is loaded, after F4's
+    // folder line while that shows, as many as the window holds; without
+    // data the frame stays as it always was.
+    if (DataGet()) {
+      std::string more[4];
+      FitHintLines(more);
+      const int first = hint[3].empty() ? 3 : 4;
+      for (int i = 0; i < 4 && first + i < HINT_LINES; i++)
+        r->DrawText(QElideMiddle(more[i], room, width).c_str(), layout.wheel.x, top + 15 * (first + i),
+                    QColor(128, 128, 128, 255));
+    }
+    // The last fit's figures, right-aligned in the graph area on the peak
+    // lines, one per fitted channel.
+    if (session.view == PLOT_CURVES)
+      for (int ch = 0; ch < KCH_COUNT; ch++) {
+        std::string t = FitFiguresText(ch);
+        if (t.empty()) continue;
+        TextSpot at = TextPlacePeak(ch, 0, areaBottom);
+        r->DrawText(t.c_str(), GRAPH_LEFT_MARGIN + viewWidth - 8 - r->MeasureText(t.c_str()), at.y,
+                    QColor(0, 0, 0, 255));
+      }
   }
 }

@@ -403,6 +403,7 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
       p.gamma = run.channel[KRUN_GAMMA].present ? run.channel[KRUN_GAMMA].v[i] : 0;
       for (int ch = 0; ch < KCH_COUNT; ch++)
         p.force[ch] = run.channel[forceCh[ch]].present ? run.channel[forceCh[ch]].v[i] : 0;
+      if (run.channel[KRUN_PRESSURE].present) p.pressure = out->setPoints[size_t(w.setPoint)].pressure;
       out->data.points.push_back(p);
       out->pressure.push_back(run.channel[KRUN_PRESSURE].present ? run.channel[KRUN_PRESSURE].v[i] : 0);
       out->speed.push_back(run.channel[KRUN_SPEED].present ? run.channel[KRUN_SPEED].v[i] : 0);

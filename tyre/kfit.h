@@ -24,6 +24,7 @@
 // and into KFitResult::error.
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,18 @@ struct KFitStage {
 
 // The stages that run for `model`, in order; returns their number.
 int KFitStagesFor(int model, const KFitStage *stages[], int maxStages);
+// The pressure stages (Fx, Fy, Mz: ppx, ppy, ppz), run after the pure
+// stages when the data holds two or more pressure set points; returns
+// their number (0 for a model without pressure terms).
+int KFitPressureStagesFor(int model, const KFitStage *stages[], int maxStages);
+// The pressures (Pa) of the data's points, clustered within 2 %: the
+// set points, each with its point count, most points first. Points without
+// a pressure are left out; of two with as many points the higher first.
+struct KFitPressureSetPoint {
+  double pressure;
+  int points;
+};
+std::vector<KFitPressureSetPoint> KFitPressureSetPoints(const KMeasuredData &data);
 // Whether stage `s` of a fit to `model` varies member `m`, and its bounds.
 bool KFitVaries(int model, const KFitStage &s, const KPacejkaMember &m, float *lo, float *hi);
 
@@ -84,6 +97,13 @@ struct KFitOptions {
   KFitProgressFn progress = nullptr;
   KFitStageFn stageStart = nullptr;
   void *user = nullptr;
+  // Only the stages that fit this channel (KCH_FX ...); -1 every stage.
+  int channel = -1;
+  // Set from another thread, it stops the fit at the solver's next
+  // iteration; KFitTyre then returns false with the error "cancelled".
+  const std::atomic<bool> *cancel = nullptr;
+  // Reports nothing (a fit on a worker thread): problems only in the result.
+  bool quiet = false;
 };
 
 // How well a tyre reproduces one channel of the data.

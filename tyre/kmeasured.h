@@ -32,6 +32,9 @@ enum KChannel : int { KCH_FX, KCH_FY, KCH_MZ, KCH_COUNT };
 struct KMeasuredPoint {
   double fz = 0, kappa = 0, alpha = 0, gamma = 0;
   double force[KCH_COUNT] = {0, 0, 0};  // Fx, Fy (N), Mz (N·m)
+  // Inflation pressure (Pa) of the point's set point; 0 when unknown (the
+  // CSV format has no column for it: conditioned rig runs set it).
+  double pressure = 0;
 };
 
 struct KMeasuredData {

@@ -35,6 +35,7 @@ static void ResetCoefficientsOf(KTyreParams *p) {
   FILL(lfz0, lres, 1.0f);
   FILL(pcx1, ssz4, 0.0f);
   FILL(zeta0, zeta8, 1.0f);
+  FILL(ppx1, qpz2, 0.0f);
   p->turnSlipSpare = 0.0f;
   FILL(tyreSpare3[0], tyreSpare3[2], 0.0f);
   p->lmp = p->lkyc = p->lt = 1.0f;
@@ -69,6 +70,7 @@ KPacejka::KPacejka() : KTyreParams(KTyreDefaults()) {
   longStiffness = corneringStiffness = peakFx = peakFy = 0.0f;
   for (float &v : resultSpares) v = 0.0f;
   system = nullptr;
+  pressure = 0.0f;
 }
 
 KPacejka::~KPacejka() { delete system; }

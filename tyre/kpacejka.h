@@ -38,6 +38,7 @@
 
 #include <cstdint>
 
+#include "tyre/kpacejka_point.h"
 #include "tyre/ktyre.h"
 
 class QInfo;
@@ -71,10 +72,16 @@ class KPacejka : public KTyreParams {
   void SetPeakLoad(float newtons);
   void SetSlipAngle(float radians);
   void SetSlipRatio(float ratio);
+  // Inflation pressure in Pa; 0 (the start) runs the tyre at its nominal
+  // pressure. Kept as given: the pressure terms take it relative to nompres
+  // at each evaluation.
+  void SetPressure(float pascals) { pressure = pascals; }
   float GetCamber() const;
   // The stored operating point, as the core takes it (tyre/ktyre.h): code
   // that evaluates at the tyre's point without changing it passes this.
-  kpacejka::Point<float> GetStoredPoint() const { return {camber, sideSlip, slipPercentage, Fz, FzPeak}; }
+  kpacejka::Point<float> GetStoredPoint() const {
+    return {camber, sideSlip, slipPercentage, Fz, FzPeak, kpacejka::StoredDpi(*this, pressure)};
+  }
 
   // ---- Evaluation --------------------------------------------------------------
   // Fx, Fy, Mz (and the curve statistics) at the stored operating point:
@@ -121,6 +128,8 @@ class KPacejka : public KTyreParams {
 
   PSystem *system;  // owned; made by CreateSystem
 
+  float pressure;  // inflation pressure, Pa (SetPressure); 0: nominal
+
   // The NaN report of Calculate for one quantity (0 Fx, 1 Fy, 2 Mz) at a
   // point: once per process and quantity.
   static void ReportNaN(int quantity, const kpacejka::Point<float> &p);
@@ -135,7 +144,8 @@ class KPacejka : public KTyreParams {
 // One entry per named member, in declaration order: flags, a0 ... c17, the
 // scaling factors, the Magic Formula coefficients, zeta0 ... zeta8, r0, fz0,
 // longv, mbelt, fyShiftScale, lmp, lkyc, lt, model, and the range ends
-// slipangle_min ... fz_max. Each entry says which models read the member,
+// slipangle_min ... fz_max, then inflpres, nompres and the pressure
+// coefficients ppx1 ... qpz2. Each entry says which models read the member,
 // what it shapes, where a TIR file keeps it, how far a fitter may move it,
 // how it turns under mirroring, and what the coefficient panel shows of it.
 // Loading (configuration and TIR), the TIR writer, the CLI, the editor and the
@@ -164,6 +174,7 @@ struct KPacejkaMember {
     SCALING,      // lfz0 ... lres, lmp, lkyc, lt
     DIMENSIONS,   // r0, fz0, longv, mbelt
     RANGES,       // slipangle_min ... fz_max
+    PRESSURE,     // inflpres, nompres and the pressure coefficients ppx1 ... qpz2
     GROUP_COUNT
   };
   // Sign under mirroring: bits of the channels that negate the member.
@@ -224,6 +235,14 @@ inline bool KPacejkaIsFitted(const KPacejkaMember &m) { return m.fitMin < m.fitM
 // 0); returns how many there are in all.
 int KPacejkaFittedMembers(int model, KPacejkaMember::Group group, const KPacejkaMember **out,
                           int capacity);
+// Whether the tyre carries inflation pressure: any member of the pressure
+// group (the pressures or a coefficient) other than 0. The TIR and car.ini writers leave the
+// pressure keys out of a tyre that does not.
+bool KPacejkaHasPressure(const KTyreParams &tyre);
+// Why `tyre` cannot run at inflation pressure `pascals` (Pa), or null when
+// it can: the pressure is no number above 0, the model has no pressure
+// terms, or the tyre has no nominal pressure to take it relative to.
+const char *KPacejkaPressureProblem(const KTyreParams &tyre, float pascals);
 // Short text of a group for reports: "pure Fx", "combined Fy", "scaling", ...
 const char *KPacejkaGroupName(KPacejkaMember::Group group);
 // The entry the TIR key `section`.`key` (lower case) is read into, or null.

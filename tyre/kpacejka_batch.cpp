@@ -13,20 +13,20 @@
 #ifdef TYRO_BATCH_AVX2
 // kpacejka_batch_avx2.cpp; n a multiple of eight not required.
 void KTyreEvaluateBatch8(const KTyreParams &tyre, size_t n, const float *fz, const float *kappa,
-                         const float *alpha, const float *gamma, float *fx, float *fy, float *mz,
-                         KBatchIssues *issues);
+                         const float *alpha, const float *gamma, const float *pressure, float *fx, float *fy,
+                         float *mz, KBatchIssues *issues);
 void KTyreEvaluateBatch8(const KTyreParams &tyre, size_t n, const double *fz, const double *kappa,
-                         const double *alpha, const double *gamma, float *fx, float *fy, float *mz,
-                         KBatchIssues *issues);
+                         const double *alpha, const double *gamma, const double *pressure, float *fx, float *fy,
+                         float *mz, KBatchIssues *issues);
 #endif
 #ifdef TYRO_BATCH_AVX512
 // kpacejka_batch_avx512.cpp; n a multiple of sixteen not required.
 void KTyreEvaluateBatch16(const KTyreParams &tyre, size_t n, const float *fz, const float *kappa,
-                          const float *alpha, const float *gamma, float *fx, float *fy, float *mz,
-                          KBatchIssues *issues);
+                          const float *alpha, const float *gamma, const float *pressure, float *fx, float *fy,
+                          float *mz, KBatchIssues *issues);
 void KTyreEvaluateBatch16(const KTyreParams &tyre, size_t n, const double *fz, const double *kappa,
-                          const double *alpha, const double *gamma, float *fx, float *fy, float *mz,
-                          KBatchIssues *issues);
+                          const double *alpha, const double *gamma, const double *pressure, float *fx, float *fy,
+                          float *mz, KBatchIssues *issues);
 #endif
 
 namespace {
@@ -53,13 +53,14 @@ bool Has16() {
 // Double inputs are rounded to float as they are read.
 template <typename T>
 void EvaluateExact(const KTyreParams &tyre, size_t n, const T *fz, const T *kappa, const T *alpha,
-                   const T *gamma, float *fx, float *fy, float *mz, KBatchIssues *issues) {
+                   const T *gamma, const T *pressure, float *fx, float *fy, float *mz, KBatchIssues *issues) {
   bool badCamber = false;
   for (size_t i = 0; i < n; i++) {
     const float g = float(gamma[i]);
     badCamber = badCamber || !std::isfinite(g);
     const kpacejka::Point<float> p =
-        kpacejka::StoredPoint(tyre, float(fz[i]), float(kappa[i]), float(alpha[i]), g);
+        pressure ? kpacejka::StoredPoint(tyre, float(fz[i]), float(kappa[i]), float(alpha[i]), g, float(pressure[i]))
+                 : kpacejka::StoredPoint(tyre, float(fz[i]), float(kappa[i]), float(alpha[i]), g);
     kpacejka::Guarded<float> bad;
     const kpacejka::Forces<float> f = tyre.Evaluate(p, nullptr, &bad);
     if (fx) fx[i] = f.Fx;
@@ -74,15 +75,15 @@ void EvaluateExact(const KTyreParams &tyre, size_t n, const T *fz, const T *kapp
 
 template <typename T>
 void Evaluate(const KTyreParams &tyre, size_t n, const T *fz, const T *kappa, const T *alpha, const T *gamma,
-              float *fx, float *fy, float *mz, KBatchMode mode, KBatchIssues *issues) {
+              const T *pressure, float *fx, float *fy, float *mz, KBatchMode mode, KBatchIssues *issues) {
   switch (KBatchLanes(mode)) {
 #ifdef TYRO_BATCH_AVX512
-    case 16: KTyreEvaluateBatch16(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, issues); return;
+    case 16: KTyreEvaluateBatch16(tyre, n, fz, kappa, alpha, gamma, pressure, fx, fy, mz, issues); return;
 #endif
 #ifdef TYRO_BATCH_AVX2
-    case 8: KTyreEvaluateBatch8(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, issues); return;
+    case 8: KTyreEvaluateBatch8(tyre, n, fz, kappa, alpha, gamma, pressure, fx, fy, mz, issues); return;
 #endif
-    default: EvaluateExact(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, issues); return;
+    default: EvaluateExact(tyre, n, fz, kappa, alpha, gamma, pressure, fx, fy, mz, issues); return;
   }
 }
 
@@ -99,13 +100,25 @@ bool KPacejkaBatchIsVector() { return KBatchLanes(KBATCH_FAST) > 1; }
 void KTyreEvaluateBatch(const KTyreParams &tyre, size_t n, const float *fz, const float *kappa,
                         const float *alpha, const float *gamma, float *fx, float *fy, float *mz, KBatchMode mode,
                         KBatchIssues *issues) {
-  Evaluate(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, mode, issues);
+  Evaluate<float>(tyre, n, fz, kappa, alpha, gamma, nullptr, fx, fy, mz, mode, issues);
+}
+
+void KTyreEvaluateBatchAtPressure(const KTyreParams &tyre, size_t n, const float *fz, const float *kappa,
+                                  const float *alpha, const float *gamma, const float *pressure, float *fx,
+                                  float *fy, float *mz, KBatchMode mode, KBatchIssues *issues) {
+  Evaluate(tyre, n, fz, kappa, alpha, gamma, pressure, fx, fy, mz, mode, issues);
 }
 
 void KTyreEvaluateBatchDouble(const KTyreParams &tyre, size_t n, const double *fz, const double *kappa,
                               const double *alpha, const double *gamma, float *fx, float *fy, float *mz,
                               KBatchMode mode, KBatchIssues *issues) {
-  Evaluate(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, mode, issues);
+  Evaluate<double>(tyre, n, fz, kappa, alpha, gamma, nullptr, fx, fy, mz, mode, issues);
+}
+
+void KTyreEvaluateBatchDoubleAtPressure(const KTyreParams &tyre, size_t n, const double *fz, const double *kappa,
+                                        const double *alpha, const double *gamma, const double *pressure,
+                                        float *fx, float *fy, float *mz, KBatchMode mode, KBatchIssues *issues) {
+  Evaluate(tyre, n, fz, kappa, alpha, gamma, pressure, fx, fy, mz, mode, issues);
 }
 
 void KBatchReport(const KBatchIssues &issues) {
@@ -133,5 +146,22 @@ void KPacejkaEvaluateBatchDouble(const KTyreParams &tyre, size_t n, const double
                                  KBatchMode mode) {
   KBatchIssues issues;
   KTyreEvaluateBatchDouble(tyre, n, fz, kappa, alpha, gamma, fx, fy, mz, mode, &issues);
+  KBatchReport(issues);
+}
+
+void KPacejkaEvaluateBatchAtPressure(const KTyreParams &tyre, size_t n, const float *fz, const float *kappa,
+                                     const float *alpha, const float *gamma, const float *pressure, float *fx,
+                                     float *fy, float *mz, KBatchMode mode) {
+  KBatchIssues issues;
+  KTyreEvaluateBatchAtPressure(tyre, n, fz, kappa, alpha, gamma, pressure, fx, fy, mz, mode, &issues);
+  KBatchReport(issues);
+}
+
+void KPacejkaEvaluateBatchDoubleAtPressure(const KTyreParams &tyre, size_t n, const double *fz,
+                                           const double *kappa, const double *alpha, const double *gamma,
+                                           const double *pressure, float *fx, float *fy, float *mz,
+                                           KBatchMode mode) {
+  KBatchIssues issues;
+  KTyreEvaluateBatchDoubleAtPressure(tyre, n, fz, kappa, alpha, gamma, pressure, fx, fy, mz, mode, &issues);
   KBatchReport(issues);
 }

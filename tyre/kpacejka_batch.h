@@ -54,6 +54,16 @@ void KTyreEvaluateBatch(const KTyreParams &tyre, size_t n, const float *fz, cons
 void KTyreEvaluateBatchDouble(const KTyreParams &tyre, size_t n, const double *fz, const double *kappa,
                               const double *alpha, const double *gamma, float *fx, float *fy, float *mz,
                               KBatchMode mode = KBATCH_FAST, KBatchIssues *issues = nullptr);
+// The same at an inflation pressure per point (Pa; 0 or less, or a null
+// `pressure`: the tyre's nominal pressure).
+void KTyreEvaluateBatchAtPressure(const KTyreParams &tyre, size_t n, const float *fz, const float *kappa,
+                                  const float *alpha, const float *gamma, const float *pressure, float *fx,
+                                  float *fy, float *mz, KBatchMode mode = KBATCH_FAST,
+                                  KBatchIssues *issues = nullptr);
+void KTyreEvaluateBatchDoubleAtPressure(const KTyreParams &tyre, size_t n, const double *fz, const double *kappa,
+                                        const double *alpha, const double *gamma, const double *pressure,
+                                        float *fx, float *fy, float *mz, KBatchMode mode = KBATCH_FAST,
+                                        KBatchIssues *issues = nullptr);
 // The reports a batch's issues call for, as Calculate and SetCamber make
 // them: the NaN reports in point order (once per process and quantity),
 // then the camber report once. On the reporters' thread only.
@@ -66,6 +76,14 @@ void KPacejkaEvaluateBatch(const KTyreParams &tyre, size_t n, const float *fz, c
 void KPacejkaEvaluateBatchDouble(const KTyreParams &tyre, size_t n, const double *fz, const double *kappa,
                                  const double *alpha, const double *gamma, float *fx, float *fy, float *mz,
                                  KBatchMode mode = KBATCH_FAST);
+
+void KPacejkaEvaluateBatchAtPressure(const KTyreParams &tyre, size_t n, const float *fz, const float *kappa,
+                                     const float *alpha, const float *gamma, const float *pressure, float *fx,
+                                     float *fy, float *mz, KBatchMode mode = KBATCH_FAST);
+void KPacejkaEvaluateBatchDoubleAtPressure(const KTyreParams &tyre, size_t n, const double *fz,
+                                           const double *kappa, const double *alpha, const double *gamma,
+                                           const double *pressure, float *fx, float *fy, float *mz,
+                                           KBatchMode mode = KBATCH_FAST);
 
 // The points `mode` runs at once on this processor: 1, 8 or 16.
 int KBatchLanes(KBatchMode mode = KBATCH_FAST);

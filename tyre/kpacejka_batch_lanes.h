@@ -23,32 +23,35 @@ namespace kpacejka {
 template <class V>
 void NoteZeroed(const Guarded<V> &bad, const Point<V> &p, size_t base, int lanes, KBatchIssues *issues) {
   const unsigned masks[3] = {unsigned(Lanes(bad.Fx)), unsigned(Lanes(bad.Fy)), unsigned(Lanes(bad.Mz))};
-  alignas(64) float c[V::LANES], s[V::LANES], k[V::LANES], z[V::LANES], zp[V::LANES];
+  alignas(64) float c[V::LANES], s[V::LANES], k[V::LANES], z[V::LANES], zp[V::LANES], d[V::LANES];
   p.camber.Store(c), p.sideSlip.Store(s), p.slipPercentage.Store(k), p.Fz.Store(z), p.FzPeak.Store(zp);
+  p.dpi.Store(d);
   for (int q = 0; q < 3; q++) {
     if (issues->first[q] != KBatchIssues::NONE) continue;
     for (int lane = 0; lane < lanes; lane++) {
       if (!(masks[q] >> lane & 1)) continue;
       issues->first[q] = base + size_t(lane);
-      issues->at[q] = {c[lane], s[lane], k[lane], z[lane], zp[lane]};
+      issues->at[q] = {c[lane], s[lane], k[lane], z[lane], zp[lane], d[lane]};
       break;
     }
   }
 }
 
 // The core over n points, V::LANES at a time. A short last group repeats
-// its last point (a lane's result depends only on its own inputs).
+// its last point (a lane's result depends only on its own inputs). A null
+// `pressure` runs every point at the nominal pressure.
 template <class V, typename T>
 void EvaluateLanes(const KTyreParams &tyre, size_t n, const T *fz, const T *kappa, const T *alpha,
-                   const T *gamma, float *fx, float *fy, float *mz, KBatchIssues *issues) {
+                   const T *gamma, const T *pressure, float *fx, float *fy, float *mz, KBatchIssues *issues) {
   constexpr size_t L = V::LANES;
   Mask<V> badCamber;
   for (size_t i = 0; i < n; i += L) {
     // 1. the inputs
     const size_t lanes = n - i < L ? n - i : L;
-    const T *src[4] = {fz + i, kappa + i, alpha + i, gamma + i};
-    V in[4];
-    for (int a = 0; a < 4; a++) {
+    const T *src[5] = {fz + i, kappa + i, alpha + i, gamma + i, pressure ? pressure + i : nullptr};
+    V in[5];
+    for (int a = 0; a < 5; a++) {
+      if (!src[a]) continue;
       if (lanes == L) {
         in[a] = V::Load(src[a]);
       } else {
@@ -59,7 +62,8 @@ void EvaluateLanes(const KTyreParams &tyre, size_t n, const T *fz, const T *kapp
     }
     badCamber = badCamber | IsBad(in[3]);
     // 2. the stored point and the core
-    const Point<V> p = StoredPoint(tyre, in[0], in[1], in[2], in[3]);
+    const Point<V> p = pressure ? StoredPoint(tyre, in[0], in[1], in[2], in[3], in[4])
+                                : StoredPoint(tyre, in[0], in[1], in[2], in[3]);
     Guarded<V> bad;
     const Forces<V> f = tyre.Evaluate(p, nullptr, &bad);
     // 3. results

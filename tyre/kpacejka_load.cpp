@@ -69,6 +69,7 @@ bool KPacejka::LoadFromInfo(QInfo *info, const char *path) {
         ReadFloat(*this, info, path, kpacejkaMembers[i].name, true, 0.0f);
     ReadRun(*this, info, path, "pcx1", "pty2", true);
     ReadRun(*this, info, path, "qbz1", "ssz4", true);
+    ReadRun(*this, info, path, "inflpres", "qpz2", true);
     for (int order = 0; order < KPACEJKA_INI_SCALING_COUNT; order++)
       ReadFloat(*this, info, path, KPacejkaIniScalingMember(order)->name, true, 0.0f);
   } else if (model == PAC96) {

@@ -42,6 +42,10 @@ kpacejka::Forces<T> KTyreParams::EvalMagicFormula(bool mf61, const kpacejka::Poi
   const T gx = lgax * gamma;
   const T gy = lgay * gamma;
   const T gz = lgaz * gamma;
+  // Inflation pressure against the nominal one: each pressure term is a
+  // factor that is exactly 1 at dpi = 0, so a tyre at its nominal pressure
+  // gives the very bits it gave before pressure was modelled.
+  const T dpi = p.dpi;
 
   // Every sine-arctangent curve (the pure-slip forces, the four weighting
   // curves, the moment's trail curve) is formed in one place further down,
@@ -56,11 +60,12 @@ kpacejka::Forces<T> KTyreParams::EvalMagicFormula(bool mf61, const kpacejka::Poi
   const T SVx = Fz * (pvx1 + pvx2 * dfz) * lvx * lmux;
   // 2.
   const T Cx = pcx1 * lcx;
-  const T Dx = (pdx1 + pdx2 * dfz) * (1.0f - pdx3 * gx * gx) * lmux * Fz;
+  const T Dx = (pdx1 + pdx2 * dfz) * (1.0f + ppx3 * dpi + ppx4 * dpi * dpi) * (1.0f - pdx3 * gx * gx) *
+               lmux * Fz;
   // 3. curvature, capped at 1 only from above
   const T Ex = CapAtOne((pex1 + pex2 * dfz + pex3 * dfz2) * (1.0f - pex4 * Sign(kx)) * lex);
   // 4.
-  const T Kx = Fz * (pkx1 + pkx2 * dfz) * Exp(pkx3 * dfz) * lkx;
+  const T Kx = Fz * (pkx1 + pkx2 * dfz) * Exp(pkx3 * dfz) * (1.0f + ppx1 * dpi + ppx2 * dpi * dpi) * lkx;
   // 5.
   const T Bx = Kx / GuardCD(Cx * Dx);
   // 6. Fx0 = Dx·sin(MF(Bx, Cx, Ex, kx)) + SVx, with the curves below
@@ -68,10 +73,12 @@ kpacejka::Forces<T> KTyreParams::EvalMagicFormula(bool mf61, const kpacejka::Poi
   // ---- Pure lateral slip ----
   // 1.
   const T Cy = pcy1 * lcy;
-  const T Dy = (pdy1 + pdy2 * dfz) * (1.0f - pdy3 * gy * gy) * lmuy * Fz;
-  // 2. the scaled nominal load and then lfz0 once more: the simulator's form
-  const T Ky = pky1 * Fz0s * SinTwoAtan(Fz / (pky2 * Fz0s)) * (1.0f - pky3 * Abs(gy)) *
-               lfz0 * lky;
+  const T Dy = (pdy1 + pdy2 * dfz) * (1.0f + ppy3 * dpi + ppy4 * dpi * dpi) * (1.0f - pdy3 * gy * gy) *
+               lmuy * Fz;
+  // 2. the scaled nominal load and then lfz0 once more: the simulator's form;
+  //    pressure scales the stiffness (ppy1) and the load of its peak (ppy2)
+  const T Ky = pky1 * Fz0s * (1.0f + ppy1 * dpi) * SinTwoAtan(Fz / (pky2 * Fz0s * (1.0f + ppy2 * dpi))) *
+               (1.0f - pky3 * Abs(gy)) * lfz0 * lky;
   // 3.
   const T By = Ky / GuardCD(Cy * Dy);
   // 4.
@@ -96,15 +103,17 @@ kpacejka::Forces<T> KTyreParams::EvalMagicFormula(bool mf61, const kpacejka::Poi
   const T Bt = (qbz1 + qbz2 * dfz + qbz3 * dfz2) * (1.0f + qbz4 * gz + qbz5 * Abs(gy)) *
                    lky / lmuy;
   const T Ct = qcz1;
-  // 4.
-  const T Dt = Fz * (qdz1 + qdz2 * dfz) * (1.0f + qdz3 * gz + qdz4 * gz * gz) * (r0 / Fz0s) * ltr;
+  // 4. a harder tyre has a shorter trail (ppz1)
+  const T Dt = Fz * (qdz1 + qdz2 * dfz) * (1.0f - ppz1 * dpi) * (1.0f + qdz3 * gz + qdz4 * gz * gz) *
+               (r0 / Fz0s) * ltr;
   // 5.
   const T Et = CapAtOne((qez1 + qez2 * dfz + qez3 * dfz2) *
                         (1.0f + (qez4 + qez5 * gz) * TWO_OVER_PI * Atan(Bt * Ct * at)));
   // 6.
   const T Br = qbz9 * lky / lmuy + qbz10 * By * Cy;
   // 7. 6.1 scales the residual torque with ltr, 5.2 with lres
-  const T Dr = Fz * ((qdz6 + qdz7 * dfz) * (mf61 ? ltr : lres) + (qdz8 + qdz9 * dfz) * gz) *
+  //    pressure scales the camber part (ppz2)
+  const T Dr = Fz * ((qdz6 + qdz7 * dfz) * (mf61 ? ltr : lres) + (qdz8 + qdz9 * dfz) * (1.0f + ppz2 * dpi) * gz) *
                    r0 * lmuy;
   // (The pure-slip moment is not formed: the combined moment replaces it.)
 

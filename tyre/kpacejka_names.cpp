@@ -273,6 +273,24 @@ constexpr KPacejkaMember kpacejkaMembers[] = {
     RANGE("camber_max", camberMax, "inclination_angle_range", "cammax"),
     RANGE("fz_min", fzMin, "vertical_force_range", "fzmin"),
     RANGE("fz_max", fzMax, "vertical_force_range", "fzmax"),
+    // ---- Inflation pressure (Pa), and the coefficients of its terms; ppy5,
+    //      qpz1 and qpz2 are carried only (no term of these models reads them) ----
+    {"inflpres", K::FLOAT, AT(inflpres), K::MF_ONLY, K::PRESSURE, "operating_conditions", "inflpres"},
+    {"nompres", K::FLOAT, AT(nompres), K::MF_ONLY, K::PRESSURE, "operating_conditions", "nompres"},
+    MF(ppx1, MF_ONLY, PRESSURE, LONGITUDINAL, -5.0f, 5.0f),
+    MF(ppx2, MF_ONLY, PRESSURE, LONGITUDINAL, -5.0f, 5.0f),
+    MF(ppx3, MF_ONLY, PRESSURE, LONGITUDINAL, -5.0f, 5.0f),
+    MF(ppx4, MF_ONLY, PRESSURE, LONGITUDINAL, -5.0f, 5.0f),
+    // ppy2 divides the load of the stiffness peak: 1 + ppy2·dpi stays positive
+    MF(ppy1, MF_ONLY, PRESSURE, LATERAL, -5.0f, 5.0f),
+    MF(ppy2, MF_ONLY, PRESSURE, LATERAL, -2.0f, 3.0f),
+    MF(ppy3, MF_ONLY, PRESSURE, LATERAL, -5.0f, 5.0f),
+    MF(ppy4, MF_ONLY, PRESSURE, LATERAL, -5.0f, 5.0f),
+    MF(ppy5, MF_ONLY, PRESSURE, LATERAL, 0, 0),
+    MF(ppz1, MF_ONLY, PRESSURE, ALIGNING, -5.0f, 5.0f),
+    MF(ppz2, MF_ONLY, PRESSURE, ALIGNING, -5.0f, 5.0f),
+    MF(qpz1, MF_ONLY, PRESSURE, ALIGNING, 0, 0),
+    MF(qpz2, MF_ONLY, PRESSURE, ALIGNING, 0, 0),
 };
 
 const int kpacejkaMemberCount = int(sizeof kpacejkaMembers / sizeof kpacejkaMembers[0]);
@@ -325,7 +343,8 @@ constexpr bool FitBoundsSound() {
     const K &m = kpacejkaMembers[i];
     if (m.fitMin > m.fitMax) return false;
     if (m.fitMin == m.fitMax) continue;
-    if (m.kind != K::FLOAT || m.group == K::OTHER || m.group >= K::RELAXATION) return false;
+    if (m.kind != K::FLOAT || m.group == K::OTHER) return false;
+    if (m.group >= K::RELAXATION && m.group != K::PRESSURE) return false;
   }
   return true;
 }
@@ -337,6 +356,8 @@ static_assert(Contiguous("lfz0", "lres") && IndexOf("lres") - IndexOf("lfz0") + 
 static_assert(IndexOf("lfz0") == IndexOf("c17") + 1, "the scaling factors follow c17");
 static_assert(Contiguous("pcx1", "pty2") && Contiguous("qbz1", "ssz4") && Contiguous("zeta0", "zeta8"),
               "the Magic Formula and turn-slip runs must stay contiguous");
+static_assert(Contiguous("inflpres", "qpz2") && IndexOf("qpz2") == kCount - 1,
+              "the pressure members must stay one run of floats at the end");
 static_assert(IniOrderComplete(), "every car.ini scaling place needs exactly one factor");
 static_assert(FitBoundsSound(), "fit bounds only on float coefficients, with fitMin < fitMax");
 
@@ -398,10 +419,25 @@ int KPacejkaFittedMembers(int model, KPacejkaMember::Group group, const KPacejka
   return n;
 }
 
+bool KPacejkaHasPressure(const KTyreParams &tyre) {
+  for (const KPacejkaMember &m : kpacejkaMembers)
+    if (m.group == KPacejkaMember::PRESSURE && KPacejkaGetMember(tyre, m) != 0.0) return true;
+  return false;
+}
+
+const char *KPacejkaPressureProblem(const KTyreParams &tyre, float pascals) {
+  if (!(pascals > 0.0f) || !(pascals < 1e12f)) return "the pressure is no number of Pa above 0";
+  if (tyre.model == KTyreParams::PAC96) return "a Pacejka89/96 tyre has no pressure terms (Magic Formula 5.2 and 6.1 tyres have)";
+  if (tyre.model == KTyreParams::PAC2006) return "a Pacejka2006 tyre has no pressure terms (Magic Formula 5.2 and 6.1 tyres have)";
+  if (!(tyre.nompres > 0.0f)) return "the tyre has no nominal inflation pressure (NOMPRES, the member nompres)";
+  return nullptr;
+}
+
 const char *KPacejkaGroupName(KPacejkaMember::Group group) {
   static const char *const names[KPacejkaMember::GROUP_COUNT] = {
       "other",       "pure Fx",    "pure Fy",   "pure Mz",    "combined Fx", "combined Fy",
-      "combined Mz", "relaxation", "turn slip", "scaling",    "dimensions",  "ranges"};
+      "combined Mz", "relaxation", "turn slip", "scaling",    "dimensions",  "ranges",
+      "pressure"};
   return group < KPacejkaMember::GROUP_COUNT ? names[group] : "?";
 }
 

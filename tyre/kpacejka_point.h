@@ -35,12 +35,29 @@ inline T StoredCamber(const KTyreParams &t, T radians) {  // degrees
   return (t.flags & KTyreParams::NEGATE_CAMBER) ? -c : c;
 }
 
+// The pressure as the core takes it: (p - nompres) / nompres, 0 for a
+// pressure of 0 or less (none given) and for a tyre without a nominal
+// pressure.
+template <class T>
+inline T StoredDpi(const KTyreParams &t, T pascals) {
+  if (!(t.nompres > 0.0f)) return T(0.0f);
+  return Select(pascals > 0.0f, (pascals - t.nompres) / t.nompres, T(0.0f));
+}
+
 // The point SetNormalLoad, SetSlipRatio, SetSlipAngle and SetCamber store
 // (the peak load follows the load).
 template <class T>
 inline Point<T> StoredPoint(const KTyreParams &t, T newtons, T ratio, T radians, T camberRadians) {
   const T load = StoredLoad(t, newtons);
-  return {StoredCamber(t, camberRadians), StoredSlipAngle(t, radians), StoredSlipRatio(t, ratio), load, load};
+  return {StoredCamber(t, camberRadians), StoredSlipAngle(t, radians), StoredSlipRatio(t, ratio), load, load,
+          T(0.0f)};
+}
+// The same at an inflation pressure (Pa).
+template <class T>
+inline Point<T> StoredPoint(const KTyreParams &t, T newtons, T ratio, T radians, T camberRadians, T pascals) {
+  Point<T> p = StoredPoint(t, newtons, ratio, radians, camberRadians);
+  p.dpi = StoredDpi(t, pascals);
+  return p;
 }
 
 }  // namespace kpacejka

@@ -26,6 +26,7 @@ struct Section {
 };
 const Section sections[] = {
     {"dimensions", "dimensions"},
+    {"operating_conditions", "operating_conditions"},
     {"vertical", "vertical"},
     {"long_slip_range", "long_slip_range"},
     {"slip_angle_range", "slip_angle_range"},
@@ -45,6 +46,8 @@ struct KeyNote {
 const KeyNote notes[] = {
     {"unloaded_radius", "Free tyre radius (m)"},
     {"fnomin", "Nominal wheel load (N)"},
+    {"inflpres", "Tyre inflation pressure (Pa)"},
+    {"nompres", "Nominal inflation pressure (Pa)"},
     {"kpumin", "Minimum valid wheel slip"},
     {"kpumax", "Maximum valid wheel slip"},
     {"alpmin", "Minimum valid slip angle (rad)"},
@@ -147,12 +150,16 @@ bool KPacejkaTirText(const KPacejka &tyre, std::string *out) {
   Line(&text, "fittyp", mf61 ? "61" : "52", mf61 ? "Magic Formula 6.1" : "Magic Formula 5.2");
   FormatFloat(value, sizeof value, tyre.longv);
   Line(&text, "longvl", value, "Reference speed (m/s)");
-  // 4. every member with a TIR key, section by section
+  // 4. every member with a TIR key, section by section; the pressure keys
+  //    (and their section) only for a tyre that carries pressure
+  const bool pressure = KPacejkaHasPressure(tyre);
   for (const Section &s : sections) {
+    if (!pressure && !strcmp(s.name, "operating_conditions")) continue;
     SectionHead(&text, s.caption, s.name);
     for (int i = 0; i < kpacejkaMemberCount; i++) {
       const KPacejkaMember &m = kpacejkaMembers[i];
       if (!m.tirKey || strcmp(m.tirSection, s.name)) continue;
+      if (!pressure && m.group == KPacejkaMember::PRESSURE) continue;
       FormatFloat(value, sizeof value, float(KPacejkaGetMember(tyre, m)));
       Line(&text, m.tirKey, value, NoteOf(m.tirKey));
     }

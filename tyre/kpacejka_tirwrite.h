@@ -1,6 +1,7 @@
 // Writing a Magic Formula tyre (model 1 or 3) as a TIR tyre property file.
 //
-// The file holds [MODEL] (FITTYP 52 or 61), [DIMENSIONS], [VERTICAL], the
+// The file holds [MODEL] (FITTYP 52 or 61), [DIMENSIONS],
+// [OPERATING_CONDITIONS] (a tyre that carries pressure only), [VERTICAL], the
 // four range sections and the scaling, longitudinal, lateral and aligning
 // coefficient sections with every member the TIR import reads, each value
 // in the fewest digits that read back to the same float. Reading the file

@@ -145,6 +145,7 @@ void KRigRun(KPacejka &tyre, const KRigRunPlan &plan, KRunData *out) {
       kappaEff += (kk - kappaEff) * decay;
     }
     const double fz = k.fz * (1 + plan.wobble * std::sin(2 * M_PI * t / wobblePeriod)) * (1 + 0.002 * gauss(rng));
+    if (plan.pressureTerms) tyre.SetPressure(float(k.pressure));
     const Forces f = Steady(tyre, fz, kappaEff, alphaEff, k.gamma);
     const double grip = 1 + plan.drift * t / total;
     // the channel peaks at this load, for the noise
@@ -166,15 +167,18 @@ void KRigRun(KPacejka &tyre, const KRigRunPlan &plan, KRunData *out) {
     out->channel[KRUN_FY].v[i] += (s % 2 ? -0.3 : 0.3) * out->channel[KRUN_FZ].v[i];
   }
   out->rows = n;
+  tyre.SetPressure(0);
 }
 
-void KRigRunTruth(KPacejka &tyre, const KRunData &run, std::vector<double> truth[3]) {
+void KRigRunTruth(KPacejka &tyre, const KRunData &run, std::vector<double> truth[3], bool pressureTerms) {
   for (int c = 0; c < 3; c++) truth[c].resize(run.rows);
   for (size_t i = 0; i < run.rows; i++) {
     auto v = [&](int ch) { return run.channel[ch].present ? run.channel[ch].v[i] : 0.0; };
+    if (pressureTerms) tyre.SetPressure(float(v(KRUN_PRESSURE)));
     const Forces f = Steady(tyre, v(KRUN_FZ), v(KRUN_KAPPA), v(KRUN_ALPHA), v(KRUN_GAMMA));
     truth[0][i] = f.fx, truth[1][i] = f.fy, truth[2][i] = f.mz;
   }
+  tyre.SetPressure(0);
 }
 
 // ---- [3] the writers -------------------------------------------------------------------

@@ -16,7 +16,11 @@ class KPacejka;
 struct KRigRunPlan {
   std::vector<double> loads;      // N
   std::vector<double> cambers;    // rad
-  std::vector<double> pressures;  // Pa (the models here do not use it yet)
+  std::vector<double> pressures;  // Pa
+  // Whether the tyre runs at each set point's pressure (its pressure terms
+  // relative to its own NOMPRES) or, as by default, at its nominal pressure
+  // throughout.
+  bool pressureTerms = false;
   double speed = 40 / 3.6;        // m/s
   double rate = 25;               // samples per second
   double alphaMax = 0.20943951023931953;  // 12°
@@ -41,8 +45,9 @@ KRigRunPlan KRigRunPlanFor(const KPacejka &tyre);
 // kappa, gamma, fx, fy, mz and a tread temperature no channel takes).
 void KRigRun(KPacejka &tyre, const KRigRunPlan &plan, KRunData *out);
 // The tyre's steady-state truth at each row's operating point (no noise,
-// lag, drift or offsets): Fx, Fy, Mz.
-void KRigRunTruth(KPacejka &tyre, const KRunData &run, std::vector<double> truth[3]);
+// lag, drift or offsets): Fx, Fy, Mz; with `pressureTerms` at each row's
+// pressure.
+void KRigRunTruth(KPacejka &tyre, const KRunData &run, std::vector<double> truth[3], bool pressureTerms = false);
 
 // The run as a rig writes it: tab-separated names and units rows, SAE
 // signs, degrees, km/h and kPa; `comment` lines first, each after "# ".

@@ -24,7 +24,8 @@ KTyreResult KTyreEvaluateStored(const KTyreParams &tyre, const kpacejka::Point<f
 }
 
 KTyreResult KTyreEvaluate(const KTyreParams &tyre, const KOperatingPoint &point, const KTyreResult *previous) {
-  const kpacejka::Point<float> p = kpacejka::StoredPoint(tyre, point.fz, point.kappa, point.alpha, point.gamma);
+  const kpacejka::Point<float> p =
+      kpacejka::StoredPoint(tyre, point.fz, point.kappa, point.alpha, point.gamma, point.pressure);
   KTyreResult r = KTyreEvaluateStored(tyre, p, previous);
   if (!std::isfinite(point.gamma)) r.issues |= KTyreResult::BAD_CAMBER;
   return r;
@@ -32,7 +33,8 @@ KTyreResult KTyreEvaluate(const KTyreParams &tyre, const KOperatingPoint &point,
 
 void KTyreReport(const KTyreParams &tyre, const KOperatingPoint &point, const KTyreResult &result) {
   if (result.issues & KTyreResult::BAD_CAMBER) KPacejka::ReportBadCamber();
-  KTyreReportStored(kpacejka::StoredPoint(tyre, point.fz, point.kappa, point.alpha, point.gamma), result);
+  KTyreReportStored(kpacejka::StoredPoint(tyre, point.fz, point.kappa, point.alpha, point.gamma, point.pressure),
+                    result);
 }
 
 void KTyreReportStored(const kpacejka::Point<float> &stored, const KTyreResult &result) {

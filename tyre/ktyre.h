@@ -16,10 +16,13 @@
 #include <cstdint>
 
 namespace kpacejka {
-// One operating point in the stored units (degrees, percent, kN), per lane.
+// One operating point in the stored units (degrees, percent, kN), per lane;
+// dpi is the inflation pressure relative to the tyre's nominal pressure,
+// (p - nompres) / nompres: 0 runs the tyre at its nominal pressure.
 template <class T>
 struct Point {
   T camber, sideSlip, slipPercentage, Fz, FzPeak;
+  T dpi;
 };
 // Results of one evaluation: N, N, N·m.
 template <class T>
@@ -93,6 +96,19 @@ struct KTyreParams {
   float camberMin, camberMax;
   float fzMin, fzMax;  // N
 
+  // Inflation pressure (Pa): the file's operating pressure, kept and written
+  // back but never evaluated at by itself, and the nominal pressure the
+  // pressure terms are relative to (0: the tyre has no pressure terms).
+  float inflpres, nompres;
+  // Pressure coefficients of the Magic Formula models: slip stiffness
+  // (ppx1, ppx2), longitudinal friction (ppx3, ppx4), cornering stiffness
+  // and its load (ppy1, ppy2), lateral friction (ppy3, ppy4), camber
+  // stiffness (ppy5), pneumatic trail (ppz1) and the camber part of the
+  // residual torque (ppz2). ppy5, qpz1 and qpz2 (the older files' names of
+  // the trail and residual-torque terms) are kept and written back only:
+  // these models have no camber stiffness term and read ppz1, ppz2.
+  float ppx1, ppx2, ppx3, ppx4, ppy1, ppy2, ppy3, ppy4, ppy5, ppz1, ppz2, qpz1, qpz2;
+
   // ---- The formula core (tyre/kpacejka_eval.h) ----------------------------------
   // Over the number type T of tyre/knumber.h: float, or a vector of lanes.
   // Evaluate: the model's forces at `p` with the friction limits and the NaN
@@ -126,9 +142,11 @@ struct KTyreParams {
 // open ranges of a new tyre.
 KTyreParams KTyreDefaults();
 
-// One operating point: load (N), slip ratio, slip angle (rad), camber (rad).
+// One operating point: load (N), slip ratio, slip angle (rad), camber (rad),
+// inflation pressure (Pa; 0 or less: the tyre's nominal pressure).
 struct KOperatingPoint {
   float fz = 0, kappa = 0, alpha = 0, gamma = 0;
+  float pressure = 0;
 };
 
 // What one evaluation gives: the forces (N, N, N·m) and the curve

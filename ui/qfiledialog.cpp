@@ -47,6 +47,7 @@ QFileDialog::QFileDialog(QWindow *parent, const QRect &r, const char *title_, bo
   ok = new QButton(this, l.ok.x, l.ok.y, l.ok.wid, l.ok.hgt, QLangText("misc.ok", "OK").c_str());
   status = new QLabel(this, l.ok.x + l.ok.wid + 8, l.ok.y + (l.ok.hgt - lh) / 2, l.cancel.x - l.ok.x - l.ok.wid - 16,
                       lh, "");
+  status->SetElide(true);  // a long typed path must not run under Cancel
   cancel = new QButton(this, l.cancel.x, l.cancel.y, l.cancel.wid, l.cancel.hgt,
                        QLangText("misc.cancel", "Cancel").c_str());
   entry->SetTabOrder(0);

@@ -60,6 +60,7 @@ class QFileDialog : public QDialog {
   QFileList *GetList() const { return list; }
   QButton *GetOK() const { return ok; }
   QButton *GetCancel() const { return cancel; }
+  QLabel *GetStatusLabel() const { return status; }
   QButton *GetFilterButton() const { return filterButton; }
   QLabel *GetFolderLabel() const { return folderLabel; }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/qelide.h"
 #include "ui/qcanvas.h"
 #include "ui/qcontrol.h"
 
@@ -28,6 +29,7 @@ void QLabel::Paint(QCanvas *cv) {
   for (int i = 0; i < fit; i++) {
     size_t end = text.find('\n', at);
     std::string line = text.substr(at, end == std::string::npos ? std::string::npos : end - at);
+    if (elide) line = QElideMiddle(line, r.wid, [cv](const std::string &t) { return cv->GetTextWidth(t.c_str()); });
     QControlText(cv, line.c_str(), r.x, y + i * lh, r, QCONTROL_TEXT_OVERFLOW);
     if (end == std::string::npos) break;
     at = end + 1;

@@ -1,7 +1,7 @@
 // QCairoRenderer: QRenderer over Cairo, for pictures without a window: PNG
 // (image surface), SVG and PDF (vector surfaces) from the same calls. Text is
-// DejaVu Sans Condensed at 12 pixels, the face the window's font was made
-// from. Needs no display, no OpenGL and no SDL.
+// DejaVu Sans Condensed at 12 pixels, about as wide as the window's font.
+// Needs no display, no OpenGL and no SDL.
 #pragma once
 
 #include <functional>

@@ -2,8 +2,9 @@
 //
 //   mkfont <output name> [face] [pixel size] [first code] [last code] [texture size]
 //
-// The program's own UI font is made with
-//   mkfont data/fonts/eurostile11 "DejaVu Sans Condensed" 12 32 255 256
+// The program's own UI font is Go Regular (Debian package fonts-go), whose
+// l, I and 1 and whose 0 and O differ in shape, made with
+//   mkfont data/fonts/eurostile11 /usr/share/fonts/fonts-go/Go-Regular.ttf 12 32 255 256
 #include <cstdio>
 #include <cstdlib>
 

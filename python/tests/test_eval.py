@@ -1,4 +1,5 @@
 """Tyre.eval against tyrograph-cli eval, and its array behaviour."""
+import os
 import threading
 import warnings
 
@@ -152,3 +153,46 @@ def test_long_arrays_equal_their_slices(touring, dtype):
         part = touring.eval(fz[at:at + 700], kappa[at:at + 700], alpha[at:at + 700].copy(), 0.01, dtype=dtype)
         for q in range(3):
             np.testing.assert_array_equal(whole[q][at:at + 700], part[q])
+
+
+def test_pressure_is_the_clis_and_the_nominal_one_changes_nothing():
+    """pressure= gives eval --pressure's numbers; NOMPRES (and None) the plain ones; curves take it too."""
+    path = os.path.join(SOURCE, "data", "tyres", "MagicFormula61_Parameters.tir")
+    t = tyrograph.load(path)
+    fz, kappa, alpha = np.array([3000.0, 6000.0]), np.array([0.05, 0.0]), np.array([0.0, 0.08])
+    plain = t.eval(fz, kappa, alpha, exact=True)
+    nominal = t.eval(fz, kappa, alpha, exact=True, pressure=260000.0)
+    low = t.eval(fz, kappa, alpha, exact=True, pressure=221000.0)
+    for q in range(3):
+        assert np.array_equal(plain[q], nominal[q])
+    assert abs(low.fx[0] - plain.fx[0]) > 50 and abs(low.fy[1] - plain.fy[1]) > 50
+    cli = run_cli("eval", path, "--pressure", "221000", stdin=b"3000 0.05 0 0\n6000 0 0.08 0\n").stdout.split()
+    assert [np.float32(float(v)) for v in cli] == [low[q][i] for i in range(2) for q in range(3)]
+    assert not np.array_equal(t.curves(pressure=221000.0)["Fy"].y, t.curves()["Fy"].y)
+    with pytest.raises(ValueError, match="no nominal inflation pressure"):
+        tyrograph.load(os.path.join(SOURCE, "data", "tyres", "MagicFormula52_Parameters.tir")).eval(
+            4000, 0, 0, pressure=2e5)
+
+
+def test_degrees_keyword_takes_angles_in_degrees(touring):
+    deg = touring.eval([2000.0, 4000.0], 0.05, [-6.0, 8.0], [1.0, -2.0], degrees=True)
+    rad = touring.eval([2000.0, 4000.0], 0.05, np.radians([-6.0, 8.0]), np.radians([1.0, -2.0]))
+    for a, b in zip(deg, rad):
+        assert np.array_equal(a, b)
+    # scalars, float64 results and the other keywords pass through
+    one = touring.eval(4000, 0.0, 3, 0, degrees=True, dtype=np.float64, exact=True)
+    assert one.fy.dtype == np.float64 and one.fy == touring.eval(4000, 0.0, np.radians(3.0), 0, dtype=np.float64,
+                                                                   exact=True).fy
+    # without it the same numbers are radians
+    assert touring.eval(4000.0, 0.0, 8.0, 0.0).fy != deg.fy[1]
+
+
+def test_loads_at_or_below_zero_warn_as_nan_does(touring):
+    with pytest.warns(tyrograph.TyreWarning, match=r"2 load\(s\) not above 0 N \(the first: -5 N\)"):
+        r = touring.eval([4000.0, -5.0, 0.0], 0.1, 0.1, 0.0)
+    assert r.fx[0] > 0 and r.fx[1] == 0 and r.fx[2] == 0
+    with pytest.warns(tyrograph.TyreWarning, match="1 load"):
+        touring.eval(np.zeros((2, 2)) + [[1.0, 0.0], [1.0, 1.0]], 0.1, 0.1, 0.0)
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        touring.eval([4000.0, 0.5], 0.1, 0.1, 0.0)  # small loads are loads

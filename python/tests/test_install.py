@@ -1,5 +1,6 @@
 """cmake --install puts the package where the system's python3 looks under the prefix."""
 import os
+import shutil
 import subprocess
 import sys
 import sysconfig
@@ -49,3 +50,28 @@ def test_readme_example_plots_or_prints_a_table(tmp_path):
     import tyrograph
     want = tyrograph.load(car).eval([2000.0, 4000.0, 6000.0], 0.0, 0.0, 0.0).fy
     assert [float(v) for v in zero[1:]] == [round(float(v), 1) for v in want]
+
+
+def test_import_problems_say_which_python_is_needed(tmp_path):
+    package = os.path.join(BUILD, "python", "tyrograph")
+    # without NumPy (a stand-in package that refuses to import)
+    fake = tmp_path / "nonumpy" / "numpy"
+    fake.mkdir(parents=True)
+    (fake / "__init__.py").write_text("raise ImportError('no numpy here')\n")
+    env = dict(os.environ, PYTHONPATH=str(tmp_path / "nonumpy") + os.pathsep + os.path.dirname(package))
+    done = subprocess.run([sys.executable, "-c", "import tyrograph"], env=env, cwd=str(tmp_path), capture_output=True,
+                          text=True)
+    assert done.returncode != 0
+    assert "ImportError: tyrograph needs NumPy, and %s (Python %d.%d) has none" % (
+        sys.executable, *sys.version_info[:2]) in done.stderr
+    # a module built for another Python version
+    other = tmp_path / "other" / "tyrograph"
+    shutil.copytree(package, other)
+    for so in other.glob("_tyrograph*.so"):
+        so.rename(other / so.name.replace(sys.implementation.cache_tag, "cpython-399"))
+    env = dict(os.environ, PYTHONPATH=str(other.parent))
+    done = subprocess.run([sys.executable, "-c", "import tyrograph"], env=env, cwd=str(tmp_path), capture_output=True,
+                          text=True)
+    assert done.returncode != 0
+    assert "its compiled module was built for CPython 3.99, and this is %s (Python %d.%d)" % (
+        sys.executable, *sys.version_info[:2]) in done.stderr, done.stderr

@@ -49,6 +49,48 @@ TEST(CarLoad, SourcesFileFolderTirAndErrors) {
   EXPECT_EQ(error, "wheel 4 is not 0..3");
 }
 
+// A file that is no tyre is refused with one message naming it, before the
+// info reader could warn about each of its lines, and the tyre stays as it was.
+TEST(CarLoad, FilesThatAreNoTyreAreRefused) {
+  ScratchDir dir;
+  auto write = [&](const char *name, const char *text) {
+    std::string path = dir.root + "/" + name;
+    FILE *f = fopen(path.c_str(), "wb");
+    fputs(text, f);
+    fclose(f);
+    return path;
+  };
+  const struct {
+    std::string path;
+    int wheel;
+    const char *says;
+  } cases[] = {
+      {std::string(TYRO_SOURCE_DIR) + "/data/measured/touring.csv", 0, ": measured data (CSV), not a tyre"},
+      {write("points.txt", "# a comment\n\nfz, fy\n4000, 3000\n"), 0, ": measured data (CSV), not a tyre"},
+      {write("run.tdx", "anything"), 0, ": a TYDEX measurement file, not a tyre"},
+      {write("run.dat", "**HEADER\nRELEASE 1.3\n**END\n"), 0, ": a TYDEX measurement file, not a tyre"},
+      {write("notes.ini", "; nothing\nname=value\nlist { a=1 }\n"), 1, ": holds no tyre (no wheel1.pacejka section"},
+      {write("empty.ini", ""), 0, ": holds no tyre (no wheel0.pacejka section"},
+      {TYRO_TEST_DATA "/tool/nowheel2/car.ini", 2, ": holds no tyre for wheel 2 (no wheel2.pacejka section)"},
+  };
+  for (const auto &c : cases) {
+    KPacejka tyre;
+    tyre.a0 = 1.25f;
+    std::string error;
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(CarLoadTyreSource(c.path.c_str(), c.wheel, &tyre, &error)) << c.path;
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(error.rfind(c.path + c.says, 0), 0u) << error;
+    EXPECT_EQ(said, "") << c.path;
+    EXPECT_EQ(tyre.a0, 1.25f) << c.path;
+  }
+  // The other wheels of that car load as before.
+  KPacejka tyre;
+  std::string error;
+  EXPECT_TRUE(CarLoadTyreSource(TYRO_TEST_DATA "/tool/nowheel2/car.ini", 3, &tyre, &error)) << error;
+  EXPECT_TRUE(CarNotATyre(TouringCar().c_str(), 0).empty());
+}
+
 // A TYRE argument names a file or folder as given; a bare name is looked up
 // in the base folder's data/cars/, then data/tyres/.
 TEST(CarLoad, BareNamesResolveInTheBaseFolder) {

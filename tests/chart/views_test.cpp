@@ -102,11 +102,70 @@ TEST(Views, MuOverLoadMeetsTheCurvesAtTheOperatingLoad) {
       }
     }
   }
-  // A TIR file's FZMAX ends the load axis; a car without one uses 30000 N.
+}
+
+// The load sweeps stay where the tyre's coefficients mean something: a TIR
+// file's maximum load, three times a Magic Formula tyre's nominal load, or
+// three times a Pacejka89/96 tyre's typical load (a quarter of the load
+// where its peak friction falls to zero), and the subtitle says which.
+TEST(Views, LoadSweepsUseTheTyresOwnRange) {
   ViewFixture tir(MF61), car(TouringCar());
-  EXPECT_FLOAT_EQ(ViewMaxLoad(tir.tyre), tir.tyre.fzMax);
-  EXPECT_LT(tir.tyre.fzMax, 999999.0f);
+  ViewLoadRange r = ViewLoadRangeOf(tir.tyre);
+  EXPECT_FLOAT_EQ(r.top, 18000.0f);
+  EXPECT_EQ(r.why, "maximum load 18000 N");
+  // touring: b1 = -110, b2 = 1800 (zero at 16.4 kN), a1 = -55, a2 = 1450 (26.4 kN)
+  r = ViewLoadRangeOf(car.tyre);
+  EXPECT_NEAR(r.top, 3.0f * 1000.0f * (1800.0f / 110.0f) / 4.0f, 0.5f);
+  EXPECT_EQ(r.why, "3 x typical load 4091 N (no load range given)");
+  for (Chart c : {ViewMuLoad({car.vt}), ViewStiffness({car.vt})}) {
+    EXPECT_EQ(c.subtitle, "Fz up to " + r.why) << c.title;
+    ASSERT_EQ(c.series.size(), 2u);
+    for (const ChartSeries &s : c.series) {
+      EXPECT_FLOAT_EQ(s.x.back(), r.top) << c.title;
+      // No V down to zero friction or stiffness inside the range.
+      for (float y : s.y) EXPECT_GT(y, 0.1f) << c.title << " " << s.label;
+    }
+  }
+  // A Magic Formula tyre without a maximum load: three times its nominal load.
+  ViewFixture open(MF61);
+  open.tyre.fzMax = 999999.0f;
+  open.tyre.lfz0 = 1.5f;
+  r = ViewLoadRangeOf(open.tyre);
+  EXPECT_FLOAT_EQ(r.top, 3.0f * 6752.0f * 1.5f);
+  EXPECT_EQ(r.why, "3 x nominal load 10128 N (no load range given)");
+  // A Pacejka89/96 tyre whose friction never falls: the load slider's top.
+  car.tyre.b1 = car.tyre.a1 = 0.0f;
   EXPECT_FLOAT_EQ(ViewMaxLoad(car.tyre), 30000.0f);
+  // Two tyres: one part each, in the legend's order.
+  ViewFixture a(MF61), b(TouringCar());
+  a.vt.label = "one.tir", b.vt.label = "two";
+  EXPECT_EQ(ViewMuLoad({a.vt, b.vt}).subtitle,
+            "Fz up to maximum load 18000 N / 3 x typical load 4091 N (no load range given)");
+}
+
+// Below a minimum load the model clamps the load: the sweeps go on there
+// only faded and without a legend entry, meeting the series at the limit.
+TEST(Views, BelowTheMinimumLoadTheSweepsFade) {
+  ViewFixture f(TirFile("335_65R22_5_G275MSA_60psi.tir"));
+  const float fzMin = f.tyre.fzMin;
+  ASSERT_GT(fzMin, 10000.0f);
+  for (Chart c : {ViewMuLoad({f.vt}), ViewStiffness({f.vt})}) {
+    ASSERT_EQ(c.series.size(), 4u) << c.title;
+    for (size_t i = 0; i < 4; i += 2) {
+      const ChartSeries &below = c.series[i], &main = c.series[i + 1];
+      EXPECT_TRUE(below.label.empty());
+      EXPECT_LT(below.alpha, 0.5f);
+      EXPECT_FALSE(main.label.empty());
+      EXPECT_EQ(main.alpha, 1.0f);
+      EXPECT_FLOAT_EQ(main.x.front(), fzMin) << c.title;
+      EXPECT_FLOAT_EQ(below.x.back(), fzMin) << c.title;
+      EXPECT_EQ(below.y.back(), main.y.front());
+      for (size_t k = 0; k + 1 < below.x.size(); k++) EXPECT_LT(below.x[k], fzMin);
+    }
+  }
+  // Without a minimum load nothing fades.
+  ViewFixture g(MF61);
+  EXPECT_EQ(ViewMuLoad({g.vt}).series.size(), 2u);
 }
 
 TEST(Views, StiffnessIsTheCurvesSlopeAtZeroSlip) {

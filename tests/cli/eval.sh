@@ -35,11 +35,12 @@ check 0 "$(echo "$out" | awk '{print $1}')" set-b2
 
 # --dump lists every member once, in the table's order, integers for model/flags.
 "$cli" eval "$src/data/tyres/sample.tir" --dump >dump.txt 2>/dev/null
-check 191 "$(wc -l <dump.txt)" dump-lines
+check 206 "$(wc -l <dump.txt)" dump-lines
 check flags=0 "$(head -1 dump.txt)" dump-first
 check model=3 "$(grep '^model=' dump.txt)" dump-model
 check fz0=4000 "$(grep '^fz0=' dump.txt)" dump-fz0
-check fz_max=10000 "$(tail -1 dump.txt)" dump-last
+check fz_max=10000 "$(grep "^fz_max=" dump.txt)" dump-range-last
+check qpz2=0 "$(tail -1 dump.txt)" dump-last
 grep -q '^zeta8=1$' dump.txt || { echo "FAIL dump lacks zeta8"; fail=1; }
 out=$("$cli" eval "$src/data/tyres/sample.tir" --set model=1 --dump 2>/dev/null | grep '^model=')
 check model=1 "$out" dump-after-set
@@ -61,9 +62,9 @@ printf '4000 0.1 0\n' | "$cli" eval "$src/data/cars/touring" >/dev/null 2>err.tx
 check 2 "$?" short-line-exit
 grep -q "line 1: expected 4 numbers" err.txt || { echo "FAIL short line message: $(cat err.txt)"; fail=1; }
 "$cli" eval "$src/data/cars/touring" --wheel 4 </dev/null >/dev/null 2>&1
-check 1 "$?" wheel-range
+check 2 "$?" wheel-range
 "$cli" eval "$tmp/nothere" </dev/null >/dev/null 2>err.txt
-check 1 "$?" missing-tyre
+check 2 "$?" missing-tyre
 "$cli" eval >/dev/null 2>&1
 check 2 "$?" no-tyre
 exit $fail

@@ -138,7 +138,7 @@ refuse 2 convert "$src/data/cars/touring" --model pac2006 -o x.ini
 refuse 2 convert "$src/data/cars/touring" -o x.ini
 refuse 2 fit data.csv --model mf61 -o x.ini --start
 refuse 2 convert "$src/data/cars/touring" --model mf61 -o x.ini --start t.tir
-refuse 1 convert nosuch --model mf61 -o x.ini
+refuse 2 convert nosuch --model mf61 -o x.ini
 refuse 1 convert "$src/data/cars/touring" --model mf61 -o x.ini --report r.json
 refuse 1 fit data.csv --model mf61 --start "$src/data/cars/touring" -o x.ini
 refuse 2 fit data.csv --model mf61 -o x.ini --loss l2
@@ -150,6 +150,9 @@ diff -u "$src/tests/data/fit/refusals.txt" refusals.out || fail=1
 check "" "$(ls new1.ini new2.ini new3.ini x.ini x.TIR 2>/dev/null)" nothing-written
 "$cli" convert "$src/data/cars/touring" --model mf61 -o touring.tir --force >/dev/null 2>&1
 check 0 "$?" force-overwrites
+# a bare name is a bundled car, as for eval
+"$cli" convert touring --model pac96 -o bare.ini >/dev/null 2>err.txt
+check 0 "$?" "convert by bare name: $(cat err.txt)"
 
 # 5. fit and convert keep an existing output or report byte for byte without
 #    --force (exit 1, the message names it), and replace it with --force

@@ -2,7 +2,10 @@
 # Random input soak of the real window under Xvfb: for a fixed seed, a few
 # hundred random clicks, drags, wheel turns and keys anywhere in the window
 # except the command buttons (no file dialogs, so nothing is written), with
-# "Enter numerically" dialogs opening and closing on the way. The tool must
+# "Enter numerically" dialogs opening and closing on the way, and the fitting
+# keys mixed in: the bundled rig run loaded with F5 at the start, then now
+# and then F6 (a fit of the focused graph on the worker thread, left to run),
+# F6 with Escape right after it (a cancelled fit), Ctrl+Z and Ctrl+Y. The tool must
 # still be running at the end, with no sanitizer report. The ASan + UBSan
 # build of the tool is used when it has been built beside this one.
 # The window's resident memory (VmRSS) is printed at the start and the end,
@@ -36,17 +39,39 @@ WID=$(timeout 30 xdotool search --sync --onlyvisible --name '^Tyrograph' 2>/dev/
 [ -n "$WID" ] || tyro_fail "the Tyrograph window never appeared ($(cat "$HOME_DIR/stderr.txt"))"
 sleep 1
 rss() { awk '/^VmRSS:/ { print $2 }' "/proc/$PID/status" 2>/dev/null; }
+# The measured data behind the curves, through F5's file dialog.
+xdotool key --window $WID F5
+sleep 0.8
+xdotool type --delay 10 "$HOME_DIR/data/measured/rig_run_mf61.txt"
+xdotool key --window $WID Return
+sleep 2
 RSS_START=$(rss)
 echo "rss: start ${RSS_START} kB"
 RANDOM=$SEED
-keys=(Tab shift+Tab Left Right Up Down Prior Next Return space 1 2 5 0 period minus BackSpace Delete Home End)
+keys=(Tab shift+Tab Left Right Up Down Prior Next Return space 1 2 5 0 period minus BackSpace Delete Home End
+      ctrl+z ctrl+y ctrl+z)
+# A fit left to run takes a few seconds; Escape goes after F6 (a cancel)
+# only when no such fit can still be running, for Escape without a fit ends
+# the program.
+last_fit=-100
+fits=0; cancels=0
 begin=$SECONDS
 minute=$SECONDS
 end=$((SECONDS + SECS))
 n=0
 while [ $SECONDS -lt $end ] && kill -0 $PID 2>/dev/null; do
   r=$((RANDOM % 10))
-  if [ $r -lt 6 ]; then
+  f=$((RANDOM % 100))
+  if [ $f -lt 2 ] && [ $((SECONDS - last_fit)) -ge 40 ]; then
+    xdotool key --window $WID F6
+    sleep 0.2
+    xdotool key --window $WID Escape
+    cancels=$((cancels + 1))
+  elif [ $f = 2 ] && [ $((SECONDS - last_fit)) -ge 40 ]; then
+    xdotool key --window $WID F6
+    last_fit=$SECONDS
+    fits=$((fits + 1))
+  elif [ $r -lt 6 ]; then
     # Anywhere below the title bar but the row of command buttons.
     while :; do x=$((RANDOM % 910)); y=$((25 + RANDOM % 689)); [ $y -lt 536 ] || [ $y -gt 567 ] && break; done
     if [ $((RANDOM % 4)) = 0 ]; then
@@ -72,7 +97,7 @@ if grep -qE "AddressSanitizer|runtime error|LeakSanitizer" "$HOME_DIR/stderr.txt
   grep -A20 -E "AddressSanitizer|runtime error" "$HOME_DIR/stderr.txt" | head -40 >&2
   tyro_fail "sanitizer report during the soak"
 fi
-echo "ok   $n random actions, the tool still runs, no sanitizer report; rss ${RSS_START} kB at the start, ${RSS_END} kB at the end"
+echo "ok   $n random actions ($fits fits, $cancels cancelled), the tool still runs, no sanitizer report; rss ${RSS_START} kB at the start, ${RSS_END} kB at the end"
 rm -rf "$HOME_DIR"
 INNER
 

@@ -80,4 +80,77 @@ TEST(RigRunAccuracy, Mf61FromTheTextForm) {
   EXPECT_LT(pct[2], 5.0);
 }
 
+// The same tyre run at its NOMPRES and 85 % of it through its pressure
+// coefficients: the fit finds the nominal pressure, and at each pressure
+// (the low one through the fitted pressure terms) meets the same bounds.
+// With two pressures the linear and quadratic terms cannot be told apart,
+// so the figures compare the factors they make at the low pressure.
+TEST(RigRunAccuracy, Mf61PressureTermsFromTwoPressures) {
+  KPacejka truth;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(truth.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir"));
+  }
+  KRigRunPlan plan = KRigRunPlanFor(truth);
+  plan.pressureTerms = true;
+  plan.pressures = {double(truth.nompres), 0.85 * double(truth.nompres)};
+  KRunData run;
+  KRigRun(truth, plan, &run);
+  KDataLoad load;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KDataLoadText(KRigRunText(run, {"generated"}), "run.txt", KRunOptions(), KConditionOptions(), false,
+                              &load))
+        << load.error;
+  }
+  KPacejka fitted;
+  KFitOptions o;
+  o.model = KPacejka::MF61;
+  KFitResult r;
+  {
+    ReportCapture quiet;
+    ASSERT_TRUE(KFitTyre(load.data, o, &fitted, &r)) << r.error;
+  }
+  EXPECT_NEAR(fitted.nompres, truth.nompres, 0.01 * truth.nompres);
+  for (double p : plan.pressures) {
+    truth.SetPressure(float(p)), fitted.SetPressure(float(p));
+    double sum[3] = {}, peak[3] = {};
+    int n = 0;
+    for (size_t l = 0; l + 1 < plan.loads.size(); l++)
+      for (double g : plan.cambers)
+        for (int i = -40; i <= 40; i++)
+          for (int sweep = 0; sweep < 2; sweep++) {
+            const double fz = 0.5 * (plan.loads[l] + plan.loads[l + 1]);
+            const double kappa = sweep ? plan.kappaMax * i / 40 : 0, alpha = sweep ? 0 : plan.alphaMax * i / 40;
+            double want[3], got[3];
+            At(truth, fz, kappa, alpha, g, want);
+            At(fitted, fz, kappa, alpha, g, got);
+            for (int c = 0; c < 3; c++) {
+              sum[c] += (got[c] - want[c]) * (got[c] - want[c]);
+              peak[c] = std::fmax(peak[c], std::fabs(want[c]));
+            }
+            n++;
+          }
+    double pct[3];
+    for (int c = 0; c < 3; c++) pct[c] = 100 * std::sqrt(sum[c] / n) / peak[c];
+    printf("two-pressure run at %.0f kPa: RMS of peak Fx %.2f %%, Fy %.2f %%, Mz %.2f %% (%.1f s)\n", p / 1000,
+           pct[0], pct[1], pct[2], r.seconds);
+    EXPECT_LT(pct[0], 2.0);
+    EXPECT_LT(pct[1], 2.0);
+    EXPECT_LT(pct[2], 5.0);
+  }
+  truth.SetPressure(0), fitted.SetPressure(0);
+  // what the pressure terms make of the tyre at the nominal load, at each
+  // pressure: slip and cornering stiffness, the friction peaks
+  for (double p : plan.pressures) {
+    const KOperatingPoint at{truth.fz0, 0, 0, 0, float(p)};
+    const KTyreResult t = KTyreEvaluate(truth, at), f = KTyreEvaluate(fitted, at);
+    const double want[4] = {t.longStiffness, std::fabs(t.corneringStiffness), t.peakFx, std::fabs(t.peakFy)};
+    const double got[4] = {f.longStiffness, std::fabs(f.corneringStiffness), f.peakFx, std::fabs(f.peakFy)};
+    printf("at %.0f kPa, %.0f N, source / fitted: Kx %.0f / %.0f, Ky %.0f / %.0f, peak Fx %.0f / %.0f, peak Fy %.0f / %.0f\n",
+           p / 1000, double(truth.fz0), want[0], got[0], want[1], got[1], want[2], got[2], want[3], got[3]);
+    for (int q = 0; q < 4; q++) EXPECT_NEAR(got[q] / want[q], 1.0, q < 2 ? 0.08 : 0.04) << q << " at " << p;
+  }
+}
+
 }  // namespace

@@ -2,14 +2,24 @@
 // no two overlap, range labels stay off the curves, notes say what they should.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <regex>
+#include <thread>
 #include <string>
 #include <vector>
 
 #include "chart/carload.h"
+#include "chart/chart.h"
+#include "chart/frametexts.h"
+#include "chart/plot.h"
 #include "tool/windowframe.h"
 #include "chart/opvalues.h"
+#include "tool/fitworker.h"
+#include "tool/fitkeys.h"
+#include "tool/layout.h"
+#include "tool/measureddata.h"
 #include "tool/settings.h"
+#include "tool/tyrehistory.h"
 #include "tool/viewkeys.h"
 #include "toolwindow.h"
 #include "ui/qfont.h"
@@ -62,6 +72,13 @@ bool IsRangeLabel(const std::string &t) {
   return std::regex_match(t, label);
 }
 
+// A word of "Varying parameter (ghost curves)" or "Pacejka coefficients/scale factors".
+bool IsGroupTitleWord(const std::string &word) {
+  for (const char *w : {"Varying", "parameter", "(ghost", "curves)", "Pacejka", "coefficients/scale", "factors"})
+    if (word == w) return true;
+  return false;
+}
+
 class FrameTexts : public ToolWindowTest {
  protected:
   void SetUp() override {
@@ -94,12 +111,21 @@ class FrameTexts : public ToolWindowTest {
     PanelRefreshLabels();
   }
 
+  // No two texts meet, and each fits: inside the window, and set at its
+  // font's own width (a caption wider than its room is drawn tighter, glyph
+  // by glyph, and comes back here word by word). Only the two group titles
+  // of the side column are set tighter, to stay near their 150-pixel column.
   static void ExpectNoOverlap(const std::vector<Drawn> &drawn, const char *what) {
     ASSERT_GT(drawn.size(), 40u) << what;
     for (size_t i = 0; i < drawn.size(); i++)
       for (size_t j = i + 1; j < drawn.size(); j++)
         EXPECT_FALSE(Meet(drawn[i].box, drawn[j].box))
             << what << ": " << Describe(drawn[i]) << " overlaps " << Describe(drawn[j]);
+    for (const Drawn &d : drawn) {
+      EXPECT_TRUE(d.box.x >= 0 && d.box.y >= 0 && d.box.x + d.box.wid <= WIN_W && d.box.y + d.box.hgt <= WIN_H)
+          << what << ": " << Describe(d) << " leaves the window";
+      EXPECT_TRUE(!d.glyphs || IsGroupTitleWord(d.text)) << what << ": " << Describe(d) << " is squeezed into its room";
+    }
   }
 
   static bool Has(const std::vector<Drawn> &drawn, const std::string &text) {
@@ -201,6 +227,65 @@ TEST_F(FrameTexts, OperatingPointLineAndClampNotes) {
   ViewDropReference();
   EXPECT_TRUE(Has(drawn, "reference: MagicFormula61_Parameters.tir"));
   ExpectNoOverlap(drawn, "three clamp notes and a reference tyre");
+  // The longest line: the slider's top load and camber -10 degrees give
+  // five-digit forces with signs, beside the clamp notes.
+  PanelOpMoved(OP_LOAD, 1000);
+  PanelOpMoved(OP_CAMBER, 0);
+  drawn = Frame();
+  v = OpValuesAt(*Tyre(CURVE_FX, 0), session.point);
+  OpValuesText(v, "FL", line, sizeof line);
+  EXPECT_TRUE(Has(drawn, line)) << line;
+  ExpectNoOverlap(drawn, line);
+}
+
+// A reference tyre's legend, in the curves and in every view: file names
+// rather than paths, shortened in the middle when long, on no other text and
+// under no curve.
+TEST_F(FrameTexts, LegendsInEveryViewKeepClearOfTextsAndCurves) {
+  // A TIR file deep in folders with a long name, as the main tyre.
+  ScratchDir dir;
+  const std::string deep = dir.root + "/a/rather/long/folder/for/the/tyres/of/this/car";
+  const std::string tir = deep + "/MagicFormula52_Parameters_front_axle_summer_compound_2024_v2.tir";
+  ASSERT_EQ(system(("mkdir -p '" + deep + "' && cp '" + TirFile("MagicFormula52_Parameters.tir") + "' '" + tir + "'")
+                       .c_str()),
+            0);
+  SessionLoadTir(tir.c_str());
+  session.lastTir = tir;
+  PanelResetControls();
+  PanelRefreshLabels();
+  for (const char *ref : {"MagicFormula61_Parameters.tir", "335_65R22_5_G275MSA_60psi.tir"}) {
+    ASSERT_TRUE(ViewLoadReference(TirFile(ref).c_str()));
+    for (int view = 0; view < PLOT_KIND_COUNT; view++) {
+      session.view = view;
+      const std::string what = std::string(PlotKindName(PlotKind(view))) + " with " + ref;
+      std::vector<Drawn> drawn = Frame();
+      ExpectNoOverlap(drawn, what.c_str());
+      const QRect area(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, VIEW_W, VIEW_H);
+      const int cx = area.x + VIEW_W / 2, cy = area.y + VIEW_H / 2;
+      const Chart chart = PlotChart(PlotKind(view), FrameStateFromSession(), nullptr);
+      int legends = 0;
+      for (const Drawn &d : drawn) {
+        const bool main = d.text.find("MagicFormula52") != std::string::npos, other = d.text.find(ref) != std::string::npos;
+        if (!main && !other && d.text.find("...") == std::string::npos) continue;
+        if (!Meet(d.box, area) || d.box.y < area.y + 40) continue;  // the title bar has the path
+        legends++;
+        EXPECT_EQ(d.text.find('/'), std::string::npos) << what << ": " << Describe(d);
+        EXPECT_LE(d.box.wid, CHART_LEGEND_TEXT) << what << ": " << Describe(d);
+        if (view == PLOT_CURVES) {
+          Graph *const *refGraphs = session.reference;
+          EXPECT_EQ(FrameCurveHits(session.graphs, d.box, cx, cy) + FrameCurveHits(refGraphs, d.box, cx, cy), 0)
+              << what << ": a curve runs through " << Describe(d);
+        } else {
+          EXPECT_EQ(ChartHits(cv, chart, area, d.box), 0) << what << ": a series runs through " << Describe(d);
+        }
+      }
+      // Two tyres: the curves have two legend lines, the views one per series.
+      EXPECT_GE(legends, 2) << what;
+    }
+    ViewDropReference();
+  }
+  session.view = PLOT_CURVES;
+  session.lastTir.clear();
 }
 
 // Text that is no number is taken as a number all the same; the note after
@@ -258,3 +343,62 @@ TEST_F(FrameTexts, CarNoteNamesTheWheelsWithoutTyre) {
 }
 
 }  // namespace
+
+// The fitting keys' hint lines (with data loaded), a running fit's progress
+// and a finished fit's figures keep clear of every other text and inside
+// the window.
+TEST_F(FrameTexts, FittingHintsProgressAndFiguresStandClear) {
+  auto inside = [&](const std::vector<Drawn> &drawn, const char *what) {
+    for (const Drawn &d : drawn) {
+      EXPECT_LE(d.box.x + d.box.wid, WIN_W) << what << ": " << Describe(d);
+      EXPECT_LE(d.box.y + d.box.hgt, WIN_H) << what << ": " << Describe(d);
+    }
+  };
+  HistoryClear(-1);
+  OpenTir("MagicFormula61_Parameters.tir");
+  ASSERT_TRUE(DataLoad((std::string(TYRO_SOURCE_DIR) + "/data/measured/rig_run_mf61.txt").c_str()));
+  std::vector<Drawn> drawn = Frame();
+  EXPECT_TRUE(Has(drawn, "F5 "));
+  EXPECT_TRUE(Has(drawn, "F6 fit: all"));
+  EXPECT_TRUE(Has(drawn, "F7 write tyre"));
+  EXPECT_TRUE(Has(drawn, "Ctrl+Z/Y undo 0, redo 0"));
+  EXPECT_TRUE(Has(drawn, "rig_run_mf61.txt: 24 set points, 14206 points kept"));
+  ExpectNoOverlap(drawn, "data loaded");
+  inside(drawn, "data loaded");
+  // The widest set point line and the widest progress line fit beside the
+  // panel, in the room the hint lines have before they are shortened.
+  const int room = LayoutCompute(VIEW_W, VIEW_H).wheel.wid + 30;
+  for (float load : {2000.0f, 9000.0f}) {
+    std::string hint = DataHint(load, -3);
+    EXPECT_LE(cv->MeasureText(hint.c_str()), room) << hint;
+  }
+  for (const char *widest : {"F6 6/6 combined Mz #200", "RMS 100.00 %, Esc cancels", "Ctrl+Z/Y undo 100, redo 100"})
+    EXPECT_LE(cv->MeasureText(widest), room) << widest;
+  // A running fit: its progress in the hint lines.
+  PanelFocus(2);
+  ASSERT_TRUE(FitStart());
+  for (int i = 0; i < 3000 && FitWorkerGetProgress().stage.empty(); i++)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  drawn = Frame();
+  EXPECT_TRUE(Has(drawn, "F6 2/6 pure Fy #"));
+  EXPECT_TRUE(Has(drawn, ", Esc cancels"));
+  ExpectNoOverlap(drawn, "fit running");
+  inside(drawn, "fit running");
+  FitWorkerCancel();
+  for (int i = 0; i < 3000 && !FitPoll(); i++) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  // A finished fit of every stage (thinned data: quicker): its figures.
+  PanelFocus(0);
+  ASSERT_TRUE(DataLoad((std::string(TYRO_SOURCE_DIR) + "/data/measured/rig_run_mf61.txt").c_str(), 40));
+  ASSERT_TRUE(FitStart());
+  bool ended = false;
+  for (int i = 0; i < 12000 && !(ended = FitPoll()); i++) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  ASSERT_TRUE(ended);
+  drawn = Frame();
+  for (const char *ch : {"Fx fit: RMS ", "Fy fit: RMS ", "Mz fit: RMS "}) EXPECT_TRUE(Has(drawn, ch)) << ch;
+  EXPECT_TRUE(Has(drawn, "Ctrl+Z/Y undo 1, redo 0"));
+  ExpectNoOverlap(drawn, "fit figures");
+  inside(drawn, "fit figures");
+  FitForget();
+  DataDrop();
+  HistoryClear(-1);
+}

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <random>
 #include <string>
@@ -406,6 +407,48 @@ TEST(FitTyre, AnyNumberOfThreadsGivesTheSameFit) {
     if (first.empty()) first = Members(fitted);
     else EXPECT_TRUE(first == Members(fitted)) << threads << " threads";
   }
+}
+
+// A fit on another thread: one channel's stages alone, quiet (nothing to
+// the reporters), and a cancel flag that stops it at the next iteration.
+TEST(FitTyre, OneChannelQuietAndCancelled) {
+  KPacejka source, fitted;
+  SetTestMF(source, KPacejka::MF61);
+  const KMeasuredData data = Sample(source, true);
+  StageLog log;
+  KFitOptions o;
+  o.model = KPacejka::MF61;
+  o.maxIterations = 10;
+  o.channel = KCH_FY;
+  o.stageStart = StageLog::Record;
+  o.user = &log;
+  KFitResult r;
+  ASSERT_TRUE(KFitTyre(data, o, &fitted, &r)) << r.error;
+  ASSERT_EQ(log.groups.size(), 2u);
+  EXPECT_EQ(log.groups[0], G::PURE_FY);
+  EXPECT_EQ(log.groups[1], G::COMBINED_FY);
+  // Cancelled from the first iteration on: false, "cancelled", and quiet
+  // says nothing, not even about a start it cannot use.
+  std::atomic<bool> cancel{false};
+  struct Stopper {
+    static void At(void *user, const KFitProgress &) { static_cast<std::atomic<bool> *>(user)->store(true); }
+  };
+  o = KFitOptions();
+  o.model = KPacejka::MF61;
+  o.cancel = &cancel;
+  o.progress = Stopper::At;
+  o.user = &cancel;
+  o.quiet = true;
+  ReportCapture cap;
+  EXPECT_FALSE(KFitTyre(data, o, &fitted, &r));
+  EXPECT_EQ(r.error, "cancelled");
+  EXPECT_LE(r.iterations, 3 * 2);  // a solve or two of the first stage's shape starts, one iteration each
+  KPacejka pac96;
+  SetTouringPac96(pac96);
+  o.start = &pac96;
+  EXPECT_FALSE(KFitTyre(data, o, &fitted, &r));
+  EXPECT_EQ(cap.errors, "");
+  EXPECT_EQ(cap.warnings, "");
 }
 
 // The aligning moment from the built-in start: a Magic Formula 6.1 file with

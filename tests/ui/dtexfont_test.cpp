@@ -4,7 +4,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -73,6 +75,50 @@ TEST_F(FontFiles, MissingFilesFailAndSixRangesEndTheProgram) {
   for (int code = 60; code <= 70; code += 2) six += "char" + std::to_string(code) + "\n{\nx=0\n}\n";
   std::string base = Write("six", "minchar=60\nmaxchar=80\n", six);
   EXPECT_DEATH(DTexFont().Load(base.c_str()), "");
+}
+
+// How unlike two glyphs of a font look: the coverage that differs (in whole
+// pixels) over the rows both glyphs ink, with their inked columns centred on
+// each other. A glyph that differs from another only by being taller or wider
+// counts as like it: that is what makes l and I one letter on screen.
+double GlyphShapeDifference(const DTexFont &f, int a, int b) {
+  struct Ink {
+    const DTexFontGlyph *g;
+    int left = 1 << 20, right = -1, top = 1 << 20, bottom = -1;
+  };
+  const auto ink = [&](int code) {
+    Ink k{f.FindGlyph(code)};
+    for (int y = 0; k.g && y < k.g->hgt; y++)
+      for (int x = 0; x < k.g->wid; x++)
+        if (f.GetImage().PixelAt(k.g->x + x, k.g->y + y)[3] >= 96) {
+          k.left = std::min(k.left, x), k.right = std::max(k.right, x);
+          k.top = std::min(k.top, y), k.bottom = std::max(k.bottom, y);
+        }
+    return k;
+  };
+  const Ink p = ink(a), q = ink(b);
+  if (p.right < 0 || q.right < 0) return 0.0;
+  const auto at = [&](const Ink &k, int x, int y) {
+    return x < 0 || x >= k.g->wid ? 0 : f.GetImage().PixelAt(k.g->x + x, k.g->y + y)[3];
+  };
+  // q's column x lies under p's column x + shift.
+  const int shift = (p.left + p.right - q.left - q.right) / 2;
+  int diff = 0;
+  for (int y = std::max(p.top, q.top); y <= std::min(p.bottom, q.bottom); y++)
+    for (int x = std::min(p.left, q.left + shift) - 1; x <= std::max(p.right, q.right + shift) + 1; x++)
+      diff += std::abs(at(p, x, y) - at(q, x - shift, y));
+  return diff / 255.0;
+}
+
+// The letters a user copies from the screen into --set or a script: lower
+// case l, capital I and the digit 1, zero and capital O differ in shape (a
+// serif, a tail, a foot, a slash), not only in height. (A face whose l and I
+// are both a plain stem scores under 2 here.)
+TEST_F(FontFiles, CommittedUiFontTellsLookalikesApart) {
+  DTexFont f;
+  ASSERT_TRUE(f.Load(UI_FONT.c_str()));
+  for (const char *pair : {"lI", "l1", "I1", "0O"})
+    EXPECT_GT(GlyphShapeDifference(f, pair[0], pair[1]), 4.0) << pair[0] << " and " << pair[1];
 }
 
 class TextPixels : public GLTest {

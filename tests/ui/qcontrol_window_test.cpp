@@ -3,6 +3,7 @@
 // step keys, radio groups per parent and group number.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "ui/qfont.h"
 #include "ui/qbutton.h"
 #include "ui/qcontrol.h"
+#include "ui/qlabel.h"
 #include "ui/qprop.h"
 #include "ui/qradio.h"
 
@@ -162,6 +164,41 @@ TEST_F(Controls, SliderCaptionStaysClearOfTheKnob) {
       EXPECT_FALSE(Meet(Drawn()[0].second, p->GetKnobRect())) << p->GetCaption() << " at " << pos;
     }
   }
+  QCanvas::SetTextObserver(old);
+}
+
+// An eliding label keeps a long line inside its width, start and end shown;
+// a plain one lets it run on.
+TEST_F(Controls, ElidingLabelKeepsLongLinesInside) {
+  QFont font((std::string(TYRO_SOURCE_DIR) + "/data/fonts/eurostile11").c_str());
+  ASSERT_TRUE(font.Create());
+  QCanvas cv;
+  cv.SetTargetSize(W, H);
+  cv.SetFont(&font);
+  const std::string text = "'/home/user/tyres/winter/MagicFormula61_Parameters.tir' not found";
+  QLabel *label = Make(new QLabel(main, 5, 60, 150, 18, text.c_str()));
+  QCanvas::TextObserver old = QCanvas::SetTextObserver(Record);
+  auto paint = [&] {
+    Drawn().clear();
+    label->Paint(&cv);
+    int right = 0;
+    for (const auto &d : Drawn()) right = std::max(right, d.second.x + d.second.wid);
+    return right;
+  };
+  EXPECT_GT(paint(), 5 + 150);  // plain: runs on past the right edge
+  label->SetElide(true);
+  EXPECT_LE(paint(), 5 + 150);
+  ASSERT_EQ(Drawn().size(), 1u);  // one run of text, not squeezed glyph by glyph
+  const std::string shown = Drawn()[0].first;
+  EXPECT_GT(Drawn()[0].second.wid, 150 - 20) << shown;  // uses the room it has
+  EXPECT_EQ(shown.rfind("'/home", 0), 0u) << shown;
+  EXPECT_NE(shown.find("..."), std::string::npos) << shown;
+  EXPECT_EQ(shown.substr(shown.size() - 10), " not found") << shown;
+  EXPECT_EQ(std::string(label->GetText()), text);  // the text itself stays whole
+  label->SetText("short");
+  paint();
+  ASSERT_EQ(Drawn().size(), 1u);
+  EXPECT_EQ(Drawn()[0].first, "short");
   QCanvas::SetTextObserver(old);
 }
 

@@ -118,6 +118,10 @@ TEST_F(FileDialog, BrowsingByKeysAndMouse) {
     EXPECT_EQ(Listed(), (Names{".."}));
     EXPECT_EQ(D()->GetResult(), 0);
     EXPECT_STREQ(D()->GetStatus(), "'missing.tir' not found");
+    // The status stands between OK and Cancel and shortens a long name there.
+    const QRect st = D()->GetStatusLabel()->GetAbsRect(), cancel = D()->GetCancel()->GetAbsRect();
+    EXPECT_TRUE(D()->GetStatusLabel()->GetElide());
+    EXPECT_LT(st.x + st.wid, cancel.x);
     ClickRow("..", 2);  // a double-click enters a folder
   });
   OnIdle([] {
