@@ -508,8 +508,8 @@ int PolishMoment(const KMeasuredData &data, const KFitOptions &o, int count, KPa
 // Very dense data (more than VERY_DENSE): the search on DENSE_SEARCH_POINTS,
 // the settling in at most SETTLE_ITERATIONS (each iteration there costs
 // what a search on a fraction of the points does). Data at several
-// pressures is searched on all points: the selection of the nominal
-// pressure's points left the slip stiffness 8 % off at the other pressure.
+// pressures keeps the wider search and the full settling: with the narrower
+// one the slip stiffness ended 8 % off at the other pressure.
 constexpr size_t SEARCH_POINTS = 1500, VERY_DENSE = 6000, DENSE_SEARCH_POINTS = 1000;
 constexpr int SETTLE_ITERATIONS = 30;
 
@@ -524,8 +524,8 @@ int RunStageFromBothStarts(const KMeasuredData &data, const KFitOptions &o, cons
   if (o.start || !(o.weight[s.channel] > 0) || s.group == KPacejkaMember::PRESSURE)
     return RunStage(data, o, s, index, count, tyre, result);
   const std::vector<const KMeasuredPoint *> stagePoints = StagePoints(data, s, StageNominal(data, *tyre));
-  if (stagePoints.size() > 2 * SEARCH_POINTS && !(StageNominal(data, *tyre) > 0)) {
-    const bool veryDense = stagePoints.size() > VERY_DENSE;
+  if (stagePoints.size() > 2 * SEARCH_POINTS) {
+    const bool veryDense = stagePoints.size() > VERY_DENSE && !(StageNominal(data, *tyre) > 0);
     const size_t keep = veryDense ? DENSE_SEARCH_POINTS : SEARCH_POINTS;
     KMeasuredData few;
     std::copy(std::begin(data.has), std::end(data.has), std::begin(few.has));
