@@ -2,6 +2,7 @@
 // focused graph on a worker thread, Escape cancelling it, undo and redo of
 // fits and coefficient edits per wheel, F7 writing the tyre.
 #include <chrono>
+#include <cstdlib>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -281,7 +282,9 @@ TEST_F(FitKeys, F7WritesTirOrCarIniAndAsksBeforeReplacing) {
   // A Magic Formula tyre to a TIR file: read back, the same coefficients.
   OpenTir("MagicFormula61_Parameters.tir");
   PanelValueMoved(321);
-  const std::string here = std::filesystem::current_path().string() + "/";
+  char scratch[] = "/tmp/tyro_fitkeys_XXXXXX";
+  ASSERT_NE(mkdtemp(scratch), nullptr);
+  const std::string here = std::string(scratch) + "/";
   const std::string tir = here + "fitkeys_out.tir", ini = here + "fitkeys_car.ini";
   std::remove(tir.c_str());
   std::remove(ini.c_str());
@@ -321,4 +324,5 @@ TEST_F(FitKeys, F7WritesTirOrCarIniAndAsksBeforeReplacing) {
   EXPECT_FALSE(std::filesystem::exists(here + "fitkeys_pac96.tir"));
   // The required "Save*" button still says it is not there.
   EXPECT_EQ(Frame().FindText("F7"), nullptr);  // no data: no new hints
+  std::filesystem::remove_all(scratch);
 }
