@@ -2,18 +2,7 @@
 # tyrograph-cli data, and fit reading rig runs: what data prints for the
 # bundled generated run, -o and --force, the plausibility refusals (with
 # nothing written), and a thinned fit of the run.
-cli=$1
-src=$2
-fail=0
-tmp=$(mktemp -d)
-trap 'rm -rf "$tmp"' EXIT
-cd "$tmp" || exit 1
-check() {  # expected actual label
-  if [ "$1" != "$2" ]; then echo "FAIL $3: expected '$1', got '$2'"; fail=1; fi
-}
-has() {  # file text label
-  grep -qF -- "$2" "$1" || { echo "FAIL $3: no '$2' in:"; cat "$1"; fail=1; }
-}
+source "$(dirname "$0")/lib/common.bash" "$@"
 run=$src/data/measured/rig_run_mf61.txt
 
 # 1. what data finds in the generated run

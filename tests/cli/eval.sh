@@ -1,15 +1,7 @@
 #!/usr/bin/env bash
 # tyrograph-cli eval: sample cars, TIR files, --set, --dump, --stats and the
 # input-line rules.
-cli=$1
-src=$2
-fail=0
-tmp=$(mktemp -d)
-trap 'rm -rf "$tmp"' EXIT
-cd "$tmp" || exit 1
-check() {  # expected actual label
-  if [ "$1" != "$2" ]; then echo "FAIL $3: expected '$1', got '$2'"; fail=1; fi
-}
+source "$(dirname "$0")/lib/common.bash" "$@"
 
 # Three numbers per operating point, for every sample car.
 for car in hmmwv wvp touring mf61; do

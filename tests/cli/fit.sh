@@ -3,15 +3,7 @@
 # their source (signs included), the figures and the JSON report, and the
 # refusals (golden text in tests/data/fit/refusals.txt), after which nothing
 # is written.
-cli=$1
-src=$2
-fail=0
-tmp=$(mktemp -d)
-trap 'rm -rf "$tmp"' EXIT
-cd "$tmp" || exit 1
-check() {  # expected actual label
-  if [ "$1" != "$2" ]; then echo "FAIL $3: expected '$1', got '$2'"; fail=1; fi
-}
+source "$(dirname "$0")/lib/common.bash" "$@"
 # within: a b tolerance(relative to |b|, plus 1) label
 within() {
   awk -v a="$1" -v b="$2" -v t="$3" 'BEGIN { d = a - b; if (d < 0) d = -d; m = b < 0 ? -b : b; exit !(d <= t * m + 1) }' ||

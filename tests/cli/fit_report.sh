@@ -4,15 +4,7 @@
 # without --force and a name not ending in .pdf are refused with a message.
 # Usage: fit_report.sh <tyrograph-cli> <source-dir>
 set -u
-cli=$1
-src=$2
-fail=0
-tmp=$(mktemp -d)
-trap 'rm -rf "$tmp"' EXIT
-cd "$tmp" || exit 1
-check() {  # expected actual label
-  if [ "$1" != "$2" ]; then echo "FAIL $3: expected '$1', got '$2'"; fail=1; fi
-}
+source "$(dirname "$0")/lib/common.bash" "$@"
 data=$src/data/measured/touring.csv
 
 # 1. the report of a fit: summary, two pages of coefficients, the nine set

@@ -2,15 +2,7 @@
 # --pressure: eval, curves and plot run the tyre at the pressure asked for;
 # its nominal pressure gives the plain output byte for byte; tyres that
 # cannot take a pressure say why.
-cli=$1
-src=$2
-fail=0
-tmp=$(mktemp -d)
-trap 'rm -rf "$tmp"' EXIT
-cd "$tmp" || exit 1
-check() {  # expected actual label
-  if [ "$1" != "$2" ]; then echo "FAIL $3: expected '$1', got '$2'"; fail=1; fi
-}
+source "$(dirname "$0")/lib/common.bash" "$@"
 differs() {  # a b label
   if [ "$1" = "$2" ]; then echo "FAIL $3: --pressure changed nothing"; fail=1; fi
 }
