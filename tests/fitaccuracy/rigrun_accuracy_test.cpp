@@ -28,6 +28,31 @@ void At(KPacejka &t, double fz, double kappa, double alpha, double gamma, double
   f[0] = double(t.Fx), f[1] = double(t.Fy), f[2] = double(t.Mz);
 }
 
+// RMS of `fitted` against `truth` as % of each channel's peak, over pure
+// sweeps at the loads halfway between the plan's set points, at every camber;
+// returns the number of points compared.
+int BetweenLoads(const KRigRunPlan &plan, KPacejka &truth, KPacejka &fitted, double pct[3]) {
+  double sum[3] = {}, peak[3] = {};
+  int n = 0;
+  for (size_t l = 0; l + 1 < plan.loads.size(); l++)
+    for (double g : plan.cambers)
+      for (int i = -40; i <= 40; i++)
+        for (int sweep = 0; sweep < 2; sweep++) {
+          const double fz = 0.5 * (plan.loads[l] + plan.loads[l + 1]);
+          const double kappa = sweep ? plan.kappaMax * i / 40 : 0, alpha = sweep ? 0 : plan.alphaMax * i / 40;
+          double want[3], got[3];
+          At(truth, fz, kappa, alpha, g, want);
+          At(fitted, fz, kappa, alpha, g, got);
+          for (int c = 0; c < 3; c++) {
+            sum[c] += (got[c] - want[c]) * (got[c] - want[c]);
+            peak[c] = std::fmax(peak[c], std::fabs(want[c]));
+          }
+          n++;
+        }
+  for (int c = 0; c < 3; c++) pct[c] = 100 * std::sqrt(sum[c] / n) / peak[c];
+  return n;
+}
+
 TEST(RigRunAccuracy, Mf61FromTheTextForm) {
   KPacejka truth;
   {
@@ -53,26 +78,8 @@ TEST(RigRunAccuracy, Mf61FromTheTextForm) {
     ReportCapture quiet;
     ASSERT_TRUE(KFitTyre(load.data, o, &fitted, &r)) << r.error;
   }
-  // pure sweeps at the loads between the set points, every camber
-  double sum[3] = {}, peak[3] = {};
-  int n = 0;
-  for (size_t l = 0; l + 1 < plan.loads.size(); l++)
-    for (double g : plan.cambers)
-      for (int i = -40; i <= 40; i++)
-        for (int sweep = 0; sweep < 2; sweep++) {
-          const double fz = 0.5 * (plan.loads[l] + plan.loads[l + 1]);
-          const double kappa = sweep ? plan.kappaMax * i / 40 : 0, alpha = sweep ? 0 : plan.alphaMax * i / 40;
-          double want[3], got[3];
-          At(truth, fz, kappa, alpha, g, want);
-          At(fitted, fz, kappa, alpha, g, got);
-          for (int c = 0; c < 3; c++) {
-            sum[c] += (got[c] - want[c]) * (got[c] - want[c]);
-            peak[c] = std::fmax(peak[c], std::fabs(want[c]));
-          }
-          n++;
-        }
   double pct[3];
-  for (int c = 0; c < 3; c++) pct[c] = 100 * std::sqrt(sum[c] / n) / peak[c];
+  const int n = BetweenLoads(plan, truth, fitted, pct);
   printf("rig run (%zu rows, %zu points) to mf61: RMS of peak Fx %.2f %%, Fy %.2f %%, Mz %.2f %% (%d points, %.1f s)\n",
          run.rows, load.data.points.size(), pct[0], pct[1], pct[2], n, r.seconds);
   EXPECT_LT(pct[0], 2.0);
@@ -114,25 +121,8 @@ TEST(RigRunAccuracy, Mf61PressureTermsFromTwoPressures) {
   EXPECT_NEAR(fitted.nompres, truth.nompres, 0.01 * truth.nompres);
   for (double p : plan.pressures) {
     truth.SetPressure(float(p)), fitted.SetPressure(float(p));
-    double sum[3] = {}, peak[3] = {};
-    int n = 0;
-    for (size_t l = 0; l + 1 < plan.loads.size(); l++)
-      for (double g : plan.cambers)
-        for (int i = -40; i <= 40; i++)
-          for (int sweep = 0; sweep < 2; sweep++) {
-            const double fz = 0.5 * (plan.loads[l] + plan.loads[l + 1]);
-            const double kappa = sweep ? plan.kappaMax * i / 40 : 0, alpha = sweep ? 0 : plan.alphaMax * i / 40;
-            double want[3], got[3];
-            At(truth, fz, kappa, alpha, g, want);
-            At(fitted, fz, kappa, alpha, g, got);
-            for (int c = 0; c < 3; c++) {
-              sum[c] += (got[c] - want[c]) * (got[c] - want[c]);
-              peak[c] = std::fmax(peak[c], std::fabs(want[c]));
-            }
-            n++;
-          }
     double pct[3];
-    for (int c = 0; c < 3; c++) pct[c] = 100 * std::sqrt(sum[c] / n) / peak[c];
+    BetweenLoads(plan, truth, fitted, pct);
     printf("two-pressure run at %.0f kPa: RMS of peak Fx %.2f %%, Fy %.2f %%, Mz %.2f %% (%.1f s)\n", p / 1000,
            pct[0], pct[1], pct[2], r.seconds);
     EXPECT_LT(pct[0], 2.0);
