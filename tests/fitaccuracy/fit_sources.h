@@ -67,3 +67,21 @@ inline void AddFitNoise(KMeasuredData *d, unsigned seed) {
 
 // gtest prints a parameter through this.
 inline void PrintTo(const FitSource &s, std::ostream *os) { *os << FitSourceName(s); }
+
+// RMS limits, % of peak, per channel.
+struct Limits {
+  double fx, fy, mz;
+};
+// A case short of the general limits, named as its test names it, with the
+// figure reached (and a little room); each table says why.
+struct Known {
+  const char *what;
+  Limits limits;
+};
+// The limits of `what`: its row of `known`, else `general`.
+template <size_t N>
+Limits LimitsFor(const Known (&known)[N], const std::string &what, Limits general) {
+  for (const Known &k : known)
+    if (what == k.what) return k.limits;
+  return general;
+}

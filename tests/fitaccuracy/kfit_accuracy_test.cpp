@@ -21,9 +21,6 @@ namespace {
 
 using Source = FitSource;
 
-struct Limits {
-  double fx, fy, mz;
-};
 
 // Cases short of the general limits: the figure reached is pinned here, with
 // a little room, so it cannot get worse unnoticed.
@@ -43,10 +40,6 @@ struct Limits {
 //     start of the moment fits the five sampled loads closer still and
 //     lands at 16.8 % between them: which of the many sets that reproduce
 //     those loads the fit ends in decides the figure.
-struct Known {
-  const char *what;
-  Limits limits;
-};
 const Known kShortOfTheLimits[] = {
     {"fit Generic_Pac02Tire.tir -> mf52", {2, 2, 15}},
     {"convert Generic_Pac02Tire.tir -> pac96", {3, 3, 17}},
@@ -54,8 +47,7 @@ const Known kShortOfTheLimits[] = {
 };
 
 void ExpectWithin(const std::string &what, const KFitChannelStats s[KCH_COUNT], Limits l, const KFitResult &r) {
-  for (const Known &k : kShortOfTheLimits)
-    if (what == k.what) l = k.limits;
+  l = LimitsFor(kShortOfTheLimits, what, l);
   printf("%-44s Fx %6.3f %%  Fy %6.3f %%  Mz %6.3f %%  (%d iterations, %.2f s%s%s)\n", what.c_str(),
          s[KCH_FX].rmsPercent, s[KCH_FY].rmsPercent, s[KCH_MZ].rmsPercent, r.iterations, r.seconds,
          r.mirrored[KCH_FY] ? ", Fy mirrored" : "", r.mirrored[KCH_MZ] ? ", Mz mirrored" : "");

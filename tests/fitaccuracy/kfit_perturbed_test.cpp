@@ -38,16 +38,9 @@ void Perturb(KPacejka *t, unsigned seed) {
     for (const char *n : kPerturbedMagic) scale(n);
 }
 
-struct Limits {
-  double fx, fy, mz;
-};
 
 // Cases short of the general limits, with the figure reached (and a little
 // room) and why. Names are "<source> #<copy>", copy 0 the source itself.
-struct Known {
-  const char *what;
-  Limits limits;
-};
 //   - Generic_Pac02Tire.tir: its loads run from 1.75 to 78.75 kN, and at
 //     1.75 kN the moment stays within 1 N·m, under the 6 N·m of noise. Even
 //     noise-free the fit reproduces the three sampled loads to 0.03 % of
@@ -71,11 +64,7 @@ const Known kShortOfTheLimits[] = {
     {"wvp #2", {1, 1, 3.2}},                           {"touring #3", {1.05, 1, 2}},
 };
 
-Limits LimitsFor(const std::string &what) {
-  for (const Known &k : kShortOfTheLimits)
-    if (what == k.what) return k.limits;
-  return {1, 1, 2};
-}
+Limits LimitsFor(const std::string &what) { return LimitsFor(kShortOfTheLimits, what, {1, 1, 2}); }
 
 class FitPerturbed : public testing::TestWithParam<FitSource> {};
 
