@@ -173,6 +173,13 @@ bool FitRedo() {
 }
 
 void FitHintLines(std::string lines[4]) {
+  for (int i = 0; i < 4; i++) lines[i].clear();
+  // Without data only F5's line, so that a new user finds the key; the
+  // others mean nothing before data is loaded.
+  if (!DataGet()) {
+    lines[0] = FITHINT_NO_DATA;
+    return;
+  }
   lines[0] = DataHint(session.point.load, session.point.camber);
   char buf[96];
   if (FitWorkerRunning()) {

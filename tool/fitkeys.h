@@ -50,7 +50,9 @@ bool FitWriteTyre(const std::string &path, bool ask = true);
 // Ctrl+Z / Ctrl+Y of the current wheel; false when there was nothing.
 bool FitUndo();
 bool FitRedo();
-// The hint lines of these keys (with data loaded): data, fit, write, undo.
+// The hint lines of these keys: with data loaded the data's set point, fit,
+// write and undo; without, only F5's line, FITHINT_NO_DATA.
+constexpr const char *FITHINT_NO_DATA = "F5 load measured data";
 void FitHintLines(std::string lines[4]);
 // Fit figures of channel `ch`: "Fy fit: RMS 1.43 %, R2 0.99851"; empty when
 // the channel was not fitted.

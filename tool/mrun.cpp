@@ -6,9 +6,11 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "base/qinfo.h"
 #include "chart/basedir.h"
@@ -61,6 +63,7 @@ struct FrameStats {
   uint64_t lastFrameMs = 0, maxFrameMs = 0;  // the longest frame after the first, pacing included
   uint64_t maxFitFrameMs = 0;                 // the longest while a fit ran on its worker
   long fitFrames = 0;
+  std::vector<uint32_t> fitFrameMs;           // every frame's time while a fit ran, for the median and 99th percentile
 } stats;
 
 double CpuSeconds() {
@@ -81,6 +84,7 @@ void StatsFrameDone() {
     if (FitWorkerRunning()) {
       stats.fitFrames++;
       if (ms > stats.maxFitFrameMs) stats.maxFitFrameMs = ms;
+      stats.fitFrameMs.push_back(uint32_t(ms));
     }
   }
   stats.lastFrameMs = now;
@@ -95,8 +99,15 @@ void StatsPrint() {
   printf("tyrograph: frames=%ld fps=%.1f cpu_ms_per_frame=%.2f start_to_first_frame_ms=%llu max_frame_ms=%llu",
          stats.frames, secs > 0 ? double(later) / secs : 0.0, later ? cpu * 1000.0 / double(later) : 0.0,
          (unsigned long long)(stats.firstFrameMs - stats.startMs), (unsigned long long)stats.maxFrameMs);
-  // With a fit on its worker: the frames drawn meanwhile and the longest of them.
-  if (stats.fitFrames) printf(" fit_frames=%ld max_fit_frame_ms=%llu", stats.fitFrames, (unsigned long long)stats.maxFitFrameMs);
+  // With a fit on its worker: the frames drawn meanwhile, the longest of
+  // them, their median and 99th percentile (nearest rank).
+  if (stats.fitFrames) {
+    std::vector<uint32_t> &t = stats.fitFrameMs;
+    std::sort(t.begin(), t.end());
+    auto rank = [&t](double q) { return t[std::min(t.size() - 1, size_t(q * double(t.size() - 1) + 0.5))]; };
+    printf(" fit_frames=%ld max_fit_frame_ms=%llu fit_frame_ms_median=%u fit_frame_ms_p99=%u", stats.fitFrames,
+           (unsigned long long)stats.maxFitFrameMs, rank(0.5), rank(0.99));
+  }
   printf("\n");
   fflush(stdout);
 }

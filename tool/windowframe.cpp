@@ -22,6 +22,13 @@ namespace {
 // Lines of hints under the "Wheel index" slider the window has room for.
 constexpr int HINT_LINES = 7;
 
+// Whether the band under the operating-point sliders holds a Magic Formula
+// 5.2 tyre's scale list (drawn with the selected coefficient's texts).
+bool ScaleListShown() {
+  return session.edit.desc && session.edit.unit && session.graphs[CURVE_FX] &&
+         session.graphs[CURVE_FX]->GetCurrentTyre()->model == 1;
+}
+
 void PaintCoefficientTexts(QRenderer *r, int left, int top, int bandTop) {
   // Nothing is selected yet while the start-up still loads the car.
   if (!r->HasFont() || !session.edit.desc || !session.edit.unit) return;
@@ -35,7 +42,7 @@ void PaintCoefficientTexts(QRenderer *r, int left, int top, int bandTop) {
   r->DrawText(buf, left, top + 16, black);
   FramePaintEntryNote(r, session.entryNote, left + r->MeasureText(buf), top + 16);
   textsRight = std::max(textsRight, left + r->MeasureText(buf));
-  if (!session.graphs[CURVE_FX] || session.graphs[CURVE_FX]->GetCurrentTyre()->model != 1) return;
+  if (!ScaleListShown()) return;
   // Magic Formula 5.2: all scaling factors, beside these texts under the
   // operating-point sliders.
   FramePaintScaleList(r, *session.graphs[CURVE_FX]->GetCurrentTyre(), textsRight, bandTop);
@@ -67,6 +74,38 @@ FrameState FrameStateFromSession() {
   return st;
 }
 
+std::vector<FrameHint> FrameHintLines(const QRenderer &r, int viewWidth, int viewHeight) {
+  std::vector<FrameHint> lines;
+  if (!r.HasFont()) return lines;
+  // For a few seconds after F4 its line names the file written, and the line
+  // under it the folder.
+  std::string hint[HINT_LINES];
+  hint[0] = std::string("F2 view: ") + PlotKindName(PlotKind(session.view));
+  hint[1] = std::string("F3 reference tyre: ") + (session.reference[CURVE_FX] ? "on" : "off");
+  hint[2] = "F4 save view as PNG";
+  if (!session.savedView.empty()) {
+    const std::string name = QPathTail(session.savedView);
+    hint[2] = "F4 saved " + name;
+    hint[3] = "in " + session.savedView.substr(0, session.savedView.size() - name.size());
+  }
+  // The fitting keys after F4's folder line while that shows, as many as the
+  // window holds: with data all of them, without only F5's, which leaves
+  // a Magic Formula 5.2 tyre's scale list its band.
+  const PanelLayout layout = LayoutCompute(viewWidth, viewHeight);
+  const int top = layout.wheel.y + layout.wheel.hgt + 12;
+  const QRect lastSlider = layout.op[OP_SLIDERS - 1];
+  const int bottom = !DataGet() && ScaleListShown() ? lastSlider.y + lastSlider.hgt + 1 : top + 15 * HINT_LINES;
+  std::string more[4];
+  FitHintLines(more);
+  const int first = hint[3].empty() ? 3 : 4;
+  for (int i = 0; i < 4 && first + i < HINT_LINES && top + 15 * (first + i + 1) <= bottom; i++) hint[first + i] = more[i];
+  const int room = layout.wheel.wid + 30;
+  auto width = [&r](const std::string &t) { return r.MeasureText(t.c_str()); };
+  for (int i = 0; i < HINT_LINES; i++)
+    if (!hint[i].empty()) lines.push_back({QElideMiddle(hint[i], room, width), QRect(layout.wheel.x, top + 15 * i, room, 15)});
+  return lines;
+}
+
 void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
   r->BeginPicture(QColor(255, 255, 255, 255));
   QRect view(GRAPH_LEFT_MARGIN, GRAPH_TOP_MARGIN, viewWidth, viewHeight);
@@ -86,37 +125,12 @@ void FramePaintGraphs(QRenderer *r, int viewWidth, int viewHeight) {
   const PanelLayout layout = LayoutCompute(viewWidth, viewHeight);
   const QRect lastSlider = layout.op[OP_SLIDERS - 1];
   PaintCoefficientTexts(r, 13, viewHeight + 72 + 4 * 21 + 4, lastSlider.y + lastSlider.hgt + 1);
-  // The keys of the views, in the free corner under the wheel slider (the
-  // band along the bottom edge holds a Magic Formula 5.2 tyre's scale list).
-  // For a few seconds after F4 its line names the file written, and the
-  // line under it the folder.
+  // The keys of the views and of fitting, in the free corner under the wheel
+  // slider (the band along the bottom edge holds a Magic Formula 5.2 tyre's
+  // scale list).
   if (r->HasFont()) {
-    std::string hint[4];
-    hint[0] = std::string("F2 view: ") + PlotKindName(PlotKind(session.view));
-    hint[1] = std::string("F3 reference tyre: ") + (session.reference[CURVE_FX] ? "on" : "off");
-    hint[2] = "F4 save view as PNG";
-    if (!session.savedView.empty()) {
-      const std::string name = QPathTail(session.savedView);
-      hint[2] = "F4 saved " + name;
-      hint[3] = "in " + session.savedView.substr(0, session.savedView.size() - name.size());
-    }
-    const int top = layout.wheel.y + layout.wheel.hgt + 12;
-    const int room = layout.wheel.wid + 30;
-    auto width = [r](const std::string &t) { return r->MeasureText(t.c_str()); };
-    for (int i = 0; i < 4; i++)
-      if (!hint[i].empty())
-        r->DrawText(QElideMiddle(hint[i], room, width).c_str(), layout.wheel.x, top + 15 * i, QColor(128, 128, 128, 255));
-    // The fitting keys (tool/fitkeys.h) once data is loaded, after F4's
-    // folder line while that shows, as many as the window holds; without
-    // data the frame stays as it always was.
-    if (DataGet()) {
-      std::string more[4];
-      FitHintLines(more);
-      const int first = hint[3].empty() ? 3 : 4;
-      for (int i = 0; i < 4 && first + i < HINT_LINES; i++)
-        r->DrawText(QElideMiddle(more[i], room, width).c_str(), layout.wheel.x, top + 15 * (first + i),
-                    QColor(128, 128, 128, 255));
-    }
+    for (const FrameHint &h : FrameHintLines(*r, viewWidth, viewHeight))
+      r->DrawText(h.text.c_str(), h.box.x, h.box.y, QColor(128, 128, 128, 255));
     // The last fit's figures, right-aligned in the graph area on the peak
     // lines, one per fitted channel.
     if (session.view == PLOT_CURVES)
