@@ -10,8 +10,8 @@
 # frames come with the load.
 #
 # The run is made once by tyrograph-rigrun (--rate 67 gives some 40,000 rows)
-# and kept in <build>/bench-data/.
-#   bash bench/window_fit_frames.sh <build-dir> <source-dir> [runs]
+# and kept in <build>/bench-data/; another run file may be given instead.
+#   bash bench/window_fit_frames.sh <build-dir> <source-dir> [runs] [run-file]
 set -euo pipefail
 BUILD=$(cd "$1" && pwd)
 SRC=$(cd "$2" && pwd)
@@ -23,10 +23,11 @@ for b in tool/tyrograph rigrun/tyrograph-rigrun; do
   [ -x "$BUILD/$b" ] || { echo "$b is not built"; exit 1; }
 done
 mkdir -p "$BUILD/bench-data"
-RUN=$BUILD/bench-data/run40k.txt
-if [ ! -s "$RUN" ]; then
+RUN=${4:-$BUILD/bench-data/run40k.txt}
+if [ -z "${4:-}" ] && [ ! -s "$RUN" ]; then
   "$BUILD/rigrun/tyrograph-rigrun" "$SRC/data/tyres/MagicFormula61_Parameters.tir" --rate 67 -o "$RUN" >/dev/null
 fi
+RUN=$(cd "$(dirname "$RUN")" && pwd)/$(basename "$RUN")
 echo "run: $RUN, $(grep -vc '^#' "$RUN") lines"
 
 INNER=$(mktemp)

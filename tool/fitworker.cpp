@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <memory>
 #include <mutex>
@@ -27,9 +28,19 @@ struct Job {
   std::mutex mutex;
   FitWorkerProgress progress;
   FitWorkerOutcome outcome;
-  // The worker's own: the point count of the running stage.
+  // The worker's own: the point count of the running stage, and when it
+  // last left progress in the mailbox.
   size_t stagePoints = 1;
+  std::chrono::steady_clock::time_point published{};
+  int publishedStage = -1;
+  // The window's own: the progress it read last.
+  FitWorkerProgress shown;
 };
+
+// The worker leaves progress in the mailbox at most this often (and at each
+// new stage): the window reads it once a frame, and a busy mailbox costs
+// the window's thread a wait.
+constexpr std::chrono::milliseconds PROGRESS_EVERY{50};
 
 std::unique_ptr<Job> g_job;
 
@@ -53,6 +64,10 @@ void OnStage(void *user, const KFitStage &stage, const KPacejka &) {
 
 void OnProgress(void *user, const KFitProgress &p) {
   Job *job = static_cast<Job *>(user);
+  const auto now = std::chrono::steady_clock::now();
+  if (p.stageIndex == job->publishedStage && now - job->published < PROGRESS_EVERY) return;
+  job->published = now;
+  job->publishedStage = p.stageIndex;
   const double n = double(job->stagePoints ? job->stagePoints : 1);
   std::lock_guard<std::mutex> lock(job->mutex);
   job->progress.stage = p.stage;
@@ -115,8 +130,12 @@ void FitWorkerCancel() {
 
 FitWorkerProgress FitWorkerGetProgress() {
   if (!g_job) return FitWorkerProgress();
-  std::lock_guard<std::mutex> lock(g_job->mutex);
-  return g_job->progress;
+  // The window never waits for the worker: while the worker holds the
+  // mailbox (and may have lost its core there, being below the window in
+  // priority), the frame shows what it read before.
+  std::unique_lock<std::mutex> lock(g_job->mutex, std::try_to_lock);
+  if (lock.owns_lock()) g_job->shown = g_job->progress;
+  return g_job->shown;
 }
 
 bool FitWorkerTake(FitWorkerOutcome *out) {

@@ -31,6 +31,8 @@ struct FitWorkerOutcome {
 bool FitWorkerStart(const KMeasuredData &data, const KTyreParams &start, int model, int channel);
 bool FitWorkerRunning();
 void FitWorkerCancel();
+// The progress the worker left last (it does so at most every 50 ms and at
+// each stage); never waits for the worker.
 FitWorkerProgress FitWorkerGetProgress();
 // Once the worker has ended: its outcome, once (the worker is joined). False
 // while it runs or when there is nothing to take.
