@@ -80,6 +80,10 @@ bool EndsWithTir(const std::string &p) { return p.size() >= 4 && strcasecmp(p.c_
 bool FitStart() {
   const MeasuredData *d = DataGet();
   if (FitWorkerRunning()) return false;
+  if (!d && DataLoading()) {
+    QWARN("F6: the data is still being read");  // the hint line says so
+    return false;
+  }
   if (!d) {
     QERR("F6 fits the tyre to measured data: load a data file with F5 first");
     return false;
@@ -176,6 +180,12 @@ void FitHintLines(std::string lines[4]) {
   for (int i = 0; i < 4; i++) lines[i].clear();
   // Without data only F5's line, so that a new user finds the key; the
   // others mean nothing before data is loaded.
+  if (DataLoading()) {
+    std::string name = DataLoadingFile();
+    name = name.substr(name.find_last_of('/') + 1);
+    lines[0] = "F5 reading " + name + (DataLoadCancelled() ? " (Esc)" : "");
+    return;
+  }
   if (!DataGet()) {
     lines[0] = FITHINT_NO_DATA;
     return;
@@ -212,6 +222,10 @@ bool FitKeyDispatch(const QEvent *ev, const ToolEnv &env) {
     FitWorkerCancel();
     return true;
   }
+  if (ev->n == QK_ESC && DataLoading()) {
+    DataLoadCancel();  // the read ends unseen
+    return true;
+  }
   const int key = ev->xn & ~QK_MOD_SHIFT;
   if (key == (0x5A | QK_MOD_CTRL) || key == (0x7A | QK_MOD_CTRL)) {
     FitUndo();
@@ -223,13 +237,13 @@ bool FitKeyDispatch(const QEvent *ev, const ToolEnv &env) {
   }
   switch (ev->xn) {
     case FITKEY_DATA: {
-      if (FitWorkerRunning()) return true;
+      if (FitWorkerRunning() || DataLoading()) return true;
       if (DataGet()) {
         DataDrop();
         return true;
       }
       std::string path;
-      if (AskFile(env, "open_data", "Measured data", "*.*", &path)) DataLoad(path.c_str());
+      if (AskFile(env, "open_data", "Measured data", "*.*", &path)) DataLoadStart(path.c_str());  // DataPoll takes it
       return true;
     }
     case FITKEY_FIT: FitStart(); return true;

@@ -1,5 +1,6 @@
 // The window's keys for fitting (beside the view keys, tool/viewkeys.h):
-//   F5      measured data behind the curves (file dialog), pressed again: off
+//   F5      measured data behind the curves (file dialog), read on a worker
+//           thread (Escape meanwhile throws it away); pressed again: off
 //   F6      fits the current wheel's tyre to the data on a worker thread:
 //           the focused graph's stages, or every stage with "No focus";
 //           Escape cancels it and leaves the tyre as it was

@@ -1,9 +1,15 @@
 // F5's data: reading, set points, the points drawn at the operating point.
 #include "tool/measureddata.h"
 
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <memory>
+#include <thread>
 
 #include "chart/curves.h"
 #include "diag/qdebug.h"
@@ -20,16 +26,19 @@ std::string BaseName(const std::string &p) {
   return slash == std::string::npos ? p : p.substr(slash + 1);
 }
 
-}  // namespace
-
-bool DataLoad(const char *path, int thin) {
-  DataDrop();
-  auto d = std::make_unique<MeasuredData>();
+// Reads and conditions `path` into `d` without a word to the reporters (a
+// worker thread may run it); the message in `error` when it cannot be read.
+bool ReadQuietly(const std::string &path, int thin, MeasuredData *d, std::string *error) {
   d->file = path;
   KRunOptions runOptions;  // automatic axes, units from the file
+  runOptions.quiet = true;
   KConditionOptions conditionOptions;
   conditionOptions.thin = thin;
-  if (!KDataLoadFile(path, runOptions, conditionOptions, false, &d->load)) return false;  // reported
+  conditionOptions.quiet = true;
+  if (!KDataLoadFile(path.c_str(), runOptions, conditionOptions, false, &d->load)) {
+    *error = !d->load.error.empty() ? d->load.error : path + ": cannot be read";
+    return false;
+  }
   if (d->load.tidy) {
     KConditionSetPoints(d->load.data, &d->setPoints, &d->setPoint);
   } else {
@@ -43,10 +52,88 @@ bool DataLoad(const char *path, int thin) {
   if (!d->load.problems.empty())
     d->note += ", " + std::to_string(d->load.problems.size()) + " check" + (d->load.problems.size() > 1 ? "s" : "") +
                " failed";
+  return true;
+}
+
+// On the window's thread: the read's outcome reported, and the data taken.
+bool TakeRead(std::unique_ptr<MeasuredData> d, bool ok, const std::string &error) {
+  if (!ok) {
+    QERR("%s", error.c_str());
+    return false;
+  }
   QNOTE("%s", d->note.c_str());
   for (const std::string &p : d->load.problems) QWARN("%s: %s", d->file.c_str(), p.c_str());
   g_data = std::move(d);
   return true;
+}
+
+// The read of F5 on its worker thread. The worker writes `data`, `ok` and
+// `error`, then sets `done`; the window reads them only after that.
+struct ReadJob {
+  std::string path;
+  int thin = 0;
+  std::unique_ptr<MeasuredData> data;
+  bool ok = false;
+  std::string error;
+  std::atomic<bool> done{false};
+  bool cancelled = false;  // the window's own
+  std::thread worker;
+};
+std::unique_ptr<ReadJob> g_read;
+
+void ReadWork(ReadJob *job) {
+  // Below the window's thread, as the fit's worker.
+  setpriority(PRIO_PROCESS, id_t(syscall(SYS_gettid)), 10);
+  job->data = std::make_unique<MeasuredData>();
+  job->ok = ReadQuietly(job->path, job->thin, job->data.get(), &job->error);
+  job->done = true;
+}
+
+}  // namespace
+
+bool DataLoad(const char *path, int thin) {
+  DataDrop();
+  auto d = std::make_unique<MeasuredData>();
+  std::string error;
+  const bool ok = ReadQuietly(path, thin, d.get(), &error);
+  return TakeRead(std::move(d), ok, error);
+}
+
+bool DataLoadStart(const char *path, int thin) {
+  if (g_read) return false;
+  DataDrop();
+  g_read = std::make_unique<ReadJob>();
+  g_read->path = path;
+  g_read->thin = thin;
+  g_read->worker = std::thread(ReadWork, g_read.get());
+  return true;
+}
+
+bool DataLoading() { return g_read != nullptr; }
+
+const std::string &DataLoadingFile() {
+  static const std::string none;
+  return g_read ? g_read->path : none;
+}
+
+bool DataPoll() {
+  if (!g_read || !g_read->done) return false;
+  g_read->worker.join();
+  std::unique_ptr<ReadJob> job = std::move(g_read);
+  if (!job->cancelled) TakeRead(std::move(job->data), job->ok, job->error);
+  return true;
+}
+
+void DataLoadCancel() {
+  if (g_read) g_read->cancelled = true;
+}
+
+bool DataLoadCancelled() { return g_read && g_read->cancelled; }
+
+void DataLoadWait() {
+  if (!g_read) return;
+  g_read->worker.join();
+  g_read.reset();
 }
 
 void DataDrop() {

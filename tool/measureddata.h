@@ -23,6 +23,22 @@ struct MeasuredData {
 // it cannot be read: the reader's message has gone to the reporters (the
 // window shows it) and the data loaded before stays dropped.
 bool DataLoad(const char *path, int thin = 0);
+// F5: the same read on a worker thread, which only reads (quietly: no
+// reporters); the data loaded before is dropped at once. DataPoll, once a
+// frame, takes the result in and reports it as DataLoad does. False when a
+// read still runs.
+bool DataLoadStart(const char *path, int thin = 0);
+// Whether a read runs (until DataPoll has taken it); the file it reads.
+bool DataLoading();
+const std::string &DataLoadingFile();
+// Takes a finished read: the data (or its message to the reporters). True
+// when a read ended, taken or cancelled.
+bool DataPoll();
+// The running read's result will be thrown away (Escape).
+void DataLoadCancel();
+bool DataLoadCancelled();
+// Waits for a running read and throws its result away (exit, tests).
+void DataLoadWait();
 void DataDrop();
 // The loaded data; null when none.
 const MeasuredData *DataGet();

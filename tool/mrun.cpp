@@ -17,6 +17,7 @@
 #include "tool/dispatch.h"
 #include "tool/fitworker.h"
 #include "tool/fitkeys.h"
+#include "tool/measureddata.h"
 #include "chart/graph.h"
 #include "tool/panel.h"
 #include "tool/session.h"
@@ -159,6 +160,7 @@ void PaintFrame() {
   qpSleep(16);
   session.ghostCamber = PanelGhostCamber();
   ViewExpireSavedNote(qpTimeMs());
+  DataPoll();  // F5's read, once it has ended on its worker
   FitPoll();  // a fit that ended on its worker goes into the tyre
   FramePaintGraphs(canvas, settings.viewWidth, settings.viewHeight);
   // The controls, and a dialog over them while one runs.
@@ -186,6 +188,7 @@ bool OnEvent(QEvent *ev) {
 void OnExit() {
   FitWorkerCancel();
   FitWorkerWait();
+  DataLoadWait();
   StatsPrint();
   if (settingsTree) {
     SettingsStoreLastCar(settingsTree, session.car.c_str());

@@ -420,7 +420,7 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
   if (out->data.points.empty()) {
     out->data.error = run.fileName + ": no points left after conditioning (" + std::to_string(n) +
                       " rows, none at a steady set point)";
-    QERR_IN("KConditionRun", "%s", out->data.error.c_str());
+    if (!options.quiet) QERR_IN("KConditionRun", "%s", out->data.error.c_str());
     return false;
   }
   return true;

@@ -40,6 +40,7 @@ struct KConditionOptions {
   int thin = 0;         // points per sweep to keep at most; 0 keeps all
   int minSegment = 20;  // rows a set point must hold for
   bool relax = true;    // cancel the relaxation lag
+  bool quiet = false;   // nothing to the reporters: a problem only in data.error (a worker thread)
 };
 
 enum KSweepKind : int { KSWEEP_ALPHA, KSWEEP_KAPPA, KSWEEP_COMBINED };

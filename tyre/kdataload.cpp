@@ -23,7 +23,7 @@ bool KDataLoadText(const std::string &text, const char *fileName, const KRunOpti
   *out = KDataLoad();
   if (!raw && KRunIsTidyCsv(text.data(), text.size())) {
     out->tidy = true;
-    if (!KMeasuredParse(text.data(), text.size(), fileName, &out->data)) {
+    if (!KMeasuredParse(text.data(), text.size(), fileName, &out->data, runOptions.quiet)) {
       out->error = out->data.error;
       return false;
     }
@@ -43,7 +43,7 @@ bool KDataLoadFile(const char *fileName, const KRunOptions &runOptions, const KC
   *out = KDataLoad();
   std::string text;
   if (!KRunReadFile(fileName, &text, &out->error)) {
-    QERR("%s", out->error.c_str());
+    if (!runOptions.quiet) QERR("%s", out->error.c_str());
     return false;
   }
   return KDataLoadText(text, fileName, runOptions, conditionOptions, raw, out);

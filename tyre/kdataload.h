@@ -23,7 +23,9 @@ struct KDataLoad {
 
 // Reads `fileName`. `raw` reads it as a rig run even when it looks tidy
 // (any of --axes, --columns, --units given). False on a reading problem
-// (out->error); the plausibility problems do not make it false.
+// (out->error, reported unless runOptions.quiet; conditioning reports its
+// own unless conditionOptions.quiet); the plausibility problems do not make
+// it false.
 bool KDataLoadFile(const char *fileName, const KRunOptions &runOptions, const KConditionOptions &conditionOptions,
                    bool raw, KDataLoad *out);
 // The same for text already in memory (`fileName` names it in messages).

@@ -67,6 +67,7 @@ bool Skipped(const std::string &line) {
 struct Reader {
   const char *fileName;
   KMeasuredData *data;
+  bool quiet = false;
   int lineNo = 0;
   int columns[KMEASURED_COLUMNS] = {};  // field index of each table column, -1: absent
   int fieldCount = 0;
@@ -86,7 +87,7 @@ bool Reader::Fail(const char *fmt, ...) {
   if (lineNo > 0) snprintf(where, sizeof where, ":%d", lineNo);
   data->error = std::string(fileName) + where + ": " + msg;
   data->points.clear();
-  QERR_IN("KMeasuredParse", "%s", data->error.c_str());
+  if (!quiet) QERR_IN("KMeasuredParse", "%s", data->error.c_str());
   return false;
 }
 
@@ -145,9 +146,9 @@ const char *KChannelName(int channel) {
   return channel >= 0 && channel < KCH_COUNT ? kChannelNames[channel] : "?";
 }
 
-bool KMeasuredParse(const char *text, size_t size, const char *fileName, KMeasuredData *data) {
+bool KMeasuredParse(const char *text, size_t size, const char *fileName, KMeasuredData *data, bool quiet) {
   *data = KMeasuredData();
-  Reader r{fileName ? fileName : "<data>", data};
+  Reader r{fileName ? fileName : "<data>", data, quiet};
   bool haveHeader = false;
   size_t at = 0;
   while (at < size) {

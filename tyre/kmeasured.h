@@ -50,9 +50,9 @@ const char *KMeasuredColumnName(int column);
 const char *KChannelName(int channel);
 
 // Parses `size` bytes of CSV text; `fileName` only names the source in
-// messages. False (data->error set, reported) on any bad input; `data` then
-// holds no points.
-bool KMeasuredParse(const char *text, size_t size, const char *fileName, KMeasuredData *data);
+// messages. False (data->error set, reported unless `quiet`) on any bad
+// input; `data` then holds no points.
+bool KMeasuredParse(const char *text, size_t size, const char *fileName, KMeasuredData *data, bool quiet = false);
 // Reads and parses a file.
 bool KMeasuredRead(const char *fileName, KMeasuredData *data);
 // The data as CSV text with every column, numbers in round-trip precision

@@ -62,6 +62,7 @@ struct KRunOptions {
   std::string columns[KRUN_CHANNELS];  // a column name per channel ("" = by its usual names)
   std::string units[KRUN_CHANNELS];    // a unit per channel ("" = from the file)
   int axes = KAXES_AUTO;
+  bool quiet = false;  // nothing to the reporters: a problem only in the run's error (a worker thread)
 };
 
 // Parses "fz=FZ,alpha=SA" (columns) or "alpha=deg,fz=kN" (units) into

@@ -21,7 +21,7 @@ class KRunReader {
   KRunReader(const char *fileName, const KRunOptions &options, KRunData *run);
 
   // "FILE:LINE:COL: message" (LINE, COL left out when 0) into run->error,
-  // reported; the run is emptied. Always false.
+  // reported unless the options are quiet; the run is emptied. Always false.
   bool Fail(int line, int col, const char *fmt, ...)
 #if defined(__GNUC__)
       __attribute__((format(printf, 4, 5)))

@@ -52,7 +52,7 @@ bool KRunReader::Fail(int line, int col, const char *fmt, ...) {
   *run = KRunData();
   run->fileName = name;
   run->error = error;
-  QERR_IN("KRunParse", "%s", error.c_str());
+  if (!options.quiet) QERR_IN("KRunParse", "%s", error.c_str());
   return false;
 }
 

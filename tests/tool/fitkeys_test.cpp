@@ -23,6 +23,7 @@
 #include "toolwindow.h"
 #include "render/qrecorder.h"
 #include "chart/fitrun.h"
+#include "tests/base/capture.h"
 #include "tyre/kdataload.h"
 
 namespace {
@@ -35,6 +36,7 @@ class FitKeys : public ToolWindowTest {
     FitWorkerCancel();
     FitWorkerWait();
     FitForget();
+    DataLoadWait();
     DataDrop();
     HistoryClear(-1);
     session.carNote.clear();  // Revert of a car that is not there
@@ -53,6 +55,14 @@ class FitKeys : public ToolWindowTest {
     return rec;
   }
   static size_t Drawn(const QRecorder &rec) { return rec.Of(QREC_FILL).size() + rec.Of(QREC_SEGMENTS).size(); }
+  // Polls as the frame does until F5's read has ended; false after a minute.
+  static bool WaitForData() {
+    for (int i = 0; i < 6000; i++) {
+      if (DataPoll()) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+  }
   // Polls as the frame does until the fit has ended; false after two minutes.
   static bool WaitForFit() {
     for (int i = 0; i < 12000; i++) {
@@ -85,6 +95,13 @@ class FitKeys : public ToolWindowTest {
   }
 };
 
+// How many times `part` stands in `text`.
+int Count(const std::string &text, const std::string &part) {
+  int n = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) n++;
+  return n;
+}
+
 bool OfChannel(KPacejkaMember::Group g, int ch) {
   using G = KPacejkaMember;
   const G::Group pure[] = {G::PURE_FX, G::PURE_FY, G::PURE_MZ}, comb[] = {G::COMBINED_FX, G::COMBINED_FY, G::COMBINED_MZ};
@@ -102,10 +119,17 @@ TEST_F(FitKeys, F5DrawsTheNearestSetPointBehindTheCurvesAndNamesIt) {
     EXPECT_EQ(rec.FindText("F6"), nullptr);
     EXPECT_EQ(rec.FindText("Ctrl+Z"), nullptr);
   }
-  // Through the file dialog.
+  // Through the file dialog, read on a worker thread: the hint line says
+  // so meanwhile, and F5 again does nothing.
   ScriptEntry(Measured("touring.csv").c_str());
   EXPECT_TRUE(Press(FITKEY_DATA));
   EXPECT_FALSE(stuck);
+  EXPECT_TRUE(DataLoading());
+  EXPECT_NE(Frame().FindText("F5 reading touring.csv"), nullptr);
+  EXPECT_TRUE(Press(FITKEY_DATA));
+  EXPECT_FALSE(FitStart());  // no data yet
+  ASSERT_TRUE(WaitForData());
+  EXPECT_FALSE(DataLoading());
   ASSERT_NE(DataGet(), nullptr);
   EXPECT_NE(DataGet()->note.find("touring.csv: 9 set points, 198 points kept"), std::string::npos) << DataGet()->note;
   PanelOpMoved(OP_LOAD, 100);  // 3000 N
@@ -135,9 +159,28 @@ TEST_F(FitKeys, F5DrawsTheNearestSetPointBehindTheCurvesAndNamesIt) {
   EXPECT_EQ(DataGet(), nullptr);
   EXPECT_NE(Frame().FindText(FITHINT_NO_DATA), nullptr);
   EXPECT_EQ(Frame().FindText("F6"), nullptr);
-  // A file that cannot be read leaves no data.
+  // A file that cannot be read leaves no data, and says why on the window's
+  // thread, read here or on the worker.
+  ReportCapture reports;
   EXPECT_FALSE(DataLoad("/nonexistent/none.csv"));
   EXPECT_EQ(DataGet(), nullptr);
+  EXPECT_EQ(Count(reports.errors, "/nonexistent/none.csv"), 1);
+  ASSERT_TRUE(DataLoadStart("/nonexistent/none.csv"));
+  ASSERT_TRUE(WaitForData());
+  EXPECT_EQ(DataGet(), nullptr);
+  EXPECT_EQ(Count(reports.errors, "/nonexistent/none.csv"), 2);
+  const std::string bad = std::string(TYRO_BINARY_DIR) + "/fitkeys_bad.csv";
+  std::ofstream(bad) << "fz,alpha,fy\n4000,0.01,x\n";
+  ASSERT_TRUE(DataLoadStart(bad.c_str()));
+  ASSERT_TRUE(WaitForData());
+  EXPECT_EQ(DataGet(), nullptr);
+  EXPECT_EQ(Count(reports.errors, "fitkeys_bad.csv:2"), 1) << reports.errors;
+  // Escape during a read throws it away (and does not end the program).
+  ASSERT_TRUE(DataLoadStart(Measured("touring.csv").c_str()));
+  EXPECT_TRUE(Press(QK_ESC));
+  ASSERT_TRUE(WaitForData());
+  EXPECT_EQ(DataGet(), nullptr);
+  std::remove(bad.c_str());
 }
 
 TEST_F(FitKeys, EachFocusFitsOnlyItsGroupsAndUndoGivesEveryBitBack) {

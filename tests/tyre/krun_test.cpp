@@ -124,6 +124,50 @@ TEST(KRunText, MissingUnitsRowFoundByThePlausibilityChecks) {
   EXPECT_NEAR(8 * kDeg, std::fabs(load.data.points[0].alpha), 1e-12);
 }
 
+// Quiet loading (a worker thread's) says nothing to the reporters, whatever
+// goes wrong, and leaves the same message in the error as a loud one says.
+TEST(KDataLoad, QuietLoadsLeaveTheirMessageAndReportNothing) {
+  const std::string bad[] = {
+      "FZ;FY;SA\nN;N;deg\n1;2;3\n4;5;x1\n",          // the run's reader
+      "fz,alpha,fy\n4000,0.01,x\n",                     // the tidy reader
+  };
+  for (const std::string &text : bad)
+    for (bool quiet : {false, true}) {
+      KRunOptions ro;
+      ro.quiet = quiet;
+      KConditionOptions co;
+      co.quiet = quiet;
+      KDataLoad load;
+      ReportCapture reports;
+      EXPECT_FALSE(KDataLoadText(text, "run.txt", ro, co, false, &load)) << text;
+      EXPECT_EQ(load.error.rfind("run.txt", 0), 0u) << load.error;
+      if (quiet) {
+        EXPECT_EQ(reports.joined, "") << text;
+      } else {
+        EXPECT_NE(reports.errors.find(load.error), std::string::npos) << text << reports.joined;
+      }
+    }
+  // Conditioning that keeps no point.
+  KRunData empty;
+  empty.fileName = "run.txt";
+  for (bool quiet : {false, true}) {
+    KConditionOptions co;
+    co.quiet = quiet;
+    KConditioned out;
+    ReportCapture reports;
+    EXPECT_FALSE(KConditionRun(empty, co, &out));
+    EXPECT_NE(out.data.error.find("no points left"), std::string::npos) << out.data.error;
+    EXPECT_EQ(reports.errors.empty(), quiet) << reports.joined;
+  }
+  KRunOptions ro;
+  ro.quiet = true;
+  KDataLoad load;
+  ReportCapture reports;
+  EXPECT_FALSE(KDataLoadFile("/nonexistent/run.txt", ro, KConditionOptions(), false, &load));
+  EXPECT_NE(load.error.find("/nonexistent/run.txt"), std::string::npos) << load.error;
+  EXPECT_EQ(reports.joined, "");
+}
+
 TEST(KPlausible, EachCheckNamesItsCauseAndFix) {
   KMeasuredData d;
   KMeasuredPoint p;
