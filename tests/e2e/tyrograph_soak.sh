@@ -44,8 +44,8 @@ xdotool key --window $WID F5
 sleep 0.8
 xdotool type --delay 10 "$HOME_DIR/data/measured/rig_run_mf61.txt"
 xdotool key --window $WID Return
-# Reading and conditioning the run happens on the window's thread; F6 before
-# it ends would find no data, and its Escape would end the program.
+# F5 reads and conditions the run on a worker thread; F6 before it ends
+# would find no data, and its Escape would throw the read away.
 sleep 5
 RSS_START=$(rss)
 echo "rss: start ${RSS_START} kB"
