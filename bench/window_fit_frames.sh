@@ -5,9 +5,11 @@
 # run through the file dialog, F6 fits every stage, and when the fit has
 # ended Escape closes the window, whose TYROGRAPH_STATS line gives the frames
 # drawn during the fit: the longest, the 99th percentile and the median (ms,
-# the 16 ms rest of each frame included). The machine's load average is
-# printed before F6 and after the fit, since on a shared machine the slow
-# frames come with the load.
+# the 16 ms rest of each frame included). Before F6 the window draws for
+# TYRO_BENCH_IDLE seconds (default 20) with the data loaded and no fit: the
+# median and 99th percentile of those frames (nofit_...) show what the fit
+# adds. The machine's load average is printed before F6 and after the fit,
+# since on a shared machine the slow frames come with the load.
 #
 # The run is made once by tyrograph-rigrun (--rate 67 gives some 40,000 rows)
 # and kept in <build>/bench-data/; another run file may be given instead.
@@ -59,7 +61,7 @@ t0=$(date +%s%N)
 xdotool key --window "$WID" Return
 wait_log "points kept" 60 || fail "F5 read no data"
 echo "F5: data read $(( ($(date +%s%N) - t0) / 1000000 )) ms after Return (xdotool's own time included)"
-sleep 1
+sleep "${TYRO_BENCH_IDLE:-20}"
 echo "load average before F6: $(cut -d' ' -f1-3 /proc/loadavg)"
 t0=$(date +%s%N)
 xdotool key --window "$WID" F6
@@ -70,7 +72,7 @@ xdotool key --window "$WID" Escape
 for i in $(seq 1 100); do kill -0 "$PID" 2>/dev/null || break; sleep 0.1; done
 line=$(grep "tyrograph: frames=" "$HOME_DIR/stdout.txt") || fail "no TYROGRAPH_STATS line"
 echo "$line"
-for k in fit_frames max_fit_frame_ms fit_frame_ms_p99 fit_frame_ms_median; do
+for k in fit_frames max_fit_frame_ms fit_frame_ms_p99 fit_frame_ms_median nofit_frame_ms_p99 nofit_frame_ms_median; do
   printf '%s=%s ' "$k" "$(sed -n "s/.* $k=\([0-9]*\).*/\1/p" <<<"$line")"
 done
 echo

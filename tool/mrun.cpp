@@ -64,8 +64,18 @@ struct FrameStats {
   uint64_t lastFrameMs = 0, maxFrameMs = 0;  // the longest frame after the first, pacing included
   uint64_t maxFitFrameMs = 0;                 // the longest while a fit ran on its worker
   long fitFrames = 0;
-  std::vector<uint32_t> fitFrameMs;           // every frame's time while a fit ran, for the median and 99th percentile
+  // Every frame's time after the first, while a fit ran and while none did
+  // (for the median and 99th percentile of each).
+  std::vector<uint32_t> fitFrameMs, otherFrameMs;
 } stats;
+
+// The median and 99th percentile (nearest rank) of frame times.
+void PrintPercentiles(const char *what, std::vector<uint32_t> *t) {
+  if (t->empty()) return;
+  std::sort(t->begin(), t->end());
+  auto rank = [t](double q) { return (*t)[std::min(t->size() - 1, size_t(q * double(t->size() - 1) + 0.5))]; };
+  printf(" %s_frame_ms_median=%u %s_frame_ms_p99=%u", what, rank(0.5), what, rank(0.99));
+}
 
 double CpuSeconds() {
   rusage ru;
@@ -86,6 +96,8 @@ void StatsFrameDone() {
       stats.fitFrames++;
       if (ms > stats.maxFitFrameMs) stats.maxFitFrameMs = ms;
       stats.fitFrameMs.push_back(uint32_t(ms));
+    } else {
+      stats.otherFrameMs.push_back(uint32_t(ms));
     }
   }
   stats.lastFrameMs = now;
@@ -101,13 +113,12 @@ void StatsPrint() {
          stats.frames, secs > 0 ? double(later) / secs : 0.0, later ? cpu * 1000.0 / double(later) : 0.0,
          (unsigned long long)(stats.firstFrameMs - stats.startMs), (unsigned long long)stats.maxFrameMs);
   // With a fit on its worker: the frames drawn meanwhile, the longest of
-  // them, their median and 99th percentile (nearest rank).
+  // them, their median and 99th percentile; then, to compare, the median
+  // and 99th percentile of the frames drawn while no fit ran.
   if (stats.fitFrames) {
-    std::vector<uint32_t> &t = stats.fitFrameMs;
-    std::sort(t.begin(), t.end());
-    auto rank = [&t](double q) { return t[std::min(t.size() - 1, size_t(q * double(t.size() - 1) + 0.5))]; };
-    printf(" fit_frames=%ld max_fit_frame_ms=%llu fit_frame_ms_median=%u fit_frame_ms_p99=%u", stats.fitFrames,
-           (unsigned long long)stats.maxFitFrameMs, rank(0.5), rank(0.99));
+    printf(" fit_frames=%ld max_fit_frame_ms=%llu", stats.fitFrames, (unsigned long long)stats.maxFitFrameMs);
+    PrintPercentiles("fit", &stats.fitFrameMs);
+    PrintPercentiles("nofit", &stats.otherFrameMs);
   }
   printf("\n");
   fflush(stdout);
