@@ -8,9 +8,10 @@
 # and asks before replacing it; F6 and Escape cancel a fit without ending the
 # program; Escape afterwards ends it as always. The frame statistics
 # (TYROGRAPH_STATS) of the whole run are printed, the slowest frame among them
-# (TYRO_FIT_RUN=FILE fits another run: the responsiveness figures of the
-# README come from a 40,000-row one). The window's own screenshots (F11) of
-# the data, a fit in progress and its result are kept as PNG files:
+# (TYRO_FIT_RUN=FILE fits another run; the README's responsiveness figures
+# come from bench/window_fit_frames.sh). The window's own screenshots (F11)
+# of the data, a fit in progress and its result, the README's pictures, are
+# kept as PNG files:
 # <build>/e2e-shots/tyrograph_fit/window_fit_*.png, beside the other shots.
 #   bash tyrograph_fit.sh <build-dir> <source-dir>
 set -euo pipefail
