@@ -85,7 +85,10 @@ void Work(Job *job) {
   o.channel = job->channel;
   o.cancel = &job->cancel;
   o.quiet = true;
-  o.threads = 1;  // the other core keeps the window drawing
+  // One core is the window's: the Jacobian takes the others (one thread on
+  // two cores). Its threads start below the window too, as this one.
+  const unsigned cores = std::thread::hardware_concurrency();
+  o.threads = cores > 2 ? int(cores) - 1 : 1;
   o.progress = OnProgress;
   o.stageStart = OnStage;
   o.user = job;
