@@ -102,6 +102,20 @@ int Count(const std::string &text, const std::string &part) {
   return n;
 }
 
+// Threads of this process at niceness `nice` (field 19 of their stat).
+int NiceThreads(int nice) {
+  int n = 0;
+  for (const auto &t : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::ifstream in(t.path() / "stat");
+    std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::istringstream rest(stat.substr(stat.rfind(')') + 2));  // after the name, which may hold spaces
+    std::string field;
+    for (int i = 3; i <= 19 && rest >> field; i++) {}
+    n += std::atoi(field.c_str()) == nice;
+  }
+  return n;
+}
+
 bool OfChannel(KPacejkaMember::Group g, int ch) {
   using G = KPacejkaMember;
   const G::Group pure[] = {G::PURE_FX, G::PURE_FY, G::PURE_MZ}, comb[] = {G::COMBINED_FX, G::COMBINED_FY, G::COMBINED_MZ};
@@ -262,6 +276,8 @@ TEST_F(FitKeys, EscapeCancelsTheFitAndLeavesTheTyreAsItWas) {
   // The progress line shows once the solver has gone round once.
   for (int i = 0; i < 3000 && FitWorkerGetProgress().stage.empty(); i++)
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  // The worker runs below the window's thread in priority.
+  EXPECT_GE(NiceThreads(10), 1);  // (and its Jacobian threads on more than two cores)
   std::string hints[4];
   FitHintLines(hints);
   EXPECT_EQ(hints[1].rfind("F6 1/", 0), 0u) << hints[1];
