@@ -39,6 +39,8 @@ plot() { convert "$LAST_SHOT" -crop 700x500+15+32 +repage "$SHOTS/$1-plot.png"; 
 hints() { convert "$LAST_SHOT" -crop 185x105+725+603 +repage "$SHOTS/$1-hints.png"; }
 # The F6 line alone, of the last screenshot, into $1.
 f6line() { convert "$LAST_SHOT" -crop 185x15+725+663 +repage "$1"; }
+# The colours in hint line $1 (0: F2's) of the last screenshot; 1 when blank.
+line_colours() { convert "$LAST_SHOT" -crop "185x15+725+$((603 + 15 * $1))" +repage -format %k info:; }
 
 tyro_home
 export TMPDIR=$HOME_DIR/tmp
@@ -49,6 +51,9 @@ tyro_start
 tyro_shot start
 plot start
 hints start
+# Without data one line under F2-F4 names F5, and none follows it.
+[ "$(line_colours 3)" -gt 1 ] || tyro_fail "no hint line names F5 before data is loaded"
+[ "$(line_colours 4)" = 1 ] || tyro_fail "a hint line under F5's before data is loaded"
 
 # 1. F5: the data through the file dialog, behind the curves.
 key F5
