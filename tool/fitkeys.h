@@ -52,7 +52,8 @@ bool FitWriteTyre(const std::string &path, bool ask = true);
 bool FitUndo();
 bool FitRedo();
 // The hint lines of these keys: with data loaded the data's set point, fit,
-// write and undo; without, only F5's line, FITHINT_NO_DATA.
+// write and undo; while F5 reads, "F5 reading NAME" alone; without data,
+// only F5's line, FITHINT_NO_DATA.
 constexpr const char *FITHINT_NO_DATA = "F5 load measured data";
 void FitHintLines(std::string lines[4]);
 // Fit figures of channel `ch`: "Fy fit: RMS 1.43 %, R2 0.99851"; empty when
