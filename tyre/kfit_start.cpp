@@ -513,11 +513,16 @@ const PerLoadPlan kPac96Mz = {
     GuessPac96Mz,
 };
 
-// One load: the best of the plan's starts, left in `t`. With `shared`
-// (every load after the first), the terms without a load trend keep the
-// first load's value and the first load's result is one more start.
-bool FitAtLoad(const PerLoadPlan &plan, const std::vector<const KMeasuredPoint *> &pts, bool shared,
-               const float previous[MAX_TERMS], KPacejka *t) {
+// One load fitted from each of the plan's starts, the results best first.
+// With `shared` (every load after the first), the terms without a load
+// trend keep the first load's value and the first load's result is one more
+// start.
+struct LoadFit {
+  double rms;
+  float v[MAX_TERMS];
+};
+std::vector<LoadFit> FitAtLoad(const PerLoadPlan &plan, const std::vector<const KMeasuredPoint *> &pts, bool shared,
+                               const float previous[MAX_TERMS], KPacejka *t) {
   float starts[5][MAX_TERMS];
   int n = plan.guess(pts, *t, starts, 4);
   std::vector<const char *> varied;
@@ -527,19 +532,36 @@ bool FitAtLoad(const PerLoadPlan &plan, const std::vector<const KMeasuredPoint *
     for (int k = 0; k < n && fixed; k++) starts[k][j] = previous[j];
   }
   if (shared) std::copy(previous, previous + MAX_TERMS, starts[n++]);
-  double best = HUGE_VAL;
-  float bestV[MAX_TERMS] = {};
+  std::vector<LoadFit> out;
   for (int k = 0; k < n; k++) {
     for (size_t j = 0; j < plan.terms.size(); j++) Member(t, plan.terms[j].base) = starts[k][j];
-    const double rms = KFitMembers(t, pts, plan.channel, varied, 100);
-    if (rms < best) {
-      best = rms;
-      for (size_t j = 0; j < plan.terms.size(); j++) bestV[j] = Member(t, plan.terms[j].base);
-    }
+    LoadFit f = {KFitMembers(t, pts, plan.channel, varied, 100), {}};
+    if (!(f.rms < HUGE_VAL)) continue;
+    for (size_t j = 0; j < plan.terms.size(); j++)
+      f.v[j] = plan.terms[j].even ? std::fabs(Member(t, plan.terms[j].base)) : Member(t, plan.terms[j].base);
+    out.push_back(f);
   }
-  for (size_t j = 0; j < plan.terms.size(); j++)
-    Member(t, plan.terms[j].base) = plan.terms[j].even ? std::fabs(bestV[j]) : bestV[j];
-  return best < HUGE_VAL;
+  std::stable_sort(out.begin(), out.end(), [](const LoadFit &a, const LoadFit &b) { return a.rms < b.rms; });
+  return out;
+}
+
+// One load's sweep can leave the terms shared by all loads open: at a high
+// load a moment of shape factor 2 with curvature 0 and one of 3 with
+// curvature 1 fit its points equally well, and only the other loads tell
+// them apart. So the first load's results within NEAR_TIE of its best that
+// differ in a shared term each start a chain down the loads (at most
+// MAX_CHAINS), and the chain with the least summed square residual wins.
+constexpr double NEAR_TIE = 1.1;
+constexpr size_t MAX_CHAINS = 3;
+
+// Whether `a` and `b` differ in a term without a load trend (by more than
+// a hundredth of its range).
+bool SharedDiffer(const PerLoadPlan &plan, const LoadFit &a, const LoadFit &b) {
+  for (size_t j = 0; j < plan.terms.size(); j++) {
+    const KPacejkaMember *m = KPacejkaFindMember(plan.terms[j].base);
+    if (!plan.terms[j].trend[1] && std::fabs(a.v[j] - b.v[j]) > 0.01 * (m->fitMax - m->fitMin)) return true;
+  }
+  return false;
 }
 
 constexpr size_t MAX_LOAD_POINTS = 200;
@@ -578,21 +600,46 @@ bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyr
   if (groups.empty()) return false;
   // 2. a copy with the load and camber terms at 0, fitted per load: the
   //    largest load first (the moment stands farthest above the noise there),
-  //    then down from it, each load starting from the one before
+  //    then down from it, each load starting from the one before; a chain
+  //    down the loads from each of the largest load's near-ties
   KPacejka *t = new KPacejka;
   KFitCopy(*tyre, t);
   for (const char *n : plan.zeroed) Member(t, n) = 0.0f;
-  std::vector<double> x;
-  std::vector<std::vector<double>> values(plan.terms.size());
-  float previous[MAX_TERMS] = {};
-  for (size_t g = groups.size(); g-- > 0;) {
-    if (!FitAtLoad(plan, groups[g], g + 1 < groups.size(), previous, t)) continue;
+  std::vector<LoadFit> first;
+  size_t g0 = groups.size();
+  while (first.empty() && g0-- > 0) first = FitAtLoad(plan, groups[g0], false, nullptr, t);
+  if (first.empty()) {
+    delete t;
+    return false;
+  }
+  std::vector<LoadFit> chains = {first.front()};
+  for (const LoadFit &f : first)
+    if (chains.size() < MAX_CHAINS && f.rms <= NEAR_TIE * first.front().rms &&
+        std::all_of(chains.begin(), chains.end(), [&](const LoadFit &c) { return SharedDiffer(plan, f, c); }))
+      chains.push_back(f);
+  auto loadX = [&](size_t g) {
     const double fz = groups[g].front()->fz;
-    x.push_back(plan.pac96 ? 0.001 * fz : (fz - t->fz0) / t->fz0);
-    for (size_t k = 0; k < plan.terms.size(); k++) {
-      previous[k] = Member(t, plan.terms[k].base);
-      values[k].push_back(previous[k]);
+    return plan.pac96 ? 0.001 * fz : (fz - t->fz0) / t->fz0;
+  };
+  std::vector<double> x;
+  std::vector<std::vector<double>> values;
+  double bestTotal = HUGE_VAL;
+  for (const LoadFit &c : chains) {
+    std::vector<double> cx = {loadX(g0)};
+    std::vector<std::vector<double>> cv(plan.terms.size());
+    for (size_t k = 0; k < plan.terms.size(); k++) cv[k].push_back(c.v[k]);
+    double total = c.rms * c.rms;
+    float previous[MAX_TERMS];
+    std::copy(c.v, c.v + MAX_TERMS, previous);
+    for (size_t g = g0; g-- > 0;) {
+      const std::vector<LoadFit> fits = FitAtLoad(plan, groups[g], true, previous, t);
+      if (fits.empty()) continue;
+      total += fits.front().rms * fits.front().rms;
+      cx.push_back(loadX(g));
+      for (size_t k = 0; k < plan.terms.size(); k++) cv[k].push_back(fits.front().v[k]);
+      std::copy(fits.front().v, fits.front().v + MAX_TERMS, previous);
     }
+    if (total < bestTotal) bestTotal = total, x.swap(cx), values.swap(cv);
   }
   delete t;
   if (x.empty()) return false;

@@ -51,17 +51,13 @@ void Perturb(KPacejka *t, unsigned seed) {
 //     load term (PKX3, PEX3) and a sign term of the curvature (PEX4):
 //     noise-free the fit reproduces the data to 0.15-0.26 % and is 0.9-1.6 %
 //     off between the loads.
-//   - wvp: the moment's curvature (c7 ... c9) runs above 1 below about
-//     3 kN, where it is capped and its load terms have no gradient; copy 2
-//     ends at 2.0 % on the data against the 1 % noise (a minimum the starts
-//     do not get out of).
 //   - touring #3: Fx ends at 1.005 %, on the limit.
 const Known kShortOfTheLimits[] = {
     {"Generic_Pac02Tire.tir #0", {2.1, 1, 19}},       {"Generic_Pac02Tire.tir #1", {2.1, 1, 19}},
     {"Generic_Pac02Tire.tir #2", {2.1, 1, 19}},       {"Generic_Pac02Tire.tir #3", {2.1, 1, 19}},
     {"MagicFormula52_Parameters.tir #0", {1.7, 1, 2}}, {"MagicFormula52_Parameters.tir #1", {1.7, 1, 2}},
     {"MagicFormula52_Parameters.tir #2", {1.7, 1, 2}}, {"MagicFormula52_Parameters.tir #3", {1.7, 1, 2}},
-    {"wvp #2", {1, 1, 3.2}},                           {"touring #3", {1.05, 1, 2}},
+    {"touring #3", {1.05, 1, 2}},
 };
 
 Limits LimitsFor(const std::string &what) { return LimitsFor(kShortOfTheLimits, what, {1, 1, 2}); }
