@@ -333,8 +333,10 @@ namespace {
 
 float &Member(KPacejka *t, const char *name) { return *KPacejkaFloat(*t, *KPacejkaFindMember(name)); }
 
-// Least squares polynomial of degree `deg` (0 ... 2) through (x, y): c[0..2].
-void Poly(const std::vector<double> &x, const std::vector<double> &y, int deg, double c[3]) {
+// Weighted least squares polynomial of degree `deg` (0 ... 2) through (x, y): c[0..2].
+// Each point counts `w[i]` times.
+void Poly(const std::vector<double> &x, const std::vector<double> &y, const std::vector<double> &w, int deg,
+          double c[3]) {
   c[0] = c[1] = c[2] = 0;
   const int n = int(x.size());
   deg = std::min(deg, n - 1);
@@ -344,8 +346,8 @@ void Poly(const std::vector<double> &x, const std::vector<double> &y, int deg, d
   for (int i = 0; i < n; i++) {
     const double p[3] = {1, x[i], x[i] * x[i]};
     for (int r = 0; r <= deg; r++) {
-      for (int k = 0; k <= deg; k++) a[r][k] += p[r] * p[k];
-      a[r][3] += p[r] * y[i];
+      for (int k = 0; k <= deg; k++) a[r][k] += w[i] * p[r] * p[k];
+      a[r][3] += w[i] * p[r] * y[i];
     }
   }
   for (int r = 0; r <= deg; r++) {
@@ -398,7 +400,7 @@ bool ReadSmallSlip(const std::vector<const KMeasuredPoint *> &pts, SmallSlip *ou
   return true;
 }
 
-// Magic Formula: qbz1, qcz1, qdz1, qez1, qhz1, qdz6, qbz9.
+// Magic Formula: qbz1, qcz1, qdz1, qez1, qhz1, qdz6, qbz9, qez4.
 int GuessMagicMz(const std::vector<const KMeasuredPoint *> &pts, const KPacejka &t, float starts[][MAX_TERMS],
                  int max) {
   SmallSlip ss;
@@ -423,7 +425,7 @@ int GuessMagicMz(const std::vector<const KMeasuredPoint *> &pts, const KPacejka 
     const double bt = cross > 0 ? std::tan(M_PI / (2 * sh[0])) / cross : 10.0;
     const float v[] = {float(std::clamp(bt, 1.0, 40.0)), float(sh[0]),
                        float(std::clamp(trail * fz0 / (r0 * fz), 0.01, 0.9)), float(sh[1]), 0.0f,
-                       float(std::clamp(residual / (fz * r0), -0.09, 0.09)), 10.0f};
+                       float(std::clamp(residual / (fz * r0), -0.09, 0.09)), 10.0f, 0.0f};
     std::copy(std::begin(v), std::end(v), starts[n++]);
   }
   return n;
@@ -496,7 +498,8 @@ const PerLoadPlan kMagicMz = {
      {"qez1", {"qez1", "qez2", nullptr}},  // a parabola through three noisy loads swings between them
      {"qhz1", {"qhz1", "qhz2", nullptr}},
      {"qdz6", {"qdz6", "qdz7", nullptr}},
-     {"qbz9", {"qbz9", nullptr, nullptr}, true}},
+     {"qbz9", {"qbz9", nullptr, nullptr}, true},
+     {"qez4", {"qez4", nullptr, nullptr}}},  // the curvature's asymmetry: one sign of slip bends more
     GuessMagicMz,
 };
 
@@ -565,6 +568,7 @@ bool SharedDiffer(const PerLoadPlan &plan, const LoadFit &a, const LoadFit &b) {
 }
 
 constexpr size_t MAX_LOAD_POINTS = 200;
+constexpr double TOLD_APART = 10;
 
 bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyre) {
   // 1. the pure-slip points of the channel at the smallest camber, by load
@@ -621,11 +625,11 @@ bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyr
     const double fz = groups[g].front()->fz;
     return plan.pac96 ? 0.001 * fz : (fz - t->fz0) / t->fz0;
   };
-  std::vector<double> x;
+  std::vector<double> x, rms;
   std::vector<std::vector<double>> values;
   double bestTotal = HUGE_VAL;
   for (const LoadFit &c : chains) {
-    std::vector<double> cx = {loadX(g0)};
+    std::vector<double> cx = {loadX(g0)}, cr = {c.rms};
     std::vector<std::vector<double>> cv(plan.terms.size());
     for (size_t k = 0; k < plan.terms.size(); k++) cv[k].push_back(c.v[k]);
     double total = c.rms * c.rms;
@@ -636,22 +640,35 @@ bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyr
       if (fits.empty()) continue;
       total += fits.front().rms * fits.front().rms;
       cx.push_back(loadX(g));
+      cr.push_back(fits.front().rms);
       for (size_t k = 0; k < plan.terms.size(); k++) cv[k].push_back(fits.front().v[k]);
       std::copy(fits.front().v, fits.front().v + MAX_TERMS, previous);
     }
-    if (total < bestTotal) bestTotal = total, x.swap(cx), values.swap(cv);
+    if (total < bestTotal) bestTotal = total, x.swap(cx), values.swap(cv), rms.swap(cr);
   }
   delete t;
   if (x.empty()) return false;
-  // 3. the load trends through the per-load values
+  // 3. the load trends through the per-load values, each load weighted by
+  //    how closely its fit follows its points (1 / RMS², the RMS over the
+  //    load's own peak): at a light load the moment may stand no higher than
+  //    the noise, and its values tell nothing. Loads more than
+  //    TOLD_APART times the best one's RMS do not count towards the degree a
+  //    trend can take (three loads, one of them noise, make a line, not a
+  //    parabola).
+  std::vector<double> weight;
+  double most = 0;
+  for (double r : rms) weight.push_back(1.0 / std::max(r * r, 1e-12)), most = std::max(most, weight.back());
+  const int told = int(std::count_if(weight.begin(), weight.end(),
+                                     [&](double w) { return w * TOLD_APART * TOLD_APART >= most; }));
   for (size_t k = 0; k < plan.terms.size(); k++) {
     const PerLoadTerm &term = plan.terms[k];
-    const int deg = term.trend[2] ? 2 : term.trend[1] ? 1 : 0;
+    const int deg = std::min(term.trend[2] ? 2 : term.trend[1] ? 1 : 0, std::max(told - 1, 0));
     double c[3];
-    Poly(x, values[k], deg, c);
-    for (int e = 0; e <= deg; e++) {
+    Poly(x, values[k], weight, deg, c);
+    for (int e = 0; e < 3; e++) {
+      if (!term.trend[e]) continue;
       const KPacejkaMember *m = KPacejkaFindMember(term.trend[e]);
-      Member(tyre, term.trend[e]) = float(std::clamp(c[e], double(m->fitMin), double(m->fitMax)));
+      Member(tyre, term.trend[e]) = e <= deg ? float(std::clamp(c[e], double(m->fitMin), double(m->fitMax))) : 0.0f;
     }
   }
   for (const char *n : plan.zeroed) {
