@@ -311,7 +311,7 @@ void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out) {
   else StartMagic(f, out);
 }
 
-// ---- The aligning moment's second start: per load, then the load trends ------------------
+// ---- The second start of the moment and Fx: per load, then the load trends ---------------
 //
 // Each load of the pure lateral sweeps at the smallest camber is fitted on
 // its own with the moment's load and camber terms at 0, so that its base
@@ -328,6 +328,9 @@ void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out) {
 //   Pacejka89/96   Mz = D·sin(C·atan(B·α − E(...))) + Sv, like a force: D
 //                  from the peak, B·C·D from the slope at zero. Load
 //                  variable Fz in kN; D and B·C·D are per kN of load.
+// The longitudinal force of either family takes the same course over the
+// pure longitudinal sweeps (D from the peak, B·C·D from the slope, C and E
+// from the sweep's shape).
 
 namespace {
 
@@ -472,6 +475,43 @@ int GuessMagicFx(const std::vector<const KMeasuredPoint *> &pts, const KPacejka 
   }
   return n;
 }
+
+// Pacejka89/96 longitudinal force: b0, b2, b4, b8, b10, b12, from the
+// load's peak, slope at zero and shape; D and B·C·D per kN of load, the
+// slope per percent of slip.
+int GuessPac96Fx(const std::vector<const KMeasuredPoint *> &pts, const KPacejka &, float starts[][MAX_TERMS],
+                 int max) {
+  KMeasuredData one;
+  one.has[KCH_FX] = true;
+  for (const KMeasuredPoint *p : pts) one.points.push_back(*p);
+  const double fzk = pts.front()->fz * 0.001;
+  double peak = 0, slope;
+  for (const KMeasuredPoint *p : pts) peak = std::max(peak, std::fabs(p->force[KCH_FX]));
+  if (!SmallSlipSlope(one, KCH_FX, false, &slope) || slope <= 0 || peak <= 0) return 0;
+  Shape sh = {1.65, 0.0};
+  EstimateShape(one, KCH_FX, 1, pts.front()->fz, &sh);
+  const double shapes[][2] = {{sh.C, sh.E}, {1.65, 0.0}, {1.4, -1.0}, {1.9, 0.5}};
+  int n = 0;
+  for (const auto &c : shapes) {
+    if (n >= max) break;
+    const float v[] = {float(c[0]), float(peak / fzk), float(0.01 * slope / fzk), float(c[1]), 0.0f, 0.0f};
+    std::copy(std::begin(v), std::end(v), starts[n++]);
+  }
+  return n;
+}
+
+const PerLoadPlan kPac96Fx = {
+    KCH_FX,
+    true,
+    {"b1", "b3", "b5", "b6", "b7", "b9", "b11"},
+    {{"b0", {"b0", nullptr, nullptr}},
+     {"b2", {"b2", "b1", nullptr}},
+     {"b4", {"b4", "b3", nullptr}},
+     {"b8", {"b8", "b7", "b6"}},
+     {"b10", {"b10", "b9", nullptr}},
+     {"b12", {"b12", "b11", nullptr}}},
+    GuessPac96Fx,
+};
 
 const PerLoadPlan kMagicFx = {
     KCH_FX,
@@ -685,6 +725,6 @@ bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyr
 bool KFitStageStart(const KMeasuredData &data, const KFitStage &stage, KPacejka *tyre) {
   const bool pac96 = tyre->model == KPacejka::PAC96;
   if (stage.group == KPacejkaMember::PURE_MZ) return StartPerLoad(pac96 ? kPac96Mz : kMagicMz, data, tyre);
-  if (stage.group == KPacejkaMember::PURE_FX && !pac96) return StartPerLoad(kMagicFx, data, tyre);
+  if (stage.group == KPacejkaMember::PURE_FX) return StartPerLoad(pac96 ? kPac96Fx : kMagicFx, data, tyre);
   return false;
 }

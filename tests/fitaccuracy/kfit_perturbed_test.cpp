@@ -25,19 +25,17 @@ namespace {
 //     1.75 kN the moment stays within 1 N·m, under the 6 N·m of noise. Even
 //     noise-free the fit reproduces the three sampled loads to 0.03 % of
 //     peak and is 14-18 % off between them: three loads, one of them
-//     carrying no moment, leave the moment's load terms open. Its Fx is 0.2
-//     to 1.4 % off between loads noise-free as well, 0.6-1.9 % with noise.
+//     carrying no moment, leave the moment's load terms open. Its Fx is 0.4
+//     to 1.4 % off between loads noise-free as well, 0.6-1.3 % with noise.
 //   - MagicFormula52_Parameters.tir: Fx with an exponential and a quadratic
 //     load term (PKX3, PEX3) and a sign term of the curvature (PEX4):
 //     noise-free the fit reproduces the data to 0.15-0.26 % and is 0.9-1.6 %
 //     off between the loads.
-//   - touring #3: Fx ends at 1.005 %, on the limit.
 const Known kShortOfTheLimits[] = {
-    {"Generic_Pac02Tire.tir #0", {2.1, 1, 19}},       {"Generic_Pac02Tire.tir #1", {2.1, 1, 19}},
-    {"Generic_Pac02Tire.tir #2", {2.1, 1, 19}},       {"Generic_Pac02Tire.tir #3", {2.1, 1, 19}},
+    {"Generic_Pac02Tire.tir #0", {1.5, 1, 19}},       {"Generic_Pac02Tire.tir #1", {1.5, 1, 19}},
+    {"Generic_Pac02Tire.tir #2", {1.5, 1, 19}},       {"Generic_Pac02Tire.tir #3", {1.5, 1, 19}},
     {"MagicFormula52_Parameters.tir #0", {1.7, 1, 2}}, {"MagicFormula52_Parameters.tir #1", {1.7, 1, 2}},
     {"MagicFormula52_Parameters.tir #2", {1.7, 1, 2}}, {"MagicFormula52_Parameters.tir #3", {1.7, 1, 2}},
-    {"touring #3", {1.05, 1, 2}},
 };
 
 Limits LimitsFor(const std::string &what) { return LimitsFor(kShortOfTheLimits, what, {1, 1, 2}); }
