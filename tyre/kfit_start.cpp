@@ -403,7 +403,7 @@ bool ReadSmallSlip(const std::vector<const KMeasuredPoint *> &pts, SmallSlip *ou
   return true;
 }
 
-// Magic Formula: qbz1, qcz1, qdz1, qez1, qhz1, qdz6, qbz9, qez4.
+// Magic Formula: qbz1, qcz1, qdz1, qez1, qhz1, qdz6, qbz9.
 int GuessMagicMz(const std::vector<const KMeasuredPoint *> &pts, const KPacejka &t, float starts[][MAX_TERMS],
                  int max) {
   SmallSlip ss;
@@ -428,7 +428,7 @@ int GuessMagicMz(const std::vector<const KMeasuredPoint *> &pts, const KPacejka 
     const double bt = cross > 0 ? std::tan(M_PI / (2 * sh[0])) / cross : 10.0;
     const float v[] = {float(std::clamp(bt, 1.0, 40.0)), float(sh[0]),
                        float(std::clamp(trail * fz0 / (r0 * fz), 0.01, 0.9)), float(sh[1]), 0.0f,
-                       float(std::clamp(residual / (fz * r0), -0.09, 0.09)), 10.0f, 0.0f};
+                       float(std::clamp(residual / (fz * r0), -0.09, 0.09)), 10.0f};
     std::copy(std::begin(v), std::end(v), starts[n++]);
   }
   return n;
@@ -538,8 +538,7 @@ const PerLoadPlan kMagicMz = {
      {"qez1", {"qez1", "qez2", nullptr}},  // a parabola through three noisy loads swings between them
      {"qhz1", {"qhz1", "qhz2", nullptr}},
      {"qdz6", {"qdz6", "qdz7", nullptr}},
-     {"qbz9", {"qbz9", nullptr, nullptr}, true},
-     {"qez4", {"qez4", nullptr, nullptr}}},  // the curvature's asymmetry: one sign of slip bends more
+     {"qbz9", {"qbz9", nullptr, nullptr}, true}},
     GuessMagicMz,
 };
 
