@@ -65,7 +65,7 @@ std::string KFitPressureNote(const KFitResult &r, int model) {
     snprintf(buf, sizeof buf, "pressure stages ran (%s) about NOMPRES = %.9g Pa, %s%s", channels.c_str(),
              r.nominalPressure,
              r.nominalFromStart ? "the start tyre's" : "the pressure with the most points",
-             atData ? "" : " (no set point within 2 % of it: the pure stages had no points)");
+             atData ? "" : " (no set point within 2 % of it: the pure stages took the points at every pressure)");
   } else if (r.pressures.size() < 2) {
     snprintf(buf, sizeof buf, "pressure stages not run: one pressure only");
   } else {
