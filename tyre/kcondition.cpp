@@ -400,6 +400,10 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
       p.fz = fz[i];
       p.alpha = alphaOut[i];
       p.kappa = kappaOut[i];
+      // the slip a pure sweep holds at zero is zero: what the rig logs there
+      // is its noise and offset
+      if (w.kind == KSWEEP_ALPHA && std::fabs(p.kappa) <= kKappaZero) p.kappa = 0;
+      if (w.kind == KSWEEP_KAPPA && std::fabs(p.alpha) <= kAlphaZero) p.alpha = 0;
       p.gamma = run.channel[KRUN_GAMMA].present ? run.channel[KRUN_GAMMA].v[i] : 0;
       for (int ch = 0; ch < KCH_COUNT; ch++)
         p.force[ch] = run.channel[forceCh[ch]].present ? run.channel[forceCh[ch]].v[i] : 0;

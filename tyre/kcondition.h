@@ -12,7 +12,8 @@
 //  3. Sweeps: within a segment, a run of rows at zero slip ratio is a
 //     slip-angle sweep, one at zero slip angle a slip-ratio sweep, one with
 //     both a combined sweep; short stretches (the swept slip crossing zero)
-//     stay with the sweep around them.
+//     stay with the sweep around them. The slip a pure sweep holds at zero
+//     is exactly 0 in its points (the fit's pure stages take those).
 //  4. Relaxation: the tyre's slip lags the rig's by the relaxation length
 //     over the speed, a delay τ. Each sweep is split into branches where its
 //     swept slip rises and where it falls; τ is the delay that, applied to

@@ -53,7 +53,9 @@ int BetweenLoads(const KRigRunPlan &plan, KPacejka &truth, KPacejka &fitted, dou
   return n;
 }
 
-TEST(RigRunAccuracy, Mf61FromTheTextForm) {
+// The run's text form fitted to mf61 with `thin` points a sweep at most (0:
+// all); prints the figures under `label` and checks them.
+void FitTheRun(int thin, const char *label) {
   KPacejka truth;
   {
     ReportCapture quiet;
@@ -65,8 +67,9 @@ TEST(RigRunAccuracy, Mf61FromTheTextForm) {
   KDataLoad load;
   {
     ReportCapture quiet;
-    ASSERT_TRUE(KDataLoadText(KRigRunText(run, {"generated"}), "run.txt", KRunOptions(), KConditionOptions(), false,
-                              &load))
+    KConditionOptions c;
+    c.thin = thin;
+    ASSERT_TRUE(KDataLoadText(KRigRunText(run, {"generated"}), "run.txt", KRunOptions(), c, false, &load))
         << load.error;
   }
   ASSERT_TRUE(load.problems.empty());
@@ -80,12 +83,16 @@ TEST(RigRunAccuracy, Mf61FromTheTextForm) {
   }
   double pct[3];
   const int n = BetweenLoads(plan, truth, fitted, pct);
-  printf("rig run (%zu rows, %zu points) to mf61: RMS of peak Fx %.2f %%, Fy %.2f %%, Mz %.2f %% (%d points, %.1f s)\n",
-         run.rows, load.data.points.size(), pct[0], pct[1], pct[2], n, r.seconds);
+  printf("%s (%zu rows, %zu points) to mf61: RMS of peak Fx %.2f %%, Fy %.2f %%, Mz %.2f %% (%d points, %.1f s)\n",
+         label, run.rows, load.data.points.size(), pct[0], pct[1], pct[2], n, r.seconds);
   EXPECT_LT(pct[0], 2.0);
   EXPECT_LT(pct[1], 2.0);
   EXPECT_LT(pct[2], 5.0);
 }
+
+TEST(RigRunAccuracy, Mf61FromTheTextForm) { FitTheRun(0, "rig run"); }
+
+TEST(RigRunAccuracy, Mf61ThinnedTo40PointsASweep) { FitTheRun(40, "rig run, --thin 40"); }
 
 // The same tyre run at its NOMPRES and 85 % of it through its pressure
 // coefficients: the fit finds the nominal pressure, and at each pressure

@@ -113,6 +113,20 @@ TEST(KCondition, SetPointsAndSweepsOfARealisticRun) {
     EXPECT_EQ(1, angle[i]) << "set point " << i + 1;
     EXPECT_EQ(1, ratio[i]) << "set point " << i + 1;
   }
+  // the slip a pure sweep holds is exactly zero in its points (the fit
+  // takes those as its pure points), the swept one is left as measured
+  size_t pureAngle = 0, pureRatio = 0;
+  for (size_t i = 0; i < c.data.points.size(); i++) {
+    const KMeasuredPoint &p = c.data.points[i];
+    const int kind = c.sweeps[size_t(c.sweep[i])].kind;
+    if (kind == KSWEEP_ALPHA) pureAngle += p.kappa == 0 && p.alpha != 0;
+    if (kind == KSWEEP_KAPPA) pureRatio += p.alpha == 0 && p.kappa != 0;
+    if (kind == KSWEEP_COMBINED) {
+      EXPECT_TRUE(p.alpha != 0 || p.kappa != 0) << i;
+    }
+  }
+  EXPECT_GT(pureAngle, 300 * want);
+  EXPECT_GT(pureRatio, 150 * want);
   // the spikes go, and few else
   EXPECT_GE(c.dropped[KDROP_SPIKE], size_t(r.plan.spikes));
   EXPECT_LT(c.dropped[KDROP_SPIKE], size_t(3 * r.plan.spikes));
