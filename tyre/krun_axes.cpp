@@ -7,6 +7,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <map>
+#include <utility>
+#include <vector>
 
 #include "tyre/krun.h"
 
@@ -49,6 +52,47 @@ SmallSlipLine SmallSlipFit(const KRunData &run, int channel) {
   return line;
 }
 
+// The same line within set points: the rows grouped by load (bins of 2 %
+// of the median load) and camber (bins of 0.2°), each group about its own
+// mean, so the offsets camber, load and conicity give each set point do not
+// count as scatter about the common slope. What the check of Fy against
+// Mz weighs.
+SmallSlipLine SmallSlipWithin(const KRunData &run, int channel) {
+  SmallSlipLine line;
+  const KRunColumn &y = run.channel[channel], &a = run.channel[KRUN_ALPHA], &k = run.channel[KRUN_KAPPA];
+  const KRunColumn &fz = run.channel[KRUN_FZ], &g = run.channel[KRUN_GAMMA];
+  if (!y.present || !a.present) return line;
+  std::vector<size_t> rows;
+  std::vector<double> loads;
+  for (size_t i = 0; i < run.rows; i++)
+    if (std::fabs(a.v[i]) <= 0.03 && !(k.present && std::fabs(k.v[i]) > 0.01)) rows.push_back(i);
+  line.n = int(rows.size());
+  if (rows.size() < 10) return line;
+  for (size_t i : rows) loads.push_back(std::fabs(fz.present ? fz.v[i] : 0.0));
+  std::nth_element(loads.begin(), loads.begin() + long(loads.size() / 2), loads.end());
+  const double fzBin = std::max(1.0, 0.02 * loads[loads.size() / 2]), gBin = 0.2 * M_PI / 180;
+  struct Sums {
+    double n = 0, a = 0, y = 0, aa = 0, ay = 0, yy = 0;
+  };
+  std::map<std::pair<long, long>, Sums> groups;
+  for (size_t i : rows) {
+    Sums &s = groups[{fz.present ? std::lround(fz.v[i] / fzBin) : 0, g.present ? std::lround(g.v[i] / gBin) : 0}];
+    s.n++, s.a += a.v[i], s.y += y.v[i], s.aa += a.v[i] * a.v[i], s.ay += a.v[i] * y.v[i], s.yy += y.v[i] * y.v[i];
+  }
+  double sxx = 0, sxy = 0, syy = 0;
+  for (const auto &[key, s] : groups) {
+    sxx += s.aa - s.a * s.a / s.n;
+    sxy += s.ay - s.a * s.y / s.n;
+    syy += s.yy - s.y * s.y / s.n;
+  }
+  const double dof = double(rows.size()) - double(groups.size()) - 1;
+  if (!(sxx > 0) || dof < 8) return line;
+  line.slope = sxy / sxx;
+  const double se = std::sqrt(std::max(0.0, syy - sxy * sxy / sxx) / dof / sxx);
+  line.t = se > 0 ? line.slope / se : line.slope == 0 ? 0 : HUGE_VAL * (line.slope > 0 ? 1 : -1);
+  return line;
+}
+
 // How many standard errors a slope must stand from zero to count: far
 // beyond what noise gives, with room for the rows of a time series not
 // being independent.
@@ -85,12 +129,12 @@ void KRunMapAxes(KRunData *run, int axes) {
   // slip angles in any of the axis systems; the same way means one of them
   // was logged turned round, and Mz is turned back
   if (autoAxes && run->channel[KRUN_FY].present && run->channel[KRUN_MZ].present && run->channel[KRUN_ALPHA].present) {
-    const SmallSlipLine fy = SmallSlipFit(*run, KRUN_FY), mz = SmallSlipFit(*run, KRUN_MZ);
+    const SmallSlipLine fy = SmallSlipWithin(*run, KRUN_FY), mz = SmallSlipWithin(*run, KRUN_MZ);
     if (fy.n >= 10 && mz.n >= 10 && KRunAxesSlopesTurned(fy.slope, fy.t, mz.slope, mz.t)) {
       for (double &v : run->channel[KRUN_MZ].v) v = -v;
       run->mzTurned = true;
       snprintf(buf, sizeof buf,
-               "; Fy and Mz both %s with the slip angle (Fy %.4g N/rad, t = %.3g; Mz %.4g N·m/rad, t = %.3g, over "
+               "; Fy and Mz both %s with the slip angle (within set points Fy %.4g N/rad, t = %.3g; Mz %.4g N·m/rad, t = %.3g; "
                "%d rows at small slip), which a positive trail never gives: Mz turned round",
                fy.slope > 0 ? "rise" : "fall", fy.slope, fy.t, mz.slope, mz.t, mz.n);
       why += buf;

@@ -220,8 +220,8 @@ TEST(KRunAxes, SaeTurnsExactlyTheFourChannels) {
 // keeps both) (tanh curves, so larger angles bend
 // over), plus a camber offset and pseudo-random noise of `noise` N and
 // N·m; read through the columns reader as a rig's file would be.
-KRunData Sweep(double fz, double fySlope, double mzSlope, double noise, int rows = 400) {
-  std::vector<double> sa, fzv, fy, mz;
+KRunData Sweep(double fz, double fySlope, double mzSlope, double noise, int rows = 400, double camberOffset = 0) {
+  std::vector<double> sa, fzv, fy, mz, ia;
   unsigned seed = 12345;
   auto rnd = [&seed] {  // uniform in [-1, 1), the same every run
     seed = seed * 1103515245u + 12345u;
@@ -231,13 +231,16 @@ KRunData Sweep(double fz, double fySlope, double mzSlope, double noise, int rows
     const double a = 0.1 * std::sin(2 * M_PI * i / 100.0);
     sa.push_back(a);
     fzv.push_back(fz);
-    fy.push_back(0.1 * fySlope * std::tanh(a / 0.1) + 40 + noise * rnd());
-    mz.push_back(0.05 * mzSlope * std::tanh(a / 0.05) + 3 + noise * rnd());
+    // two camber set points, each with its own Fy and Mz offset
+    const double side = 2 * i < rows ? -1 : 1;
+    ia.push_back(side * 0.05);
+    fy.push_back(0.1 * fySlope * std::tanh(a / 0.1) + 40 + 10 * side * camberOffset + noise * rnd());
+    mz.push_back(0.05 * mzSlope * std::tanh(a / 0.05) + 3 + side * camberOffset + noise * rnd());
   }
   KRunData run;
   ReportCapture quiet;
-  EXPECT_TRUE(KRunFromColumns({"SA", "FZ", "FY", "MZ"}, {sa.data(), fzv.data(), fy.data(), mz.data()}, size_t(rows),
-                              "sweep", KRunOptions(), &run))
+  EXPECT_TRUE(KRunFromColumns({"SA", "FZ", "FY", "MZ", "IA"}, {sa.data(), fzv.data(), fy.data(), mz.data(), ia.data()},
+                              size_t(rows), "sweep", KRunOptions(), &run))
       << run.error;
   return run;
 }
@@ -269,7 +272,7 @@ TEST(KRunAxes, AutoTurnsMzBackWhenItSlopesAsFyDoes) {
       {"fy rising", 4000, 80000, -2400, 20, KAXES_AUTO, false, "; Fy rises with the slip angle"},
       // Mz logged turned round, in ISO and in SAE: turned back
       {"iso mz turned", 4000, -80000, -2400, 20, KAXES_AUTO, true,
-       "; Fy and Mz both fall with the slip angle (Fy -7.89"},
+       "; Fy and Mz both fall with the slip angle (within set points Fy -7.89"},
       {"sae mz turned", -4000, -80000, -2400, 20, KAXES_AUTO, true, "which a positive trail never gives: Mz turned round"},
       // Mz no more than noise: too flat to tell
       {"mz flat", 4000, -80000, -5, 200, KAXES_AUTO, false, "too flat or noisy to check one against the other"},
@@ -286,6 +289,11 @@ TEST(KRunAxes, AutoTurnsMzBackWhenItSlopesAsFyDoes) {
     EXPECT_NE(std::string::npos, run.notes.back().find(c.note)) << c.what << ": " << run.notes.back();
     EXPECT_GT(run.channel[KRUN_FZ].v[0], 0) << c.what;
   }
+  // camber offsets between the set points are not scatter about the slope:
+  // Mz turned round still shows through them
+  KRunData offsets = Sweep(4000, -80000, -2400, 20, 400, 100);
+  KRunMapAxes(&offsets, KAXES_AUTO);
+  EXPECT_TRUE(offsets.mzTurned) << offsets.notes.back();
   // too few rows at small slip to tell
   KRunData few = Sweep(4000, -80000, -2400, 20, 8);
   KRunMapAxes(&few, KAXES_AUTO);
