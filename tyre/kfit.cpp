@@ -204,13 +204,6 @@ std::vector<const KMeasuredPoint *> StagePoints(const KMeasuredData &data, const
   return out;
 }
 
-// The pressure the pure stages fit at: the tyre's nominal one when the data
-// holds two or more pressure set points (KFitTyre gives the tyre one then),
-// else 0 (every point).
-double StageNominal(const KMeasuredData &data, const KTyreParams &tyre) {
-  return tyre.nompres > 0 && KFitPressureSetPoints(data).size() >= 2 ? double(tyre.nompres) : 0.0;
-}
-
 // The shape factor C and curvature E of each pure-slip curve. The fit of a
 // curve has local minima in these two (a low C with a strongly negative E
 // looks like a high C with a positive one over part of the range), so each
@@ -417,7 +410,7 @@ int RunStage(const KMeasuredData &data, const KFitOptions &o, const KFitStage &s
              KPacejka *tyre, KFitResult *result, bool search = true, double tolerance = SETTLE_TOLERANCE) {
   // 1. the points and the channel's scale; a channel weighted 0 is not fitted
   const ChannelPoints points =
-      MakeChannelPoints(StagePoints(data, s, StageNominal(data, *tyre)), s.channel, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
+      MakeChannelPoints(StagePoints(data, s, KFitStagePressure(data, *tyre)), s.channel, [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
   double peak = 0;
   for (double v : points.measured) peak = std::max(peak, std::fabs(v));
   if (points.size() == 0 || peak == 0 || !(o.weight[s.channel] > 0)) return 0;
@@ -523,9 +516,9 @@ int RunStageFromBothStarts(const KMeasuredData &data, const KFitOptions &o, cons
   // pressure trend by a few percent)
   if (o.start || !(o.weight[s.channel] > 0) || s.group == KPacejkaMember::PRESSURE)
     return RunStage(data, o, s, index, count, tyre, result);
-  const std::vector<const KMeasuredPoint *> stagePoints = StagePoints(data, s, StageNominal(data, *tyre));
+  const std::vector<const KMeasuredPoint *> stagePoints = StagePoints(data, s, KFitStagePressure(data, *tyre));
   if (stagePoints.size() > 2 * SEARCH_POINTS) {
-    const bool veryDense = stagePoints.size() > VERY_DENSE && !(StageNominal(data, *tyre) > 0);
+    const bool veryDense = stagePoints.size() > VERY_DENSE && !(KFitStagePressure(data, *tyre) > 0);
     const size_t keep = veryDense ? DENSE_SEARCH_POINTS : SEARCH_POINTS;
     KMeasuredData few;
     std::copy(std::begin(data.has), std::end(data.has), std::begin(few.has));
@@ -556,7 +549,7 @@ int SearchBothStarts(const KMeasuredData &data, const KFitOptions &o, const KFit
     alt.atBound = result->atBound;
     iterations += RunStage(data, plain, s, index, count, other, &alt, true, SEARCH_TOLERANCE);
     iterations += RunStage(data, plain, s, index, count, tyre, result, true, SEARCH_TOLERANCE);
-    const ChannelPoints points = MakeChannelPoints(StagePoints(data, s, StageNominal(data, *tyre)), s.channel,
+    const ChannelPoints points = MakeChannelPoints(StagePoints(data, s, KFitStagePressure(data, *tyre)), s.channel,
                                                    [](const KMeasuredPoint *p) -> const KMeasuredPoint & { return *p; });
     if (SumOfSquares(*other, points) < SumOfSquares(*tyre, points)) {
       KFitCopy(*other, tyre);
@@ -702,6 +695,16 @@ double KFitMembers(KPacejka *tyre, const std::vector<const KMeasuredPoint *> &pt
   double cost;
   Solve(o, s, 0, 1, tyre, m, points, peak, &cost);
   return std::sqrt(2 * cost / double(points.size()));
+}
+
+double KFitStagePressure(const KMeasuredData &data, const KTyreParams &tyre) {
+  if (!(tyre.nompres > 0)) return 0.0;
+  const std::vector<KFitPressureSetPoint> sets = KFitPressureSetPoints(data);
+  if (sets.size() < 2) return 0.0;
+  double nearest = sets.front().pressure;
+  for (const KFitPressureSetPoint &p : sets)
+    if (std::fabs(p.pressure - tyre.nompres) < std::fabs(nearest - tyre.nompres)) nearest = p.pressure;
+  return nearest;
 }
 
 bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KFitResult *result) {

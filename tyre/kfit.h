@@ -52,6 +52,11 @@ struct KFitPressureSetPoint {
   int points;
 };
 std::vector<KFitPressureSetPoint> KFitPressureSetPoints(const KMeasuredData &data);
+// The pressure (Pa) the pure stages fit at, whose points are those within
+// 2 % of it: with two or more pressure set points and a tyre with a nominal
+// pressure, the set point nearest that pressure (a start tyre's NOMPRES
+// need not be one the rig ran at); else 0, every point.
+double KFitStagePressure(const KMeasuredData &data, const KTyreParams &tyre);
 // Whether stage `s` of a fit to `model` varies member `m`, and its bounds.
 bool KFitVaries(int model, const KFitStage &s, const KPacejkaMember &m, float *lo, float *hi);
 

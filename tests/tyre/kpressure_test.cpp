@@ -269,3 +269,25 @@ TEST(Pressure, FitOfTwoPressuresFindsThePressureTerms) {
   EXPECT_EQ(single.nompres, 0.0f);
   EXPECT_FALSE(KPacejkaHasPressure(single));
 }
+
+// The pure stages fit at one pressure set point: the tyre's nominal one, or
+// the one nearest it when a start tyre's NOMPRES is not among the data's
+// (none would leave those stages every point of every sweep).
+TEST(Pressure, PureStagesFitAtTheSetPointNearestTheNominalPressure) {
+  KMeasuredData data;
+  for (double p : {240000.0, 204000.0, 204500.0, 239800.0}) {
+    KMeasuredPoint m;
+    m.fz = 4000, m.pressure = p;
+    data.points.push_back(m);
+  }
+  KPacejka t;
+  t.nompres = 260000.0f;
+  EXPECT_NEAR(KFitStagePressure(data, t), 240000.0, 500.0);
+  t.nompres = 200000.0f;
+  EXPECT_NEAR(KFitStagePressure(data, t), 204000.0, 600.0);
+  t.nompres = 0;
+  EXPECT_EQ(KFitStagePressure(data, t), 0.0);  // no nominal pressure: every point
+  for (KMeasuredPoint &m : data.points) m.pressure = 240000.0;
+  t.nompres = 260000.0f;
+  EXPECT_EQ(KFitStagePressure(data, t), 0.0);  // one pressure: every point
+}
