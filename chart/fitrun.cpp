@@ -235,7 +235,7 @@ std::string FitReportJson(const FitJob &job, const KFitResult &r) {
     j += "], \"stages\": " + std::to_string(r.pressureStages);
     if (r.pressureStages > 0)
       j += ", \"nompres\": " + Number(r.nominalPressure) + ", \"nompres_from\": " +
-           JsonString(r.nominalFromStart ? "start" : "most points");
+           JsonString(r.nominalFromStart ? "start" : "most points") + ", \"pure_stages_at\": " + Number(r.stagePressure);
     else
       j += ", \"why_not\": " + JsonString(r.pressures.size() < 2 ? "one pressure only" : "no pressure terms in the model");
     j += "},\n";

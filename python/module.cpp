@@ -392,6 +392,7 @@ py::dict Fit(const FitJob &job) {
     d["nompres"] = r.pressureStages > 0 ? py::object(py::float_(r.nominalPressure)) : py::object(py::none());
     d["nompres_from"] = r.pressureStages == 0 ? py::object(py::none())
                                               : py::object(py::str(r.nominalFromStart ? "start" : "most points"));
+    d["pure_stages_at"] = r.pressureStages > 0 ? py::object(py::float_(r.stagePressure)) : py::object(py::none());
     pressure = d;
   }
   // a fitted channel below FIT_MIN_R2 refuses the fit, as the command's
@@ -473,7 +474,7 @@ file written, or None),
 "mirrored"}, ...} for each channel the data has), "pure_only",
 "iterations", "seconds", "pressure" (None for data without pressures, else
 {"set_points": [(Pa, points), ...], "stages", "nompres", "nompres_from",
-"note"}): the figures the command prints and its --report holds. A problem
+"pure_stages_at", "note"}): the figures the command prints and its --report holds. A problem
 raises tyrograph.Error with the library's message (for bad data
 "FILE:LINE: column N (NAME): ..."), its `file` and `line` attributes naming
 the place. A fitted channel with R2 below 0.5 refuses the fit (the

@@ -770,6 +770,7 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
     if (!(out->nompres > 0)) out->nompres = float(pressures.front().pressure);
     if (!(out->inflpres > 0)) out->inflpres = out->nompres;
     result->nominalPressure = out->nompres;
+    result->stagePressure = KFitStagePressure(work, *out);
   }
   result->pressures = pressures;
   result->pressureStages = pressureCount;

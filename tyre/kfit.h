@@ -156,6 +156,7 @@ struct KFitResult {
   int pressureStages = 0;
   double nominalPressure = 0;     // Pa; 0 when no pressure stage ran
   bool nominalFromStart = false;  // NOMPRES was the start tyre's
+  double stagePressure = 0;       // Pa: the set point the pure stages fitted at (KFitStagePressure)
   std::string error;
 };
 

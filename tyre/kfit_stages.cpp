@@ -59,13 +59,11 @@ std::string KFitPressureNote(const KFitResult &r, int model) {
     std::string channels;
     for (int ch = 0; ch < KCH_COUNT; ch++)
       if (r.channel[ch].points) channels += std::string(channels.empty() ? "" : ", ") + KChannelName(ch);
-    bool atData = false;
-    for (const KFitPressureSetPoint &p : r.pressures)
-      atData = atData || std::fabs(p.pressure - r.nominalPressure) <= 0.02 * r.nominalPressure;
+    char at[120] = "";
+    if (std::fabs(r.stagePressure - r.nominalPressure) > 0.02 * r.nominalPressure)
+      snprintf(at, sizeof at, " (no set point at it: the pure stages took the nearest, %.9g Pa)", r.stagePressure);
     snprintf(buf, sizeof buf, "pressure stages ran (%s) about NOMPRES = %.9g Pa, %s%s", channels.c_str(),
-             r.nominalPressure,
-             r.nominalFromStart ? "the start tyre's" : "the pressure with the most points",
-             atData ? "" : " (no set point within 2 % of it: the pure stages took the points at every pressure)");
+             r.nominalPressure, r.nominalFromStart ? "the start tyre's" : "the pressure with the most points", at);
   } else if (r.pressures.size() < 2) {
     snprintf(buf, sizeof buf, "pressure stages not run: one pressure only");
   } else {

@@ -130,6 +130,7 @@ def test_fit_says_what_it_did_with_the_pressures(synthetic, tmp_path):
     p = res["pressure"]
     assert p["set_points"] == [(239990.0, 937), (204000.0, 582)]
     assert p["stages"] == 3 and p["nompres"] == 239990.0 and p["nompres_from"] == "most points"
+    assert p["pure_stages_at"] == 239990.0
     assert "NOMPRES = 239990 Pa" in p["note"]
     assert res["tyre"]["nompres"] == 239990.0
     assert tyrograph.fit(synthetic, "mf61")["pressure"] is None

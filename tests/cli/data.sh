@@ -63,7 +63,7 @@ has out.txt "Fy " fit-raw-figures
 check 1 "$(head -c 200 run.tir | grep -c MDI_HEADER)" fit-raw-written
 has out.txt "pressures: 2 set points, 239990 Pa (937 points), 204000 Pa (582 points)" fit-raw-pressures
 has out.txt "pressure stages ran (Fx, Fy, Mz) about NOMPRES = 239990 Pa, the pressure with the most points" fit-raw-nompres
-has run.json '"pressure": {"set_points": [{"pressure": 239990, "points": 937}, {"pressure": 204000, "points": 582}], "stages": 3, "nompres": 239990, "nompres_from": "most points"},' fit-raw-json-pressure
+has run.json '"pressure": {"set_points": [{"pressure": 239990, "points": 937}, {"pressure": 204000, "points": 582}], "stages": 3, "nompres": 239990, "nompres_from": "most points", "pure_stages_at": 239990},' fit-raw-json-pressure
 "$cli" data "$run" --thin 25 -o thin.csv >/dev/null 2>&1
 "$cli" data thin.csv >tidy.txt 2>&1
 has tidy.txt "thin.csv: tidy CSV (fz, kappa, alpha, gamma, fx, fy, mz in our units and signs, pressure in Pa), 1519 points" tidy-pressure
