@@ -20,43 +20,35 @@ const bool kSaeFlips[KRUN_CHANNELS] = {
     /*time*/ false, /*fz*/ true,  /*kappa*/ false, /*alpha*/ true,    /*gamma*/ false, /*fx*/ false,
     /*fy*/ true,    /*mz*/ true,  /*mx*/ false,    /*pressure*/ false, /*speed*/ false};
 
-// The least-squares line of `channel` over the slip angle where both slips
-// are small: its slope and the slope's t value (slope over its standard
-// error); n the rows it stands on (below 10: no line, slope 0).
+// The least-squares slope of `channel` over the slip angle where both slips
+// are small; 0 when there are too few such rows.
+double SmallSlipSlope(const KRunData &run, int channel) {
+  const KRunColumn &y = run.channel[channel], &a = run.channel[KRUN_ALPHA], &k = run.channel[KRUN_KAPPA];
+  if (!y.present || !a.present) return 0;
+  double sa = 0, sy = 0, saa = 0, say = 0;
+  int n = 0;
+  for (size_t i = 0; i < run.rows; i++) {
+    if (std::fabs(a.v[i]) > 0.03 || (k.present && std::fabs(k.v[i]) > 0.01)) continue;
+    sa += a.v[i], sy += y.v[i], saa += a.v[i] * a.v[i], say += a.v[i] * y.v[i];
+    n++;
+  }
+  if (n < 10) return 0;
+  const double d = n * saa - sa * sa;
+  return d > 0 ? (n * say - sa * sy) / d : 0;
+}
+
+// A slope with its t value (slope over its standard error) and the rows it
+// stands on (below 10: no line, slope 0).
 struct SmallSlipLine {
   double slope = 0, t = 0;
   int n = 0;
 };
 
-SmallSlipLine SmallSlipFit(const KRunData &run, int channel) {
-  SmallSlipLine line;
-  const KRunColumn &y = run.channel[channel], &a = run.channel[KRUN_ALPHA], &k = run.channel[KRUN_KAPPA];
-  if (!y.present || !a.present) return line;
-  double sa = 0, sy = 0, saa = 0, say = 0, syy = 0;
-  int n = 0;
-  for (size_t i = 0; i < run.rows; i++) {
-    if (std::fabs(a.v[i]) > 0.03 || (k.present && std::fabs(k.v[i]) > 0.01)) continue;
-    sa += a.v[i], sy += y.v[i], saa += a.v[i] * a.v[i], say += a.v[i] * y.v[i], syy += y.v[i] * y.v[i];
-    n++;
-  }
-  line.n = n;
-  if (n < 10) return line;
-  const double d = n * saa - sa * sa;
-  if (!(d > 0)) return line;
-  line.slope = (n * say - sa * sy) / d;
-  // the residual variance about the line, and the slope's standard error
-  const double sxx = saa - sa * sa / n, syy0 = syy - sy * sy / n, sxy = say - sa * sy / n;
-  const double rss = std::max(0.0, syy0 - sxy * sxy / sxx);
-  const double se = std::sqrt(rss / (n - 2) / sxx);
-  line.t = se > 0 ? line.slope / se : line.slope == 0 ? 0 : HUGE_VAL * (line.slope > 0 ? 1 : -1);
-  return line;
-}
-
-// The same line within set points: the rows grouped by load (bins of 2 %
-// of the median load) and camber (bins of 0.2°), each group about its own
-// mean, so the offsets camber, load and conicity give each set point do not
-// count as scatter about the common slope. What the check of Fy against
-// Mz weighs.
+// The slope over the same rows fitted within set points: the rows grouped
+// by load (bins of 2 % of the median load) and camber (bins of 0.2°), each
+// group about its own mean, so the offsets camber, load and conicity give
+// each set point do not count as scatter about the common slope. What the
+// check of Fy against Mz weighs.
 SmallSlipLine SmallSlipWithin(const KRunData &run, int channel) {
   SmallSlipLine line;
   const KRunColumn &y = run.channel[channel], &a = run.channel[KRUN_ALPHA], &k = run.channel[KRUN_KAPPA];
@@ -75,8 +67,9 @@ SmallSlipLine SmallSlipWithin(const KRunData &run, int channel) {
     double n = 0, a = 0, y = 0, aa = 0, ay = 0, yy = 0;
   };
   std::map<std::pair<long, long>, Sums> groups;
+  auto bin = [](double v, double width) { return std::lround(std::clamp(v / width, -1e15, 1e15)); };
   for (size_t i : rows) {
-    Sums &s = groups[{fz.present ? std::lround(fz.v[i] / fzBin) : 0, g.present ? std::lround(g.v[i] / gBin) : 0}];
+    Sums &s = groups[{fz.present ? bin(fz.v[i], fzBin) : 0, g.present ? bin(g.v[i], gBin) : 0}];
     s.n++, s.a += a.v[i], s.y += y.v[i], s.aa += a.v[i] * a.v[i], s.ay += a.v[i] * y.v[i], s.yy += y.v[i] * y.v[i];
   }
   double sxx = 0, sxy = 0, syy = 0;
@@ -150,7 +143,7 @@ void KRunMapAxes(KRunData *run, int axes) {
     }
   }
   for (int c : {int(KRUN_FY), int(KRUN_MZ)}) {
-    const double s = SmallSlipFit(*run, c).slope;
+    const double s = SmallSlipSlope(*run, c);
     if (s == 0) continue;
     snprintf(buf, sizeof buf, "; %s %s with the slip angle (%.4g %s/rad)", c == KRUN_FY ? "Fy" : "Mz",
              s > 0 ? "rises" : "falls", s, c == KRUN_FY ? "N" : "N·m");
