@@ -237,7 +237,7 @@ struct PressureFixture : Fixture {
     KConditionSetPoints(data, &in.setPoints, &in.setPoint);
     result.pressures = {{nominal, int(n)}, {low, int(n)}};
     result.pressureStages = 3;
-    result.nominalPressure = nominal;
+    result.nominalPressure = result.stagePressure = nominal;
   }
 };
 
