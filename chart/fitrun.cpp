@@ -227,6 +227,19 @@ std::string FitReportJson(const FitJob &job, const KFitResult &r) {
                   : r.combinedNotIdentified   ? KFIT_COMBINED_NOT_IDENTIFIED
                                               : "fitted") +
        ",\n";
+  if (!r.pressures.empty()) {
+    j += "  \"pressure\": {\"set_points\": [";
+    for (size_t i = 0; i < r.pressures.size(); i++)
+      j += std::string(i ? ", " : "") + "{\"pressure\": " + Number(r.pressures[i].pressure) +
+           ", \"points\": " + std::to_string(r.pressures[i].points) + "}";
+    j += "], \"stages\": " + std::to_string(r.pressureStages);
+    if (r.pressureStages > 0)
+      j += ", \"nompres\": " + Number(r.nominalPressure) + ", \"nompres_from\": " +
+           JsonString(r.nominalFromStart ? "start" : "most points") + ", \"pure_stages_at\": " + Number(r.stagePressure);
+    else
+      j += ", \"why_not\": " + JsonString(r.pressures.size() < 2 ? "one pressure only" : "no pressure terms in the model");
+    j += "},\n";
+  }
   const KFitOptions fo = FitJobOptions(job);
   j += "  \"loss\": " + JsonString(KFitLossKey(fo.loss)) + ",\n";
   j += "  \"weights\": {\"Fx\": " + Number(job.weight[KCH_FX]) + ", \"Fy\": " + Number(job.weight[KCH_FY]) +

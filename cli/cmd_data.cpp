@@ -50,8 +50,9 @@ int RunData(const std::vector<std::string> &args) {
   KDataLoad load;
   if (!RunCliLoad(cmd, input, o, false, &load)) return 1;
   if (load.tidy) {
-    printf("%s: tidy CSV (fz, kappa, alpha, gamma, fx, fy, mz in our units and signs), %zu points, read as they stand\n",
-           input.c_str(), load.data.points.size());
+    printf("%s: tidy CSV (fz, kappa, alpha, gamma, fx, fy, mz in our units and signs%s), %zu points, read as they "
+           "stand\n",
+           input.c_str(), KMeasuredHasPressure(load.data) ? ", pressure in Pa" : "", load.data.points.size());
   } else {
     fputs(KConditionSummary(load.run, load.conditioned).c_str(), stdout);
   }
@@ -63,17 +64,20 @@ int RunData(const std::vector<std::string> &args) {
 const char kDetails[] =
     "FILE: a rig run, as delimited text (a row of column names, maybe a row of units, then\n"
     "one row per sample) or TYDEX (**HEADER ... **MEASURDATA ... **END); or a tidy CSV file\n"
-    "(fz, kappa, alpha, gamma, fx, fy, mz in eval's units), read as it stands.\n"
+    "(fz, kappa, alpha, gamma, fx, fy, mz in eval's units; pressure in Pa when the run had one),\n"
+    "read as it stands.\n"
     "Prints the channels and units found, the set points with their point counts, the sweeps\n"
     "and the points dropped and why; then the plausibility checks.\n"
     "\n"
     "Options:\n"
-    "  --axes iso|sae|auto       the run's axes (default auto: sae when most loads are negative)\n"
+    "  --axes iso|sae|auto       the run's axes (default auto: sae when most loads are negative;\n"
+    "                            Mz turned round when it clearly slopes as Fy does)\n"
     "  --columns KEY=NAME,...    which column is which (keys fz fx fy mz mx alpha kappa gamma\n"
     "                            time pressure speed)\n"
     "  --units KEY=UNIT,...      units the file lacks or gets wrong (rad, deg, %, N, kN, ...)\n"
     "  --thin N                  keep about N evenly spaced points per sweep\n"
-    "  -o CLEAN.csv              write the conditioned points in the tidy CSV format\n"
+    "  -o CLEAN.csv              write the conditioned points in the tidy CSV format (with a\n"
+    "                            pressure column, Pa, when the run has pressures)\n"
     "  --force                   overwrite CLEAN.csv when it exists\n";
 
 CliCommand reg{"data", kUsage, "read a rig run (text or TYDEX), condition it and say what it holds", 58, RunData,

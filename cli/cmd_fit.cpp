@@ -50,6 +50,7 @@ const char kDetails[] =
     "  alpha   slip angle, rad (0 when absent)\n"
     "  gamma   camber, rad (0 when absent)\n"
     "  fx, fy  forces, N; mz  aligning moment, N*m (at least one of the three)\n"
+    "  pressure  inflation pressure, Pa (optional; two or more add the pressure stages)\n"
     "Fields are separated by commas or blanks; blank lines and lines starting with '#' are\n"
     "skipped; every field is a finite number. Units and signs are those of eval's output.\n"
     "A force without a column is not fitted. DATA may also be a rig run (delimited text with\n"
@@ -67,7 +68,8 @@ const char kDetails[] =
     "  --report-pdf FILE.pdf     a report of the fit: summary, coefficients, curves, residuals\n"
     "  --force                   overwrite OUT and the reports when they exist; write the tyre\n"
     "                            even when a channel fits poorly (R2 below 0.5, exit status 3)\n"
-    "  --axes iso|sae|auto       a rig run's axes (default auto: sae when most loads are negative)\n"
+    "  --axes iso|sae|auto       a rig run's axes (default auto: sae when most loads are negative;\n"
+    "                            Mz turned round when it clearly slopes as Fy does)\n"
     "  --columns KEY=NAME,...    which column is which (keys fz fx fy mz mx alpha kappa gamma ...)\n"
     "  --units KEY=UNIT,...      units a run's file lacks or gets wrong (deg, %, kN, ...)\n"
     "  --thin N                  keep about N points per sweep of a run\n";

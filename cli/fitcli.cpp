@@ -125,6 +125,10 @@ int FitCliRun(const char *cmd, FitJob job) {
     fprintf(stderr, "tyrograph-cli %s: %s %s\n", cmd, job.out.c_str(),
             job.force ? "written all the same (--force)" : "not written; --force writes it all the same");
   const bool ok = o.ok && FitCliWriteReportPdf(cmd, job, o);
+  // --axes auto turning Mz round changes what was fitted: said before the figures
+  if (ok && o.data && o.data->run.mzTurned)
+    for (const std::string &n : o.data->run.notes)
+      if (n.compare(0, 10, "axes auto:") == 0) printf("%s\n", n.c_str());
   if (ok) FitCliPrint(job, o.result);
   return !ok ? 1 : o.poorFit ? FIT_CLI_POOR_FIT : 0;
 }
@@ -154,4 +158,6 @@ void FitCliPrint(const FitJob &o, const KFitResult &r) {
     if (r.mirrored[ch])
       printf("%s is mirrored against the usual Pacejka89/96 sign (%s); fitted mirrored, written as it was\n",
              KChannelName(ch), ch == KCH_FY ? "it falls as the slip angle rises" : "it rises with the slip angle");
+  const std::string pressure = KFitPressureNote(r, o.model);
+  if (!pressure.empty()) printf("%s\n", pressure.c_str());
 }

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <map>
 
 #include "chart/plot.h"
@@ -74,9 +75,9 @@ double SweptSlip(const KMeasuredPoint &p, bool alpha) { return alpha ? p.alpha *
 
 // The fitted tyre at operating points, as eval gives it.
 struct Operating {
-  std::vector<double> fz, kappa, alpha, gamma;
-  void Add(double f, double k, double a, double g) {
-    fz.push_back(f), kappa.push_back(k), alpha.push_back(a), gamma.push_back(g);
+  std::vector<double> fz, kappa, alpha, gamma, pressure;  // pressure 0: the tyre's nominal
+  void Add(double f, double k, double a, double g, double p = 0) {
+    fz.push_back(f), kappa.push_back(k), alpha.push_back(a), gamma.push_back(g), pressure.push_back(p);
   }
 };
 
@@ -84,21 +85,28 @@ void Evaluate(const KPacejka &tyre, const Operating &op, std::vector<float> out[
   const size_t n = op.fz.size();
   for (int ch = 0; ch < KCH_COUNT; ch++) out[ch].assign(n, 0.0f);
   if (!n) return;
-  KPacejkaEvaluateBatchDouble(tyre, n, op.fz.data(), op.kappa.data(), op.alpha.data(), op.gamma.data(),
-                              out[KCH_FX].data(), out[KCH_FY].data(), out[KCH_MZ].data(), KBATCH_EXACT);
+  // points at a pressure of their own (a fit at several pressures) are
+  // evaluated there, as the fit compared them
+  if (std::any_of(op.pressure.begin(), op.pressure.end(), [](double p) { return p > 0; }))
+    KPacejkaEvaluateBatchDoubleAtPressure(tyre, n, op.fz.data(), op.kappa.data(), op.alpha.data(), op.gamma.data(),
+                                          op.pressure.data(), out[KCH_FX].data(), out[KCH_FY].data(),
+                                          out[KCH_MZ].data(), KBATCH_EXACT);
+  else
+    KPacejkaEvaluateBatchDouble(tyre, n, op.fz.data(), op.kappa.data(), op.alpha.data(), op.gamma.data(),
+                                out[KCH_FX].data(), out[KCH_FY].data(), out[KCH_MZ].data(), KBATCH_EXACT);
 }
 
 // A curve of the fitted tyre: one slip swept over lo..hi (degrees for the
-// slip angle), the other held.
-ChartSeries Curve(const KPacejka &tyre, int ch, double fz, double gamma, bool sweepAlpha, double lo, double hi,
-                  double held) {
+// slip angle), the other held; at `pressure` (0: the nominal one).
+ChartSeries Curve(const KPacejka &tyre, int ch, double fz, double gamma, double pressure, bool sweepAlpha, double lo,
+                  double hi, double held) {
   Operating op;
   for (int i = 0; i < CURVE_STEPS; i++) {
     const double s = lo + (hi - lo) * i / (CURVE_STEPS - 1);
     if (sweepAlpha)
-      op.Add(fz, held, s / RAD2DEG, gamma);
+      op.Add(fz, held, s / RAD2DEG, gamma, pressure);
     else
-      op.Add(fz, s, held, gamma);
+      op.Add(fz, s, held, gamma, pressure);
   }
   std::vector<float> out[KCH_COUNT];
   Evaluate(tyre, op, out);
@@ -283,12 +291,21 @@ void SummaryPages(const Context &cx, std::vector<FitReportPage> *pages) {
 void CoefficientPages(const Context &cx, std::vector<FitReportPage> *pages) {
   const FitReportInput &in = cx.in;
   const KFitStage *stages[32];
-  const int count = std::min(KFitStagesFor(in.model, stages, 32), 32);
+  const int listed = std::min(KFitStagesFor(in.model, stages, 32), 32);
+  // a fit at several pressures also varied the pressure terms about NOMPRES
+  const int count = in.result->pressureStages > 0
+                        ? listed + std::min(KFitPressureStagesFor(in.model, stages + listed, 32 - listed), 32 - listed)
+                        : listed;
   FitReportTable table;
   table.header = {"name", "value", "group", "remark"};
   std::vector<bool> seen(size_t(kpacejkaMemberCount), false);
   bool longRemark = false;
-  for (int s = 0; s < count; s++)
+  for (int s = 0; s < count; s++) {
+    if (s == listed)
+      if (const KPacejkaMember *nompres = KPacejkaFindMember("nompres"))
+        table.rows.push_back({nompres->name, Fmt("%.9g", KPacejkaGetMember(*in.tyre, *nompres)),
+                              KPacejkaGroupName(nompres->group),
+                              in.result->nominalFromStart ? "nominal, the start's" : "nominal, most points"});
     for (int i = 0; i < kpacejkaMemberCount; i++) {
       const KPacejkaMember &m = kpacejkaMembers[i];
       float lo, hi;
@@ -307,6 +324,17 @@ void CoefficientPages(const Context &cx, std::vector<FitReportPage> *pages) {
       }
       longRemark = longRemark || remark.size() > 24;
       table.rows.push_back({m.name, Fmt("%.9g", v), KPacejkaGroupName(m.group), remark});
+    }
+  }
+  // the pressure coefficients the model carries without a term that reads them
+  if (count > listed)
+    for (int i = 0; i < kpacejkaMemberCount; i++) {
+      const KPacejkaMember &m = kpacejkaMembers[i];
+      if (seen[size_t(i)] || m.group != KPacejkaMember::PRESSURE || !m.tirSection ||
+          !strstr(m.tirSection, "_coefficients"))
+        continue;
+      table.rows.push_back({m.name, Fmt("%.9g", KPacejkaGetMember(*in.tyre, m)), KPacejkaGroupName(m.group),
+                            "carried, not fitted"});
     }
   table.columns = longRemark ? 1 : 2;
   const int perColumn = FitReportRows(FITREPORT_BODY_HEIGHT - FitReportBlockHeight(Text({""})) - FITREPORT_BLOCK_GAP);
@@ -365,7 +393,7 @@ void SetPointPages(const Context &cx, std::vector<FitReportPage> *pages) {
       else
         Range(pts.x, kLo, kHi, &lo, &hi);
       pts.label = Fmt("measured (%zu)", pts.x.size());
-      ChartSeries curve = Curve(cx.tyre, ch, sp.fz, sp.gamma, alpha, lo, hi, 0.0);
+      ChartSeries curve = Curve(cx.tyre, ch, sp.fz, sp.gamma, sp.pressure, alpha, lo, hi, 0.0);
       curve.color = FITTED;
       curve.label = "fitted " + cx.model;
       c.series.push_back(std::move(pts));
@@ -533,7 +561,7 @@ Chart CombinedChart(const Context &cx, const KSetPoint &sp, const std::vector<Le
     }
     double lo, hi;
     Range(pts.x, sweepAlpha ? -12 : -0.2, sweepAlpha ? 12 : 0.2, &lo, &hi);
-    ChartSeries curve = Curve(cx.tyre, ch, sp.fz, sp.gamma, sweepAlpha, lo, hi, l.value);
+    ChartSeries curve = Curve(cx.tyre, ch, sp.fz, sp.gamma, sp.pressure, sweepAlpha, lo, hi, l.value);
     curve.color = color;
     curve.label = fixedAlpha ? Fmt("slip angle %.3g\xb0 (%zu)", l.value * RAD2DEG, l.points.size())
                              : Fmt("slip ratio %.3g (%zu)", l.value, l.points.size());
@@ -583,6 +611,19 @@ void Unidentified(const Result &r, std::vector<FitReportRemark> *remarks, std::v
       notes->push_back("Combined slip not identified (no combined points): its coefficients keep generic values");
 }
 
+// What the fit did with the data's pressures, a line each, capitalised.
+void PressureNotes(const KFitResult &r, int model, std::vector<std::string> *notes) {
+  const std::string text = KFitPressureNote(r, model);
+  size_t at = 0;
+  while (at < text.size()) {
+    const size_t end = std::min(text.find('\n', at), text.size());
+    std::string line = text.substr(at, end - at);
+    line[0] = char(std::toupper(static_cast<unsigned char>(line[0])));
+    notes->push_back(line);
+    at = end + 1;
+  }
+}
+
 }  // namespace
 
 FitReport FitReportBuild(const FitReportInput &in) {
@@ -590,10 +631,11 @@ FitReport FitReportBuild(const FitReportInput &in) {
   if (!in.data || !in.tyre || !in.result) return report;
   FitReportInput with = in;
   Unidentified(*in.result, &with.remarks, &with.notes);
+  PressureNotes(*in.result, in.model, &with.notes);
   Context cx{with, *in.data, *in.tyre, {}, {}, {}, KFitModelKey(in.model)};
   // 1. the fitted values at every point, and the points of each set point
   Operating op;
-  for (const KMeasuredPoint &p : cx.data.points) op.Add(p.fz, p.kappa, p.alpha, p.gamma);
+  for (const KMeasuredPoint &p : cx.data.points) op.Add(p.fz, p.kappa, p.alpha, p.gamma, p.pressure);
   Evaluate(cx.tyre, op, cx.fitted);
   cx.members.resize(in.setPoints.size());
   for (size_t i = 0; i < cx.data.points.size() && i < in.setPoint.size(); i++)

@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   }
   if (d.points.empty()) abort();
   for (const KMeasuredPoint &p : d.points) {
-    const double v[] = {p.fz, p.kappa, p.alpha, p.gamma, p.force[0], p.force[1], p.force[2]};
+    const double v[] = {p.fz, p.kappa, p.alpha, p.gamma, p.force[0], p.force[1], p.force[2], p.pressure};
     for (double x : v)
       if (!std::isfinite(x)) abort();
   }
@@ -27,8 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   KMeasuredData back;
   if (!KMeasuredParse(text.data(), text.size(), "again.csv", &back) || back.points.size() != d.points.size())
     abort();
-  for (size_t i = 0; i < d.points.size(); i++)
+  for (size_t i = 0; i < d.points.size(); i++) {
+    if (back.points[i].pressure != d.points[i].pressure || back.points[i].pressure < 0) abort();
     for (int ch = 0; ch < KCH_COUNT; ch++)
       if (back.points[i].force[ch] != d.points[i].force[ch] || back.has[ch] != d.has[ch]) abort();
+  }
   return 0;
 }

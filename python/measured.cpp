@@ -108,6 +108,11 @@ py::dict ReadData(const py::object &data, const std::string &axes, const py::obj
     if (load.data.has[ch]) out[KMeasuredColumnName(4 + ch)] = Array(col[4 + ch]);
   py::list setPoints;
   if (load.tidy) {
+    if (KMeasuredHasPressure(load.data)) {
+      std::vector<double> pressure(n);
+      for (size_t i = 0; i < n; i++) pressure[i] = p[i].pressure;
+      out["pressure"] = Array(pressure);
+    }
     out["summary"] = std::string(py::str(data)) + ": tidy CSV, " + std::to_string(n) + " points, read as they stand\n";
   } else {
     const KConditioned &c = load.conditioned;

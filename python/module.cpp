@@ -384,9 +384,39 @@ py::dict Fit(const FitJob &job) {
     channels[KChannelName(ch)] = py::dict("points"_a = c.points, "rms"_a = c.rms, "rms_percent"_a = c.rmsPercent,
                                           "peak"_a = c.peak, "r2"_a = c.r2, "mirrored"_a = r.mirrored[ch]);
   }
-  return py::dict("tyre"_a = py::cast(FromFitted(job.out, std::move(o.tyre))), "model"_a = KFitModelKey(job.model),
-                  "output"_a = job.out.empty() ? py::object(py::none()) : py::object(py::str(job.out)), "channels"_a = channels, "pure_only"_a = r.pureOnly,
-                  "iterations"_a = r.iterations, "seconds"_a = r.seconds);
+  py::object pressure = py::none();
+  if (!r.pressures.empty()) {
+    py::list setPoints;
+    for (const KFitPressureSetPoint &p : r.pressures) setPoints.append(py::make_tuple(p.pressure, p.points));
+    py::dict d("set_points"_a = setPoints, "stages"_a = r.pressureStages, "note"_a = KFitPressureNote(r, job.model));
+    d["nompres"] = r.pressureStages > 0 ? py::object(py::float_(r.nominalPressure)) : py::object(py::none());
+    d["nompres_from"] = r.pressureStages == 0 ? py::object(py::none())
+                                              : py::object(py::str(r.nominalFromStart ? "start" : "most points"));
+    d["pure_stages_at"] = r.pressureStages > 0 ? py::object(py::float_(r.stagePressure)) : py::object(py::none());
+    pressure = d;
+  }
+  // a fitted channel below FIT_MIN_R2 refuses the fit, as the command's
+  // status 3 does: the tyre is written (and returned) only with force=True
+  std::string poor;
+  for (int ch : o.ok ? FitPoorChannels(job, r) : std::vector<int>()) {
+    char buf[200];
+    snprintf(buf, sizeof buf, "%s fits poorly: R2 = %.4g, below %g (check the data's units, signs and columns)",
+             KChannelName(ch), r.channel[ch].r2, FIT_MIN_R2);
+    poor += (poor.empty() ? "" : "\n") + std::string(buf);
+  }
+  const bool written = !job.out.empty() && (poor.empty() || job.force);
+  py::dict figures("tyre"_a = py::cast(FromFitted(written ? job.out : std::string(), std::move(o.tyre))),
+                   "model"_a = KFitModelKey(job.model),
+                   "output"_a = written ? py::object(py::str(job.out)) : py::object(py::none()), "channels"_a = channels,
+                   "pure_only"_a = r.pureOnly, "iterations"_a = r.iterations, "seconds"_a = r.seconds,
+                   "pressure"_a = pressure);
+  if (poor.empty()) return figures;
+  if (!job.force)
+    PyRaiseErrorWith(poor + "\nthe fit is refused" + (job.out.empty() ? "" : " and " + job.out + " not written") +
+                         "; force=True keeps it all the same (the figures are on this exception's `figures`)",
+                     py::dict("figures"_a = figures));
+  PyWarn(poor + (job.out.empty() ? "" : "\n" + job.out + " written all the same (force=True)"));
+  return figures;
 }
 
 // CPU time of the batch alone on float32 arrays (results into a buffer of
@@ -442,10 +472,16 @@ Returns a dict: "tyre" (the fitted tyre, in memory), "model", "output" (the
 file written, or None),
 "channels" ({"Fx": {"points", "rms", "rms_percent", "peak", "r2",
 "mirrored"}, ...} for each channel the data has), "pure_only",
-"iterations", "seconds": the figures the command prints and its --report
-holds. A problem raises tyrograph.Error with the library's message (for bad
-data "FILE:LINE: column N (NAME): ..."), its `file` and `line` attributes
-naming the place.)";
+"iterations", "seconds", "pressure" (None for data without pressures, else
+{"set_points": [(Pa, points), ...], "stages", "nompres", "nompres_from",
+"pure_stages_at", "note"}): the figures the command prints and its --report holds. A problem
+raises tyrograph.Error with the library's message (for bad data
+"FILE:LINE: column N (NAME): ..."), its `file` and `line` attributes naming
+the place. A fitted channel with R2 below 0.5 refuses the fit (the
+command's exit status 3): tyrograph.Error names the channel and its R2 and
+carries the figures as its `figures` attribute, and nothing is written;
+with force=True the figures come back, `out` is written, and the message
+comes as a tyrograph.TyreWarning.)";
   m.def(
       "fit",
       [](const py::object &data, const std::string &model, const py::object &out, const py::object &start, int wheel,

@@ -54,6 +54,20 @@ void PyRaiseError(const QProblem &problem) { Raise(problem.Text(), problem); }
 
 void PyRaiseError(const std::string &message) { PyRaiseError(QProblemFromText(message)); }
 
+void PyRaiseErrorWith(const std::string &message, const py::dict &attributes) {
+  const py::object type = ModuleType("Error");
+  py::object e = type(message);
+  e.attr("file") = py::none();
+  e.attr("line") = py::none();
+  for (const auto &item : attributes) e.attr(item.first) = item.second;
+  PyErr_SetObject(type.ptr(), e.ptr());
+  throw py::error_already_set();
+}
+
+void PyWarn(const std::string &message) {
+  if (PyErr_WarnEx(ModuleType("TyreWarning").ptr(), message.c_str(), 2) < 0) throw py::error_already_set();
+}
+
 void PyReportsRegister(py::module_ &m) {
   PyObject *error = PyErr_NewExceptionWithDoc("tyrograph.Error",
                                               "A problem the tyre library reported, in its own words; `file` and\n"

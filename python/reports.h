@@ -31,6 +31,11 @@ class PyReports {
 // Raises tyrograph.Error for `problem` (never returns).
 [[noreturn]] void PyRaiseError(const QProblem &problem);
 [[noreturn]] void PyRaiseError(const std::string &message);
+// Raises tyrograph.Error with `message` (no place) carrying `attributes` as
+// attributes of the exception (a refused fit's figures).
+[[noreturn]] void PyRaiseErrorWith(const std::string &message, const pybind11::dict &attributes);
+// Issues `message` as a tyrograph.TyreWarning.
+void PyWarn(const std::string &message);
 
 // Makes tyrograph.Error and tyrograph.TyreWarning in module `m`.
 void PyReportsRegister(pybind11::module_ &m);

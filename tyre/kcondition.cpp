@@ -505,18 +505,28 @@ void KConditionSetPoints(const KMeasuredData &data, std::vector<KSetPoint> *setP
       if (std::fabs(centre[k] - v) < std::fabs(centre[best] - v)) best = k;
     return int(best);
   };
+  // pressures (a file with a pressure column): those within 2 % of one
+  // already met are that one; 0 (unknown) is a pressure of its own
+  std::vector<double> pressureCentre = {0.0};
+  auto pressureOf = [&pressureCentre](double p) {
+    for (size_t k = 0; k < pressureCentre.size(); k++)
+      if (p == pressureCentre[k] || (p > 0 && std::fabs(p - pressureCentre[k]) <= 0.02 * p)) return long(k);
+    pressureCentre.push_back(p);
+    return long(pressureCentre.size() - 1);
+  };
   // set points in the order the points first reach them
   std::vector<long> seen;
   for (size_t i = 0; i < n; i++) {
     const int f = fzId[i] >= 0 ? fzId[i] : nearest(fzCentre, fz[i]);
     const int g = gammaId[i] >= 0 ? gammaId[i] : nearest(gammaCentre, gamma[i]);
-    const long key = long(f) * 64 + g;
+    const long pk = pressureOf(data.points[i].pressure);
+    const long key = (long(f) * 64 + g) * 64 + pk;
     auto it = std::find(seen.begin(), seen.end(), key);
     (*setPoint)[i] = int(it - seen.begin());
     if (it == seen.end()) {
       seen.push_back(key);
       KSetPoint sp;
-      sp.fz = fzCentre[size_t(f)], sp.gamma = gammaCentre[size_t(g)];
+      sp.fz = fzCentre[size_t(f)], sp.gamma = gammaCentre[size_t(g)], sp.pressure = pressureCentre[size_t(pk)];
       setPoints->push_back(sp);
     }
     (*setPoints)[size_t((*setPoint)[i])].points++;

@@ -84,7 +84,8 @@ bool KConditionRun(const KRunData &run, const KConditionOptions &options, KCondi
 
 // The set points of points already conditioned (a tidy file): load and
 // camber clustered as a run's are; a point in no cluster goes to the set
-// point nearest in load, then camber. `setPoint` gets each point's index.
+// point nearest in load, then camber; points with a pressure are grouped by
+// it too (within 2 %). `setPoint` gets each point's index.
 void KConditionSetPoints(const KMeasuredData &data, std::vector<KSetPoint> *setPoints, std::vector<int> *setPoint);
 
 // What `tyrograph-cli data` prints: channels and units, the readers' notes,

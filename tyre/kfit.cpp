@@ -766,9 +766,14 @@ bool KFitTyre(const KMeasuredData &data, const KFitOptions &o, KPacejka *out, KF
   const std::vector<KFitPressureSetPoint> pressures = KFitPressureSetPoints(work);
   const int pressureCount = pressures.size() >= 2 ? KFitPressureStagesFor(o.model, pressure, 4) : 0;
   if (pressureCount > 0) {
+    result->nominalFromStart = out->nompres > 0;
     if (!(out->nompres > 0)) out->nompres = float(pressures.front().pressure);
     if (!(out->inflpres > 0)) out->inflpres = out->nompres;
+    result->nominalPressure = out->nompres;
+    result->stagePressure = KFitStagePressure(work, *out);
   }
+  result->pressures = pressures;
+  result->pressureStages = pressureCount;
   std::vector<const KFitStage *> stages;
   for (int i = 0; i < listedCount; i++) {
     if (listed[i]->combined && pressureCount > 0 && stages.size() == size_t(i))

@@ -147,12 +147,27 @@ struct KFitResult {
     bool upper;
   };
   std::vector<AtBound> atBound;
+  // Inflation pressure: the data's pressure set points (empty when no point
+  // has a pressure), the pressure stages that ran (0: one pressure only, or
+  // a model without pressure terms), and the nominal pressure the pure
+  // stages fitted at, taken from the start tyre's NOMPRES when it has one,
+  // else the set point with the most points.
+  std::vector<KFitPressureSetPoint> pressures;
+  int pressureStages = 0;
+  double nominalPressure = 0;     // Pa; 0 when no pressure stage ran
+  bool nominalFromStart = false;  // NOMPRES was the start tyre's
+  double stagePressure = 0;       // Pa: the set point the pure stages fitted at (KFitStagePressure)
   std::string error;
 };
 
 constexpr const char *KFIT_COMBINED_NOT_IDENTIFIED = "combined slip not identified (no combined points)";
 constexpr const char *KFIT_HELD_CAMBER = "camber term, the data has one camber";
 constexpr const char *KFIT_HELD_LOAD = "load term, the data has one load";
+
+// What the fit did with the data's pressures, in words (KFitResult: the
+// set points, the stages, NOMPRES and how it was chosen, or why no
+// pressure stage ran); "" when no point has a pressure.
+std::string KFitPressureNote(const KFitResult &result, int model);
 
 // "pac96", "mf52", "mf61" (any case) -> model number; false for anything else.
 bool KFitModelByName(const char *name, int *model);

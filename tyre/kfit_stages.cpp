@@ -6,7 +6,9 @@
 #include "tyre/kfit.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
+#include <string>
 
 namespace {
 
@@ -42,6 +44,32 @@ int KFitPressureStagesFor(int model, const KFitStage *stages[], int maxStages) {
     n++;
   }
   return n;
+}
+
+std::string KFitPressureNote(const KFitResult &r, int model) {
+  if (r.pressures.empty()) return "";
+  char buf[200];
+  std::string out = r.pressures.size() == 1 ? "pressure: one set point, " : "pressures: " + std::to_string(r.pressures.size()) + " set points, ";
+  for (size_t i = 0; i < r.pressures.size(); i++) {
+    snprintf(buf, sizeof buf, "%s%.9g Pa (%d points)", i ? ", " : "", r.pressures[i].pressure, r.pressures[i].points);
+    out += buf;
+  }
+  out += "\n";
+  if (r.pressureStages > 0) {
+    std::string channels;
+    for (int ch = 0; ch < KCH_COUNT; ch++)
+      if (r.channel[ch].points) channels += std::string(channels.empty() ? "" : ", ") + KChannelName(ch);
+    char at[120] = "";
+    if (std::fabs(r.stagePressure - r.nominalPressure) > 0.02 * r.nominalPressure)
+      snprintf(at, sizeof at, " (no set point at it: the pure stages took the nearest, %.9g Pa)", r.stagePressure);
+    snprintf(buf, sizeof buf, "pressure stages ran (%s) about NOMPRES = %.9g Pa, %s%s", channels.c_str(),
+             r.nominalPressure, r.nominalFromStart ? "the start tyre's" : "the pressure with the most points", at);
+  } else if (r.pressures.size() < 2) {
+    snprintf(buf, sizeof buf, "pressure stages not run: one pressure only");
+  } else {
+    snprintf(buf, sizeof buf, "pressure stages not run: %s has no pressure terms", KFitModelKey(model));
+  }
+  return out + buf;
 }
 
 std::vector<KFitPressureSetPoint> KFitPressureSetPoints(const KMeasuredData &data) {

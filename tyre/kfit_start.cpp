@@ -311,7 +311,7 @@ void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out) {
   else StartMagic(f, out);
 }
 
-// ---- The aligning moment's second start: per load, then the load trends ------------------
+// ---- The second start of the moment and Fx: per load, then the load trends ---------------
 //
 // Each load of the pure lateral sweeps at the smallest camber is fitted on
 // its own with the moment's load and camber terms at 0, so that its base
@@ -328,13 +328,18 @@ void KFitBuiltinStart(int model, const KMeasuredData &data, KPacejka *out) {
 //   Pacejka89/96   Mz = D·sin(C·atan(B·α − E(...))) + Sv, like a force: D
 //                  from the peak, B·C·D from the slope at zero. Load
 //                  variable Fz in kN; D and B·C·D are per kN of load.
+// The longitudinal force of either family takes the same course over the
+// pure longitudinal sweeps (D from the peak, B·C·D from the slope, C and E
+// from the sweep's shape).
 
 namespace {
 
 float &Member(KPacejka *t, const char *name) { return *KPacejkaFloat(*t, *KPacejkaFindMember(name)); }
 
-// Least squares polynomial of degree `deg` (0 ... 2) through (x, y): c[0..2].
-void Poly(const std::vector<double> &x, const std::vector<double> &y, int deg, double c[3]) {
+// Weighted least squares polynomial of degree `deg` (0 ... 2) through (x, y): c[0..2].
+// Each point counts `w[i]` times.
+void Poly(const std::vector<double> &x, const std::vector<double> &y, const std::vector<double> &w, int deg,
+          double c[3]) {
   c[0] = c[1] = c[2] = 0;
   const int n = int(x.size());
   deg = std::min(deg, n - 1);
@@ -344,8 +349,8 @@ void Poly(const std::vector<double> &x, const std::vector<double> &y, int deg, d
   for (int i = 0; i < n; i++) {
     const double p[3] = {1, x[i], x[i] * x[i]};
     for (int r = 0; r <= deg; r++) {
-      for (int k = 0; k <= deg; k++) a[r][k] += p[r] * p[k];
-      a[r][3] += p[r] * y[i];
+      for (int k = 0; k <= deg; k++) a[r][k] += w[i] * p[r] * p[k];
+      a[r][3] += w[i] * p[r] * y[i];
     }
   }
   for (int r = 0; r <= deg; r++) {
@@ -471,6 +476,43 @@ int GuessMagicFx(const std::vector<const KMeasuredPoint *> &pts, const KPacejka 
   return n;
 }
 
+// Pacejka89/96 longitudinal force: b0, b2, b4, b8, b10, b12, from the
+// load's peak, slope at zero and shape; D and B·C·D per kN of load, the
+// slope per percent of slip.
+int GuessPac96Fx(const std::vector<const KMeasuredPoint *> &pts, const KPacejka &, float starts[][MAX_TERMS],
+                 int max) {
+  KMeasuredData one;
+  one.has[KCH_FX] = true;
+  for (const KMeasuredPoint *p : pts) one.points.push_back(*p);
+  const double fzk = pts.front()->fz * 0.001;
+  double peak = 0, slope;
+  for (const KMeasuredPoint *p : pts) peak = std::max(peak, std::fabs(p->force[KCH_FX]));
+  if (!SmallSlipSlope(one, KCH_FX, false, &slope) || slope <= 0 || peak <= 0) return 0;
+  Shape sh = {1.65, 0.0};
+  EstimateShape(one, KCH_FX, 1, pts.front()->fz, &sh);
+  const double shapes[][2] = {{sh.C, sh.E}, {1.65, 0.0}, {1.4, -1.0}, {1.9, 0.5}};
+  int n = 0;
+  for (const auto &c : shapes) {
+    if (n >= max) break;
+    const float v[] = {float(c[0]), float(peak / fzk), float(0.01 * slope / fzk), float(c[1]), 0.0f, 0.0f};
+    std::copy(std::begin(v), std::end(v), starts[n++]);
+  }
+  return n;
+}
+
+const PerLoadPlan kPac96Fx = {
+    KCH_FX,
+    true,
+    {"b1", "b3", "b5", "b6", "b7", "b9", "b11"},
+    {{"b0", {"b0", nullptr, nullptr}},
+     {"b2", {"b2", "b1", nullptr}},
+     {"b4", {"b4", "b3", nullptr}},
+     {"b8", {"b8", "b7", "b6"}},
+     {"b10", {"b10", "b9", nullptr}},
+     {"b12", {"b12", "b11", nullptr}}},
+    GuessPac96Fx,
+};
+
 const PerLoadPlan kMagicFx = {
     KCH_FX,
     false,
@@ -513,11 +555,16 @@ const PerLoadPlan kPac96Mz = {
     GuessPac96Mz,
 };
 
-// One load: the best of the plan's starts, left in `t`. With `shared`
-// (every load after the first), the terms without a load trend keep the
-// first load's value and the first load's result is one more start.
-bool FitAtLoad(const PerLoadPlan &plan, const std::vector<const KMeasuredPoint *> &pts, bool shared,
-               const float previous[MAX_TERMS], KPacejka *t) {
+// One load fitted from each of the plan's starts, the results best first.
+// With `shared` (every load after the first), the terms without a load
+// trend keep the first load's value and the first load's result is one more
+// start.
+struct LoadFit {
+  double rms;
+  float v[MAX_TERMS];
+};
+std::vector<LoadFit> FitAtLoad(const PerLoadPlan &plan, const std::vector<const KMeasuredPoint *> &pts, bool shared,
+                               const float previous[MAX_TERMS], KPacejka *t) {
   float starts[5][MAX_TERMS];
   int n = plan.guess(pts, *t, starts, 4);
   std::vector<const char *> varied;
@@ -527,22 +574,40 @@ bool FitAtLoad(const PerLoadPlan &plan, const std::vector<const KMeasuredPoint *
     for (int k = 0; k < n && fixed; k++) starts[k][j] = previous[j];
   }
   if (shared) std::copy(previous, previous + MAX_TERMS, starts[n++]);
-  double best = HUGE_VAL;
-  float bestV[MAX_TERMS] = {};
+  std::vector<LoadFit> out;
   for (int k = 0; k < n; k++) {
     for (size_t j = 0; j < plan.terms.size(); j++) Member(t, plan.terms[j].base) = starts[k][j];
-    const double rms = KFitMembers(t, pts, plan.channel, varied, 100);
-    if (rms < best) {
-      best = rms;
-      for (size_t j = 0; j < plan.terms.size(); j++) bestV[j] = Member(t, plan.terms[j].base);
-    }
+    LoadFit f = {KFitMembers(t, pts, plan.channel, varied, 100), {}};
+    if (!(f.rms < HUGE_VAL)) continue;
+    for (size_t j = 0; j < plan.terms.size(); j++)
+      f.v[j] = plan.terms[j].even ? std::fabs(Member(t, plan.terms[j].base)) : Member(t, plan.terms[j].base);
+    out.push_back(f);
   }
-  for (size_t j = 0; j < plan.terms.size(); j++)
-    Member(t, plan.terms[j].base) = plan.terms[j].even ? std::fabs(bestV[j]) : bestV[j];
-  return best < HUGE_VAL;
+  std::stable_sort(out.begin(), out.end(), [](const LoadFit &a, const LoadFit &b) { return a.rms < b.rms; });
+  return out;
+}
+
+// One load's sweep can leave the terms shared by all loads open: at a high
+// load a moment of shape factor 2 with curvature 0 and one of 3 with
+// curvature 1 fit its points equally well, and only the other loads tell
+// them apart. So the first load's results within NEAR_TIE of its best that
+// differ in a shared term each start a chain down the loads (at most
+// MAX_CHAINS), and the chain with the least summed square residual wins.
+constexpr double NEAR_TIE = 1.1;
+constexpr size_t MAX_CHAINS = 3;
+
+// Whether `a` and `b` differ in a term without a load trend (by more than
+// a hundredth of its range).
+bool SharedDiffer(const PerLoadPlan &plan, const LoadFit &a, const LoadFit &b) {
+  for (size_t j = 0; j < plan.terms.size(); j++) {
+    const KPacejkaMember *m = KPacejkaFindMember(plan.terms[j].base);
+    if (!plan.terms[j].trend[1] && std::fabs(a.v[j] - b.v[j]) > 0.01 * (m->fitMax - m->fitMin)) return true;
+  }
+  return false;
 }
 
 constexpr size_t MAX_LOAD_POINTS = 200;
+constexpr double TOLD_APART = 10;
 
 bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyre) {
   // 1. the pure-slip points of the channel at the smallest camber, by load
@@ -578,33 +643,71 @@ bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyr
   if (groups.empty()) return false;
   // 2. a copy with the load and camber terms at 0, fitted per load: the
   //    largest load first (the moment stands farthest above the noise there),
-  //    then down from it, each load starting from the one before
+  //    then down from it, each load starting from the one before; a chain
+  //    down the loads from each of the largest load's near-ties
   KPacejka *t = new KPacejka;
   KFitCopy(*tyre, t);
   for (const char *n : plan.zeroed) Member(t, n) = 0.0f;
-  std::vector<double> x;
-  std::vector<std::vector<double>> values(plan.terms.size());
-  float previous[MAX_TERMS] = {};
-  for (size_t g = groups.size(); g-- > 0;) {
-    if (!FitAtLoad(plan, groups[g], g + 1 < groups.size(), previous, t)) continue;
+  std::vector<LoadFit> first;
+  size_t g0 = groups.size();
+  while (first.empty() && g0-- > 0) first = FitAtLoad(plan, groups[g0], false, nullptr, t);
+  if (first.empty()) {
+    delete t;
+    return false;
+  }
+  std::vector<LoadFit> chains = {first.front()};
+  for (const LoadFit &f : first)
+    if (chains.size() < MAX_CHAINS && f.rms <= NEAR_TIE * first.front().rms &&
+        std::all_of(chains.begin(), chains.end(), [&](const LoadFit &c) { return SharedDiffer(plan, f, c); }))
+      chains.push_back(f);
+  auto loadX = [&](size_t g) {
     const double fz = groups[g].front()->fz;
-    x.push_back(plan.pac96 ? 0.001 * fz : (fz - t->fz0) / t->fz0);
-    for (size_t k = 0; k < plan.terms.size(); k++) {
-      previous[k] = Member(t, plan.terms[k].base);
-      values[k].push_back(previous[k]);
+    return plan.pac96 ? 0.001 * fz : (fz - t->fz0) / t->fz0;
+  };
+  std::vector<double> x, rms;
+  std::vector<std::vector<double>> values;
+  double bestTotal = HUGE_VAL;
+  for (const LoadFit &c : chains) {
+    std::vector<double> cx = {loadX(g0)}, cr = {c.rms};
+    std::vector<std::vector<double>> cv(plan.terms.size());
+    for (size_t k = 0; k < plan.terms.size(); k++) cv[k].push_back(c.v[k]);
+    double total = c.rms * c.rms;
+    float previous[MAX_TERMS];
+    std::copy(c.v, c.v + MAX_TERMS, previous);
+    for (size_t g = g0; g-- > 0;) {
+      const std::vector<LoadFit> fits = FitAtLoad(plan, groups[g], true, previous, t);
+      if (fits.empty()) continue;
+      total += fits.front().rms * fits.front().rms;
+      cx.push_back(loadX(g));
+      cr.push_back(fits.front().rms);
+      for (size_t k = 0; k < plan.terms.size(); k++) cv[k].push_back(fits.front().v[k]);
+      std::copy(fits.front().v, fits.front().v + MAX_TERMS, previous);
     }
+    if (total < bestTotal) bestTotal = total, x.swap(cx), values.swap(cv), rms.swap(cr);
   }
   delete t;
   if (x.empty()) return false;
-  // 3. the load trends through the per-load values
+  // 3. the load trends through the per-load values, each load weighted by
+  //    how closely its fit follows its points (1 / RMS², the RMS over the
+  //    load's own peak): at a light load the moment may stand no higher than
+  //    the noise, and its values tell nothing. Loads more than
+  //    TOLD_APART times the best one's RMS do not count towards the degree a
+  //    trend can take (three loads, one of them noise, make a line, not a
+  //    parabola).
+  std::vector<double> weight;
+  double most = 0;
+  for (double r : rms) weight.push_back(1.0 / std::max(r * r, 1e-12)), most = std::max(most, weight.back());
+  const int told = int(std::count_if(weight.begin(), weight.end(),
+                                     [&](double w) { return w * TOLD_APART * TOLD_APART >= most; }));
   for (size_t k = 0; k < plan.terms.size(); k++) {
     const PerLoadTerm &term = plan.terms[k];
-    const int deg = term.trend[2] ? 2 : term.trend[1] ? 1 : 0;
+    const int deg = std::min(term.trend[2] ? 2 : term.trend[1] ? 1 : 0, std::max(told - 1, 0));
     double c[3];
-    Poly(x, values[k], deg, c);
-    for (int e = 0; e <= deg; e++) {
+    Poly(x, values[k], weight, deg, c);
+    for (int e = 0; e < 3; e++) {
+      if (!term.trend[e]) continue;
       const KPacejkaMember *m = KPacejkaFindMember(term.trend[e]);
-      Member(tyre, term.trend[e]) = float(std::clamp(c[e], double(m->fitMin), double(m->fitMax)));
+      Member(tyre, term.trend[e]) = e <= deg ? float(std::clamp(c[e], double(m->fitMin), double(m->fitMax))) : 0.0f;
     }
   }
   for (const char *n : plan.zeroed) {
@@ -621,6 +724,6 @@ bool StartPerLoad(const PerLoadPlan &plan, const KMeasuredData &d, KPacejka *tyr
 bool KFitStageStart(const KMeasuredData &data, const KFitStage &stage, KPacejka *tyre) {
   const bool pac96 = tyre->model == KPacejka::PAC96;
   if (stage.group == KPacejkaMember::PURE_MZ) return StartPerLoad(pac96 ? kPac96Mz : kMagicMz, data, tyre);
-  if (stage.group == KPacejkaMember::PURE_FX && !pac96) return StartPerLoad(kMagicFx, data, tyre);
+  if (stage.group == KPacejkaMember::PURE_FX) return StartPerLoad(pac96 ? kPac96Fx : kMagicFx, data, tyre);
   return false;
 }

@@ -13,15 +13,17 @@
 namespace {
 
 // Column names in table order; the first four are the operating point, the
-// last three the channels (column KCOL_FX + channel).
-const char *const kColumnNames[KMEASURED_COLUMNS] = {"fz", "kappa", "alpha", "gamma",
-                                                     "fx", "fy",    "mz"};
-enum { KCOL_FZ = 0, KCOL_FX = 4 };
+// next three the channels (column KCOL_FX + channel), then the optional
+// inflation pressure.
+const char *const kColumnNames[KMEASURED_COLUMNS + 1] = {"fz", "kappa", "alpha", "gamma",
+                                                         "fx", "fy",    "mz",    "pressure"};
+enum { KCOL_FZ = 0, KCOL_FX = 4, KCOL_PRESSURE = KMEASURED_COLUMNS, KCOL_ALL = KMEASURED_COLUMNS + 1 };
 
 const char *const kChannelNames[KCH_COUNT] = {"Fx", "Fy", "Mz"};
 
 double *Field(KMeasuredPoint &p, int column) {
   double *inputs[] = {&p.fz, &p.kappa, &p.alpha, &p.gamma};
+  if (column == KCOL_PRESSURE) return &p.pressure;
   return column < KCOL_FX ? inputs[column] : &p.force[column - KCOL_FX];
 }
 
@@ -69,7 +71,7 @@ struct Reader {
   KMeasuredData *data;
   bool quiet = false;
   int lineNo = 0;
-  int columns[KMEASURED_COLUMNS] = {};  // field index of each table column, -1: absent
+  int columns[KCOL_ALL] = {};  // field index of each column, -1: absent
   int fieldCount = 0;
 
   bool Fail(const char *fmt, ...) QFMT(2, 3);
@@ -96,7 +98,7 @@ bool Reader::Header(const std::vector<std::string> &fields) {
   fieldCount = int(fields.size());
   for (int f = 0; f < fieldCount; f++) {
     int col = -1;
-    for (int c = 0; c < KMEASURED_COLUMNS; c++)
+    for (int c = 0; c < KCOL_ALL; c++)
       if (!strcasecmp(fields[size_t(f)].c_str(), kColumnNames[c])) col = c;
     if (col < 0)
       return Fail("column %d: unknown name '%s' (known: fz, kappa, alpha, gamma, fx, fy, mz)", f + 1,
@@ -119,7 +121,7 @@ bool Reader::Row(const std::vector<std::string> &fields) {
   if (int(fields.size()) != fieldCount)
     return Fail("%zu fields where the header has %d", fields.size(), fieldCount);
   KMeasuredPoint p;
-  for (int c = 0; c < KMEASURED_COLUMNS; c++) {
+  for (int c = 0; c < KCOL_ALL; c++) {
     const int f = columns[c];
     if (f < 0) continue;
     const std::string &text = fields[size_t(f)];
@@ -130,6 +132,8 @@ bool Reader::Row(const std::vector<std::string> &fields) {
       return Fail("column %d (%s): '%s' is not a number", f + 1, kColumnNames[c], text.c_str());
     if (!std::isfinite(v) || errno == ERANGE)
       return Fail("column %d (%s): '%s' is not a finite number", f + 1, kColumnNames[c], text.c_str());
+    if (c == KCOL_PRESSURE && v < 0)
+      return Fail("column %d (pressure): '%s' is not a pressure (Pa; 0 where it is unknown)", f + 1, text.c_str());
     *Field(p, c) = v;
   }
   data->points.push_back(p);
@@ -197,10 +201,19 @@ bool KMeasuredRead(const char *fileName, KMeasuredData *data) {
   return KMeasuredParse(text.data(), text.size(), fileName, data);
 }
 
+bool KMeasuredHasPressure(const KMeasuredData &data) {
+  for (const KMeasuredPoint &p : data.points)
+    if (p.pressure > 0) return true;
+  return false;
+}
+
 std::string KMeasuredFormat(const KMeasuredData &data) {
-  auto written = [&data](int c) { return c < KCOL_FX || data.has[c - KCOL_FX]; };
+  const bool pressure = KMeasuredHasPressure(data);
+  auto written = [&data, pressure](int c) {
+    return c == KCOL_PRESSURE ? pressure : c < KCOL_FX || data.has[c - KCOL_FX];
+  };
   std::string out;
-  for (int c = 0; c < KMEASURED_COLUMNS; c++) {
+  for (int c = 0; c < KCOL_ALL; c++) {
     if (!written(c)) continue;
     out += c ? "," : "";
     out += kColumnNames[c];
@@ -209,7 +222,7 @@ std::string KMeasuredFormat(const KMeasuredData &data) {
   char buf[32];
   for (const KMeasuredPoint &p : data.points) {
     KMeasuredPoint q = p;
-    for (int c = 0; c < KMEASURED_COLUMNS; c++) {
+    for (int c = 0; c < KCOL_ALL; c++) {
       if (!written(c)) continue;
       snprintf(buf, sizeof buf, "%s%.17g", c ? "," : "", *Field(q, c));
       out += buf;

@@ -10,6 +10,7 @@
 //   gamma  camber, rad                 (0 when absent)
 //   fx fy  forces, N                   (at least one of fx, fy, mz)
 //   mz     aligning moment, N·m
+//   pressure  inflation pressure, Pa   (optional; unknown when absent)
 // The units and signs are those of `tyrograph-cli eval`. Fields are separated
 // by commas or by blanks and tabs; blank lines and lines whose first
 // non-blank character is '#' are skipped. Every field must be a finite
@@ -32,8 +33,8 @@ enum KChannel : int { KCH_FX, KCH_FY, KCH_MZ, KCH_COUNT };
 struct KMeasuredPoint {
   double fz = 0, kappa = 0, alpha = 0, gamma = 0;
   double force[KCH_COUNT] = {0, 0, 0};  // Fx, Fy (N), Mz (N·m)
-  // Inflation pressure (Pa) of the point's set point; 0 when unknown (the
-  // CSV format has no column for it: conditioned rig runs set it).
+  // Inflation pressure (Pa) of the point's set point; 0 when unknown (a
+  // CSV file without a pressure column).
   double pressure = 0;
 };
 
@@ -43,7 +44,8 @@ struct KMeasuredData {
   std::string error;                            // the last reading problem
 };
 
-// The column names, in the table order fz, kappa, alpha, gamma, fx, fy, mz.
+// The column names, in the table order fz, kappa, alpha, gamma, fx, fy, mz;
+// the optional `pressure` column follows them.
 enum { KMEASURED_COLUMNS = 7 };
 const char *KMeasuredColumnName(int column);
 // The channel name as printed: "Fx", "Fy", "Mz".
@@ -55,6 +57,9 @@ const char *KChannelName(int channel);
 bool KMeasuredParse(const char *text, size_t size, const char *fileName, KMeasuredData *data, bool quiet = false);
 // Reads and parses a file.
 bool KMeasuredRead(const char *fileName, KMeasuredData *data);
+// Whether any point has a pressure.
+bool KMeasuredHasPressure(const KMeasuredData &data);
 // The data as CSV text with every column, numbers in round-trip precision
-// (what KMeasuredParse reads back unchanged).
+// (what KMeasuredParse reads back unchanged); the pressure column only when
+// a point has a pressure, so data without one gives the seven columns.
 std::string KMeasuredFormat(const KMeasuredData &data);

@@ -89,6 +89,7 @@ struct KRunData {
   std::vector<std::string> notes;       // what the reader and the axis mapping decided
   size_t rows = 0;
   bool timeFromRows = false;            // no time column: the row numbers stand in
+  bool mzTurned = false;                // --axes auto turned Mz round against Fy (KRunMapAxes)
   std::string error;
 };
 
@@ -109,15 +110,25 @@ bool KRunFromColumns(const std::vector<std::string> &names, const std::vector<co
 bool KRunReadFile(const char *fileName, std::string *text, std::string *error);
 // Whether the text is for the tidy CSV reader of tyre/kmeasured.h rather
 // than a rig run: not TYDEX; a names row without semicolons, bracketed
-// units or any name only rigs use (SA, FZW, ET, ...); no units row. Bad
+// units or any name only rigs use (SA, FZW, ET, ...; `pressure` is the
+// tidy format's own); no units row. Bad
 // tidy files stay with the tidy reader and its messages.
 bool KRunIsTidyCsv(const char *text, size_t size);
 
 // Maps the run onto our axes (KRunOptions::axes): "iso" keeps the signs;
 // "sae" turns load, slip angle, lateral force and aligning moment round
 // (a half turn about the x axis); "auto" takes "sae" when most loads are
-// negative, "iso" otherwise. Adds what it decided, with the slopes of Fy
-// and Mz over small slip angles, to run->notes.
+// negative, "iso" otherwise, and then checks Fy against Mz: a half turn
+// keeps both slopes over small slip angles, and with a positive trail they
+// are of opposite signs, so when both are clearly of one sign (each at
+// least ten standard errors from zero) Mz was logged turned round and is
+// turned back (run->mzTurned); when either is too flat or noisy to tell,
+// Mz is kept and the note says so. Adds what it decided, with the slopes of
+// Fy and Mz over small slip angles, to run->notes.
 void KRunMapAxes(KRunData *run, int axes);
+// The test `auto` turns Mz round by: the slopes of Fy and Mz over small
+// slip angles, each with its t value (slope over its standard error), both
+// clear of noise and of one sign.
+bool KRunAxesSlopesTurned(double fySlope, double fyT, double mzSlope, double mzT);
 // The signs each axis system flips, for the README table and messages.
 bool KRunAxesFlips(int axes, int channel);

@@ -230,7 +230,7 @@ bool KRunReadFile(const char *fileName, std::string *text, std::string *error) {
 }
 
 bool KRunIsTidyCsv(const char *text, size_t size) {
-  static const char *const tidy[] = {"fz", "kappa", "alpha", "gamma", "fx", "fy", "mz"};
+  static const char *const tidy[] = {"fz", "kappa", "alpha", "gamma", "fx", "fy", "mz", "pressure"};
   size_t at = 0;
   int line = 0;
   while (at < size && line < 2) {

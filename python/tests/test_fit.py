@@ -88,3 +88,49 @@ def test_an_error_keeps_its_file_and_line(tmp_path):
     with pytest.raises(tyrograph.Error) as caught:
         tyrograph.convert(MF61_TIR, "pac96", str(tmp_path / "y.tir"))
     assert caught.value.line is None
+
+
+def test_a_poor_fit_is_refused_unless_forced(tmp_path):
+    """R2 below 0.5 in a fitted channel: the command's exit status 3, here
+    tyrograph.Error naming the channel and its R2, the figures on it, nothing
+    written; force=True gives the figures and the file, with a warning."""
+    rng = np.random.default_rng(7)
+    n = 200
+    alpha = rng.uniform(-0.2, 0.2, n)
+    fy = rng.uniform(-3000.0, 3000.0, n)  # no relation to the slip angle at all
+    noise = tmp_path / "noise.csv"
+    noise.write_text("fz,alpha,fy\n" + "".join("4000,%r,%r\n" % (a, f) for a, f in zip(alpha, fy)))
+    out = tmp_path / "noise.tir"
+    done = run_cli("fit", noise, "--model", "mf61", "-o", tmp_path / "cli.tir", "--report", tmp_path / "cli.json",
+                   check=False)
+    assert done.returncode == 3
+    cli_r2 = json.loads((tmp_path / "cli.json").read_text())["channels"]["Fy"]["r2"]
+    assert cli_r2 < 0.5
+    with pytest.raises(tyrograph.Error, match=r"^Fy fits poorly: R2 = [-0-9.e]+, below 0.5 \(check the data's units") as caught:
+        tyrograph.fit(str(noise), "mf61", str(out))
+    assert "force=True" in str(caught.value) and str(out) + " not written" in str(caught.value)
+    assert caught.value.figures["channels"]["Fy"]["r2"] == cli_r2
+    assert caught.value.figures["output"] is None and caught.value.file is None
+    assert not out.exists()
+    # kept in memory only: refused the same way
+    with pytest.raises(tyrograph.Error, match="Fy fits poorly"):
+        tyrograph.fit({"fz": np.full(n, 4000.0), "alpha": alpha, "fy": fy}, "mf61")
+    with pytest.warns(tyrograph.TyreWarning, match="Fy fits poorly.*\n.*written all the same"):
+        res = tyrograph.fit(str(noise), "mf61", str(out), force=True)
+    assert res["channels"]["Fy"]["r2"] == cli_r2 and res["output"] == str(out) and out.exists()
+
+
+def test_fit_says_what_it_did_with_the_pressures(synthetic, tmp_path):
+    run = os.path.join(SOURCE, "data", "measured", "rig_run_mf61.txt")
+    clean = tmp_path / "clean.csv"
+    run_cli("data", run, "--thin", "25", "-o", clean)
+    d = tyrograph.read_data(str(clean))
+    assert d["tidy"] and sorted(set(d["pressure"])) == [204000.0, 239990.0]
+    res = tyrograph.fit(str(clean), "mf61")
+    p = res["pressure"]
+    assert p["set_points"] == [(239990.0, 937), (204000.0, 582)]
+    assert p["stages"] == 3 and p["nompres"] == 239990.0 and p["nompres_from"] == "most points"
+    assert p["pure_stages_at"] == 239990.0
+    assert "NOMPRES = 239990 Pa" in p["note"]
+    assert res["tyre"]["nompres"] == 239990.0
+    assert tyrograph.fit(synthetic, "mf61")["pressure"] is None

@@ -25,6 +25,7 @@ grep -q 'Data: .*touring.csv (tidy CSV), 198 points at 9 set points; channels Fx
   { echo "FAIL summary data line"; fail=1; }
 grep -q 'Fy over slip angle (slip ratio 0)' r.txt || { echo "FAIL chart title"; fail=1; }
 grep -q 'slip angle \[deg\]' r.txt || { echo "FAIL axis name"; fail=1; }
+grep -qi 'nompres\|ppx1' r.txt && { echo "FAIL pressure terms in a fit without pressures"; fail=1; }
 
 # 2. an existing report is kept without --force, replaced with it
 echo keep >old.pdf
@@ -47,4 +48,18 @@ check "tyrograph-cli fit: no/such/dir/r.pdf: can't open output file for writing"
 check 2 "$?" extension-exit
 check "tyrograph-cli fit: --report-pdf: 'r.png' does not end in .pdf" "$(head -1 err.txt)" extension-message
 check "" "$(ls t4.tir r.png 2>/dev/null)" extension-nothing-written
+# 5. a fit at two pressures (the run's points through data -o): the
+# coefficient table lists NOMPRES and the pressure terms, the summary says
+# what the pressure stages did
+"$cli" data "$src/data/measured/rig_run_mf61.txt" --thin 10 -o p.csv >/dev/null 2>&1
+"$cli" fit p.csv --model mf61 -o p.tir --report-pdf p.pdf >/dev/null 2>err.txt
+check 0 "$?" pressure-exit
+pdftotext -layout p.pdf p.txt
+grep -qE 'nompres +239990 +pressure +nominal, most points' p.txt || { echo "FAIL pressure nompres row"; fail=1; }
+for name in ppx1 ppx4 ppy1 ppy4 ppz1 ppz2; do
+  grep -qE "$name +-?[0-9.e-]+ +pressure" p.txt || { echo "FAIL pressure row $name"; fail=1; }
+done
+grep -qE 'qpz1 +0 +pressure +carried, not fitted' p.txt || { echo "FAIL pressure carried row"; fail=1; }
+grep -q 'Pressure stages ran (Fx, Fy, Mz) about NOMPRES = 239990 Pa, the pressure with the most points' p.txt ||
+  { echo "FAIL pressure summary"; fail=1; }
 exit $fail

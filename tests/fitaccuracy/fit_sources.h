@@ -2,7 +2,10 @@
 // loading a source, the loads between fitted ones, measurement noise.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <filesystem>
 #include <ostream>
@@ -65,8 +68,40 @@ inline void AddFitNoise(KMeasuredData *d, unsigned seed) {
   }
 }
 
-// gtest prints a parameter through this.
+// A perturbed copy of a tyre: the coefficients that set each curve's shape,
+// height, slope and (for the moment) trail and residual torque, each scaled
+// by a factor in 0.9 ... 1.1 drawn from `seed`.
+inline void PerturbFitSource(KPacejka *t, unsigned seed) {
+  static const char *const magic[] = {"pcx1", "pdx1", "pkx1", "pex1", "pcy1", "pdy1", "pky1",
+                                      "pey1", "qbz1", "qcz1", "qdz1", "qez1", "qdz6"};
+  static const char *const pac96[] = {"b0", "b2", "b4", "b8", "a0", "a2", "a3", "a7", "c0", "c2", "c4", "c9"};
+  std::mt19937 rng(seed);
+  std::uniform_real_distribution<double> factor(0.9, 1.1);
+  auto scale = [&](const char *name) {
+    const KPacejkaMember *m = KPacejkaFindMember(name);
+    if (m) KPacejkaSetMember(*t, *m, KPacejkaGetMember(*t, *m) * factor(rng));
+  };
+  if (t->model == KPacejka::PAC96)
+    for (const char *n : pac96) scale(n);
+  else
+    for (const char *n : magic) scale(n);
+}
+
+// The model family a fit of `source` takes: its own.
+inline int FitFamilyOf(const KPacejka &source) {
+  return source.model == KPacejka::PAC96 ? KPacejka::PAC96
+         : source.model == KPacejka::MF52 ? KPacejka::MF52
+                                           : KPacejka::MF61;
+}
+
+// gtest prints a parameter through this, and names its tests with this.
 inline void PrintTo(const FitSource &s, std::ostream *os) { *os << FitSourceName(s); }
+inline std::string FitSourceTestName(const testing::TestParamInfo<FitSource> &i) {
+  std::string n = FitSourceName(i.param);
+  for (char &c : n)
+    if (!isalnum(static_cast<unsigned char>(c))) c = '_';
+  return n;
+}
 
 // RMS limits, % of peak, per channel.
 struct Limits {

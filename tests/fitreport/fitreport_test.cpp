@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "render/qrecorder.h"
 #include "tests/base/capture.h"
 #include "tyre/kcondition.h"
+#include "tyre/kpacejka_batch.h"
 #include "tyre/ksample.h"
 
 namespace {
@@ -211,6 +213,79 @@ TEST(FitReportPages, ResidualsAreMeasuredMinusFittedAtEachPoint) {
   // two loads: one colour each, named in the legend
   EXPECT_EQ(fx.series[1].label, "Fz 3000 N");
   EXPECT_EQ(fx.series[2].label, "Fz 5000 N");
+}
+
+// A fit at two pressures: the points at 85 % of NOMPRES made by the tyre at
+// that pressure, grouped into set points by pressure too; the coefficient
+// table then lists NOMPRES and the pressure terms, the summary says what
+// the pressure stages did, and curves and residuals are taken at each set
+// point's own pressure.
+struct PressureFixture : Fixture {
+  PressureFixture() : Fixture({4000}, {0.0}, false) {
+    const double nominal = tyre.nompres, low = 0.85 * nominal;
+    const size_t n = data.points.size();
+    for (size_t i = 0; i < n; i++) {
+      KMeasuredPoint p = data.points[i];
+      data.points[i].pressure = nominal;
+      p.pressure = low;
+      float out[KCH_COUNT];
+      KPacejkaEvaluateBatchDoubleAtPressure(tyre, 1, &p.fz, &p.kappa, &p.alpha, &p.gamma, &p.pressure, &out[0],
+                                            &out[1], &out[2], KBATCH_EXACT);
+      for (int ch = 0; ch < KCH_COUNT; ch++) p.force[ch] = out[ch];
+      data.points.push_back(p);
+    }
+    KConditionSetPoints(data, &in.setPoints, &in.setPoint);
+    result.pressures = {{nominal, int(n)}, {low, int(n)}};
+    result.pressureStages = 3;
+    result.nominalPressure = result.stagePressure = nominal;
+  }
+};
+
+std::map<std::string, std::vector<std::string>> CoefficientRows(const FitReport &r) {
+  std::map<std::string, std::vector<std::string>> rows;
+  for (const FitReportPage &p : r.pages)
+    for (const FitReportBlock &b : p.blocks)
+      if (b.kind == FitReportBlock::TABLE && b.table.header[0] == "name")
+        for (const auto &row : b.table.rows) rows[row[0]] = row;
+  return rows;
+}
+
+TEST(FitReportPages, PressureFitListsItsTermsAndDrawsAtEachPressure) {
+  PressureFixture f;
+  ASSERT_EQ(f.in.setPoints.size(), 2u);
+  EXPECT_EQ(f.in.setPoints[1].pressure, 0.85 * f.tyre.nompres);
+  const FitReport r = FitReportBuild(f.in);
+  auto rows = CoefficientRows(r);
+  ASSERT_EQ(rows.count("nompres"), 1u);
+  EXPECT_EQ(rows["nompres"][1], "260000");
+  EXPECT_EQ(rows["nompres"][3], "nominal, most points");
+  for (const char *name : {"ppx1", "ppx4", "ppy1", "ppy5", "ppz1", "qpz1"}) EXPECT_EQ(rows.count(name), 1u) << name;
+  bool said = false;
+  for (const std::string &line : r.pages[0].blocks[0].lines)
+    said = said || line == "Pressure stages ran (Fx, Fy, Mz) about NOMPRES = 260000 Pa, the pressure with the most points";
+  EXPECT_TRUE(said);
+  // the low pressure's curves run through its points, its residuals are 0
+  int checked = 0;
+  for (const FitReportPage &p : r.pages) {
+    if (StartsWith(p.title, "Set point 2 of 2"))
+      for (int ch = 0; ch < 3; ch++) {
+        const ChartSeries &pts = p.blocks[size_t(ch)].chart.series[0], &curve = p.blocks[size_t(ch)].chart.series[1];
+        for (size_t i = 0; i < pts.x.size(); i++, checked++)
+          EXPECT_NEAR(At(curve, pts.x[i]), pts.y[i], ch == 2 ? 2.0 : 40.0) << p.title << " " << ch << " x " << pts.x[i];
+      }
+    if (!StartsWith(p.title, "Residuals")) continue;
+    for (const FitReportBlock &b : p.blocks)
+      for (const ChartSeries &s : b.chart.series) {
+        if (!s.points) continue;
+        for (float y : s.y) EXPECT_NEAR(y, 0.0f, 0.05f) << b.chart.title;
+      }
+  }
+  EXPECT_EQ(checked, 3 * 12);
+  // one pressure: no pressure terms in the table
+  f.result.pressureStages = 0;
+  rows = CoefficientRows(FitReportBuild(f.in));
+  EXPECT_EQ(rows.count("nompres") + rows.count("ppy1"), 0u);
+  EXPECT_EQ(rows.count("pdy1"), 1u);
 }
 
 TEST(FitReportPages, ManySetPointsContinueTheSummary) {

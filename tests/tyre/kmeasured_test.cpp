@@ -53,6 +53,30 @@ TEST(MeasuredRead, MissingColumnsAndRoundTrip) {
   EXPECT_FALSE(back.has[KCH_FX]);
 }
 
+// The optional pressure column: read into each point, written only when a
+// point has a pressure, so data without one keeps its seven columns.
+TEST(MeasuredRead, PressureColumnRoundTripsAndIsWrittenOnlyWhenThere) {
+  KMeasuredData d;
+  ASSERT_TRUE(Parse("fz,alpha,fy,PRESSURE\n4000,0.05,2100.5,240000\n4000,-0.05,-2100.5,204000.5\n", &d)) << d.error;
+  EXPECT_EQ(d.points[0].pressure, 240000);
+  EXPECT_EQ(d.points[1].pressure, 204000.5);
+  EXPECT_TRUE(KMeasuredHasPressure(d));
+  d.points[1].pressure = 2e5 / 3;  // not short in decimal
+  const std::string text = KMeasuredFormat(d);
+  EXPECT_EQ(text.substr(0, text.find('\n')), "fz,kappa,alpha,gamma,fy,pressure");
+  KMeasuredData back;
+  ASSERT_TRUE(Parse(text, &back)) << back.error;
+  EXPECT_EQ(back.points[1].pressure, d.points[1].pressure);
+  EXPECT_EQ(KMeasuredFormat(back), text);
+  // without pressure: no column, and the text of before
+  for (KMeasuredPoint &p : d.points) p.pressure = 0;
+  EXPECT_FALSE(KMeasuredHasPressure(d));
+  EXPECT_EQ(KMeasuredFormat(d).substr(0, KMeasuredFormat(d).find('\n')), "fz,kappa,alpha,gamma,fy");
+  ReportCapture cap;
+  EXPECT_FALSE(Parse("fz,fy,pressure\n4000,1,-2\n", &d));
+  EXPECT_EQ(d.error, "d.csv:2: column 3 (pressure): '-2' is not a pressure (Pa; 0 where it is unknown)");
+}
+
 TEST(MeasuredRead, BadInputIsRefusedWithWhereAndWhat) {
   struct Row { const char *text, *message; };
   const Row rows[] = {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "tests/base/capture.h"
 #include "tyre/kdataload.h"
@@ -258,6 +259,100 @@ TEST(KRunAxes, SaeTurnsExactlyTheFourChannels) {
   EXPECT_EQ(0u, run.notes.back().find("axes auto: the loads are negative, so SAE"));
 }
 
+// A slip-angle sweep of `rows` rows (±0.1 rad, load `fz`) with Fy and Mz
+// of the given slopes at small slip (as the file has them: a half turn
+// keeps both) (tanh curves, so larger angles bend
+// over), plus a camber offset and pseudo-random noise of `noise` N and
+// N·m; read through the columns reader as a rig's file would be.
+KRunData Sweep(double fz, double fySlope, double mzSlope, double noise, int rows = 400, double camberOffset = 0) {
+  std::vector<double> sa, fzv, fy, mz, ia;
+  unsigned seed = 12345;
+  auto rnd = [&seed] {  // uniform in [-1, 1), the same every run
+    seed = seed * 1103515245u + 12345u;
+    return double((seed >> 8) & 0xffff) / 32768.0 - 1;
+  };
+  for (int i = 0; i < rows; i++) {
+    const double a = 0.1 * std::sin(2 * M_PI * i / 100.0);
+    sa.push_back(a);
+    fzv.push_back(fz);
+    // two camber set points, each with its own Fy and Mz offset
+    const double side = 2 * i < rows ? -1 : 1;
+    ia.push_back(side * 0.05);
+    fy.push_back(0.1 * fySlope * std::tanh(a / 0.1) + 40 + 10 * side * camberOffset + noise * rnd());
+    mz.push_back(0.05 * mzSlope * std::tanh(a / 0.05) + 3 + side * camberOffset + noise * rnd());
+  }
+  KRunData run;
+  ReportCapture quiet;
+  EXPECT_TRUE(KRunFromColumns({"SA", "FZ", "FY", "MZ", "IA"}, {sa.data(), fzv.data(), fy.data(), mz.data(), ia.data()},
+                              size_t(rows), "sweep", KRunOptions(), &run))
+      << run.error;
+  return run;
+}
+
+double MzSlopeSign(const KRunData &run) {
+  double s = 0;
+  for (size_t i = 0; i < run.rows; i++)
+    if (std::fabs(run.channel[KRUN_ALPHA].v[i]) < 0.03) s += run.channel[KRUN_ALPHA].v[i] * run.channel[KRUN_MZ].v[i];
+  return s > 0 ? 1 : -1;
+}
+
+// --axes auto: the load sign picks ISO or SAE, then Fy is checked against
+// Mz: slopes of one sign (which no positive trail gives) turn Mz back;
+// opposite slopes, and slopes too flat to tell, keep it; iso and sae never
+// look at the slopes.
+TEST(KRunAxes, AutoTurnsMzBackWhenItSlopesAsFyDoes) {
+  struct Case {
+    const char *what;
+    double fz, fySlope, mzSlope, noise;
+    int axes;
+    bool turned;
+    const char *note;  // a part of the note
+  };
+  const Case cases[] = {
+      // a TIR-like tyre in ISO (Fy falls, Mz rises) and in SAE: kept
+      {"iso normal", 4000, -80000, 2400, 20, KAXES_AUTO, false, "axes auto: the loads are positive, so ISO (signs kept); Fy falls"},
+      {"sae normal", -4000, -80000, 2400, 20, KAXES_AUTO, false, "so SAE (fz, alpha, fy, mz turned round); Fy falls"},
+      // a Pacejka89/96-like tyre (Fy rises, Mz falls): kept
+      {"fy rising", 4000, 80000, -2400, 20, KAXES_AUTO, false, "; Fy rises with the slip angle"},
+      // Mz logged turned round, in ISO and in SAE: turned back
+      {"iso mz turned", 4000, -80000, -2400, 20, KAXES_AUTO, true,
+       "; Fy and Mz both fall with the slip angle (within set points Fy -7.89"},
+      {"sae mz turned", -4000, -80000, -2400, 20, KAXES_AUTO, true, "which a positive trail never gives: Mz turned round"},
+      // Mz no more than noise: too flat to tell
+      {"mz flat", 4000, -80000, -5, 200, KAXES_AUTO, false, "too flat or noisy to check one against the other"},
+      // explicit axes keep the file's Mz whatever the slopes say
+      {"iso given", 4000, -80000, -2400, 20, KAXES_ISO, false, "axes iso: signs kept; Fy falls"},
+      {"sae given", -4000, -80000, -2400, 20, KAXES_SAE, false, "axes sae: fz, alpha, fy, mz turned round; Fy falls"},
+  };
+  for (const Case &c : cases) {
+    KRunData run = Sweep(c.fz, c.fySlope, c.mzSlope, c.noise);
+    const double mzSign = c.mzSlope > 0 ? 1 : -1;  // a half turn keeps the slopes
+    KRunMapAxes(&run, c.axes);
+    EXPECT_EQ(c.turned, run.mzTurned) << c.what;
+    EXPECT_EQ(c.turned ? -mzSign : mzSign, MzSlopeSign(run)) << c.what;
+    EXPECT_NE(std::string::npos, run.notes.back().find(c.note)) << c.what << ": " << run.notes.back();
+    EXPECT_GT(run.channel[KRUN_FZ].v[0], 0) << c.what;
+  }
+  // camber offsets between the set points are not scatter about the slope:
+  // Mz turned round still shows through them
+  KRunData offsets = Sweep(4000, -80000, -2400, 20, 400, 100);
+  KRunMapAxes(&offsets, KAXES_AUTO);
+  EXPECT_TRUE(offsets.mzTurned) << offsets.notes.back();
+  // too few rows at small slip to tell
+  KRunData few = Sweep(4000, -80000, -2400, 20, 8);
+  KRunMapAxes(&few, KAXES_AUTO);
+  EXPECT_FALSE(few.mzTurned);
+  EXPECT_NE(std::string::npos, few.notes.back().find("too few rows at small slip (")) << few.notes.back();
+}
+
+TEST(KRunAxes, SlopesTurnedNeedsBothClearAndOfOneSign) {
+  EXPECT_TRUE(KRunAxesSlopesTurned(-1, -50, -2, -12));
+  EXPECT_TRUE(KRunAxesSlopesTurned(3, 10, 2, 10));
+  EXPECT_FALSE(KRunAxesSlopesTurned(-1, -50, 2, 12));  // opposite: as it should be
+  EXPECT_FALSE(KRunAxesSlopesTurned(-1, -50, -2, -9));  // Mz within noise
+  EXPECT_FALSE(KRunAxesSlopesTurned(-1, -9, -2, -50));  // Fy within noise
+}
+
 TEST(KRunText, TidyFilesStayWithTheTidyReader) {
   auto tidy = [](const std::string &t) { return KRunIsTidyCsv(t.data(), t.size()); };
   EXPECT_TRUE(tidy("fz,kappa,alpha,gamma,fx,fy,mz\n4000,0,0.1,0,1,2,3\n"));
@@ -265,6 +360,8 @@ TEST(KRunText, TidyFilesStayWithTheTidyReader) {
   EXPECT_TRUE(tidy("fz fy fzz\n"));          // a bad tidy file keeps its own message
   EXPECT_TRUE(tidy("fz,fy\n4000,1\n"));
   EXPECT_TRUE(tidy("fz,alpha,fy\n4000,0.1,abc\n"));  // a bad number, not a units row
+  EXPECT_TRUE(tidy("fz,alpha,fy,pressure\n4000,0.1,2,240000\n"));  // what data -o writes for a run with pressure
+  EXPECT_FALSE(tidy("fz,alpha,fy,P\n4000,0.1,2,240000\n"));        // a rig's name for it
   EXPECT_FALSE(tidy("FZ,SA,FY\n4000,1,2\n"));  // a rig's name
   EXPECT_FALSE(tidy("fz;fy\n4000;1\n"));       // semicolons
   EXPECT_FALSE(tidy("fz,fy\nN,N\n4000,1\n"));  // a units row
