@@ -9,8 +9,9 @@
 # still be running at the end, with no sanitizer report. The ASan + UBSan
 # build of the tool is used when it has been built beside this one.
 # The window's resident memory (VmRSS) is printed at the start and the end,
-# and at every minute of a longer run; TYRO_SOAK_MINUTES=N runs N minutes
-# instead of the default 30 seconds (a check for memory that keeps growing).
+# and at every minute of a longer run, whose series is repeated on one line
+# at the end; TYRO_SOAK_MINUTES=N runs N minutes instead of the default 30
+# seconds (a check for memory that keeps growing; 10 minutes kept it flat).
 # Screenshot at the end: <build>/e2e-shots/tyrograph_soak/.
 #   bash tyrograph_soak.sh <build-dir> <source-dir> [seconds] [seed]
 set -euo pipefail
@@ -48,6 +49,7 @@ xdotool key --window $WID Return
 # would find no data, and its Escape would throw the read away.
 sleep 5
 RSS_START=$(rss)
+RSS_SERIES=$RSS_START
 echo "rss: start ${RSS_START} kB"
 RANDOM=$SEED
 keys=(Tab shift+Tab Left Right Up Down Prior Next Return space 1 2 5 0 period minus BackSpace Delete Home End
@@ -89,7 +91,12 @@ while [ $SECONDS -lt $end ] && kill -0 $PID 2>/dev/null; do
   fi
   n=$((n + 1))
   sleep 0.05
-  if [ $((SECONDS - minute)) -ge 60 ]; then minute=$SECONDS; echo "rss: $(((SECONDS - begin) / 60)) min $(rss) kB"; fi
+  if [ $((SECONDS - minute)) -ge 60 ]; then
+    minute=$SECONDS
+    now_rss=$(rss)
+    RSS_SERIES="$RSS_SERIES $now_rss"
+    echo "rss: $(((SECONDS - begin) / 60)) min $now_rss kB"
+  fi
 done
 RSS_END=$(rss)
 kill -0 $PID 2>/dev/null || { cat "$HOME_DIR/stderr.txt" | tail -30 >&2; tyro_fail "the tool ended during the soak, after $n actions"; }
@@ -100,6 +107,7 @@ if grep -qE "AddressSanitizer|runtime error|LeakSanitizer" "$HOME_DIR/stderr.txt
   tyro_fail "sanitizer report during the soak"
 fi
 echo "ok   $n random actions ($fits fits, $cancels cancelled), the tool still runs, no sanitizer report; rss ${RSS_START} kB at the start, ${RSS_END} kB at the end"
+[ "$RSS_SERIES" != "$RSS_START" ] && echo "rss (kB) at the start and every minute: $RSS_SERIES $RSS_END (end)"
 rm -rf "$HOME_DIR"
 INNER
 
