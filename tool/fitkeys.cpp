@@ -178,8 +178,8 @@ bool FitRedo() {
 
 void FitHintLines(std::string lines[4]) {
   for (int i = 0; i < 4; i++) lines[i].clear();
-  // Without data only F5's line, so that a new user finds the key; the
-  // others mean nothing before data is loaded.
+  // While F5 reads, and without data, only F5's line (so that a new user
+  // finds the key); the others mean nothing before data is loaded.
   if (DataLoading()) {
     std::string name = DataLoadingFile();
     name = name.substr(name.find_last_of('/') + 1);
