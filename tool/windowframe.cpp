@@ -89,15 +89,23 @@ std::vector<FrameHint> FrameHintLines(const QRenderer &r, int viewWidth, int vie
     hint[3] = "in " + session.savedView.substr(0, session.savedView.size() - name.size());
   }
   // The fitting keys after F4's folder line while that shows, as many as the
-  // window holds: with data all of them, without only F5's, which leaves
-  // a Magic Formula 5.2 tyre's scale list its band.
+  // window holds: with data all of them, without only F5's. A Magic Formula
+  // 5.2 tyre's scale list fills the band under the sliders: without data it
+  // keeps it, and with data (or while F5 reads) the fitting keys take the
+  // rows above the band in place of the view keys, whose lines would
+  // otherwise run into the list.
   const PanelLayout layout = LayoutCompute(viewWidth, viewHeight);
   const int top = layout.wheel.y + layout.wheel.hgt + 12;
   const QRect lastSlider = layout.op[OP_SLIDERS - 1];
-  const int bottom = !DataGet() && ScaleListShown() ? lastSlider.y + lastSlider.hgt + 1 : top + 15 * HINT_LINES;
+  const bool band = ScaleListShown();
+  const int bottom = band ? lastSlider.y + lastSlider.hgt + 1 : top + 15 * HINT_LINES;
   std::string more[4];
   FitHintLines(more);
-  const int first = hint[3].empty() ? 3 : 4;
+  int first = hint[3].empty() ? 3 : 4;
+  if (band && (DataGet() || DataLoading())) {
+    for (std::string &h : hint) h.clear();
+    first = 0;
+  }
   for (int i = 0; i < 4 && first + i < HINT_LINES && top + 15 * (first + i + 1) <= bottom; i++) hint[first + i] = more[i];
   const int room = layout.wheel.wid + 30;
   auto width = [&r](const std::string &t) { return r.MeasureText(t.c_str()); };

@@ -19,6 +19,8 @@
 
 #include "render/qrecorder.h"
 #include "tool/fitkeys.h"
+#include "tool/layout.h"
+#include "tool/measureddata.h"
 #include "tool/windowframe.h"
 #include "tool/panel.h"
 #include "toolwindow.h"
@@ -153,4 +155,22 @@ TEST_F(FramePixels, MatchStoredFrames) {
   PanelResetControls();
   ExpectFrame("mf52_startup", false);
   SaveDigests();
+}
+
+// A Magic Formula 5.2 tyre's scale list fills the band under the sliders:
+// with data loaded the fitting keys' lines take the rows above it (F5's
+// first) and none runs into the list.
+TEST_F(FramePixels, FittingKeysKeepClearOfTheScaleList) {
+  SessionLoadTir(TirFile("MagicFormula52_Parameters.tir").c_str());
+  PanelRefreshLabels();
+  PanelResetControls();
+  ASSERT_TRUE(DataLoad((std::string(TYRO_SOURCE_DIR) + "/data/measured/touring.csv").c_str()));
+  const PanelLayout layout = LayoutCompute(VIEW_W, VIEW_H);
+  const QRect last = layout.op[OP_SLIDERS - 1];
+  const std::vector<FrameHint> lines = FrameHintLines(*cv, VIEW_W, VIEW_H);
+  ASSERT_GE(lines.size(), 2u);
+  EXPECT_EQ(lines[0].text.rfind("F5 ", 0), 0u) << lines[0].text;
+  EXPECT_EQ(lines[1].text.rfind("F6 ", 0), 0u) << lines[1].text;
+  for (const FrameHint &h : lines) EXPECT_LE(h.box.y + h.box.hgt, last.y + last.hgt + 1) << h.text;
+  DataDrop();
 }
