@@ -15,8 +15,20 @@ void *operator new(size_t n) {
   if (!p) abort();
   return p;
 }
+// The forms the library may take memory through (the nothrow one serves
+// std::stable_sort's buffer) all come from malloc, as every delete frees.
+void *operator new(size_t n, const std::nothrow_t &) noexcept {
+  allocations++;
+  return malloc(n ? n : 1);
+}
+void *operator new[](size_t n) { return operator new(n); }
+void *operator new[](size_t n, const std::nothrow_t &t) noexcept { return operator new(n, t); }
 void operator delete(void *p) noexcept { free(p); }
 void operator delete(void *p, size_t) noexcept { free(p); }
+void operator delete(void *p, const std::nothrow_t &) noexcept { free(p); }
+void operator delete[](void *p) noexcept { free(p); }
+void operator delete[](void *p, size_t) noexcept { free(p); }
+void operator delete[](void *p, const std::nothrow_t &) noexcept { free(p); }
 
 TEST(Calculate, AllocatesNothing) {
   KPacejka tyres[4];
