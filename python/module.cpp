@@ -404,12 +404,17 @@ py::dict Fit(const FitJob &job) {
              KChannelName(ch), r.channel[ch].r2, FIT_MIN_R2);
     poor += (poor.empty() ? "" : "\n") + std::string(buf);
   }
+  // what --axes auto decided for a run (it may have turned Mz round)
+  py::object axes = py::none();
+  if (o.data)
+    for (const std::string &n : o.data->run.notes)
+      if (n.compare(0, 10, "axes auto:") == 0) axes = py::str(n);
   const bool written = !job.out.empty() && (poor.empty() || job.force);
   py::dict figures("tyre"_a = py::cast(FromFitted(written ? job.out : std::string(), std::move(o.tyre))),
                    "model"_a = KFitModelKey(job.model),
                    "output"_a = written ? py::object(py::str(job.out)) : py::object(py::none()), "channels"_a = channels,
                    "pure_only"_a = r.pureOnly, "iterations"_a = r.iterations, "seconds"_a = r.seconds,
-                   "pressure"_a = pressure);
+                   "pressure"_a = pressure, "axes"_a = axes);
   if (poor.empty()) return figures;
   if (!job.force)
     PyRaiseErrorWith(poor + "\nthe fit is refused" + (job.out.empty() ? "" : " and " + job.out + " not written") +
@@ -474,7 +479,9 @@ file written, or None),
 "mirrored"}, ...} for each channel the data has), "pure_only",
 "iterations", "seconds", "pressure" (None for data without pressures, else
 {"set_points": [(Pa, points), ...], "stages", "nompres", "nompres_from",
-"pure_stages_at", "note"}): the figures the command prints and its --report holds. A problem
+"pure_stages_at", "note"}), "axes" (for a run read with axes="auto", what
+it decided, as read_data()'s summary says it; else None): the figures the
+command prints and its --report holds. A problem
 raises tyrograph.Error with the library's message (for bad data
 "FILE:LINE: column N (NAME): ..."), its `file` and `line` attributes naming
 the place. A fitted channel with R2 below 0.5 refuses the fit (the

@@ -90,4 +90,6 @@ def test_fit_reads_a_run_path_with_the_options(tmp_path):
     assert not (tmp_path / "x.tir").exists()
     res = tyrograph.fit(run, "mf61", str(tmp_path / "x.tir"), units={"alpha": "deg"})
     assert res["channels"]["Fy"]["points"] == 21 and res["output"] == str(tmp_path / "x.tir")
+    assert res["axes"].startswith("axes auto: the loads are positive, so ISO")
+    assert tyrograph.fit(run, "mf61", units={"alpha": "deg"}, axes="iso")["axes"] is None
     assert tyrograph.load(str(tmp_path / "x.tir"))["pdy1"] == res["tyre"]["pdy1"]
