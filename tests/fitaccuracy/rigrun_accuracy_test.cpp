@@ -53,34 +53,42 @@ int BetweenLoads(const KRigRunPlan &plan, KPacejka &truth, KPacejka &fitted, dou
   return n;
 }
 
-// The run's text form fitted to mf61 with `thin` points a sweep at most (0:
-// all); prints the figures under `label` and checks them.
-void FitTheRun(int thin, const char *label) {
-  KPacejka truth;
-  {
-    ReportCapture quiet;
-    ASSERT_TRUE(truth.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir"));
-  }
-  const KRigRunPlan plan = KRigRunPlanFor(truth);
-  KRunData run;
-  KRigRun(truth, plan, &run);
-  KDataLoad load;
+// The bundled Magic Formula 6.1 tyre, the truth the runs are made from.
+void LoadTruth(KPacejka *truth) {
+  ReportCapture quiet;
+  ASSERT_TRUE(truth->LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir"));
+}
+
+// The run `plan` makes of `truth`, in its text form, read and conditioned
+// as `fit RUN` does (with `thin` points a sweep at most; 0: all) and fitted
+// to mf61 with the default options.
+void MakeAndFit(KPacejka &truth, const KRigRunPlan &plan, int thin, KRunData *run, KDataLoad *load,
+                KPacejka *fitted, KFitResult *r) {
+  KRigRun(truth, plan, run);
   {
     ReportCapture quiet;
     KConditionOptions c;
     c.thin = thin;
-    ASSERT_TRUE(KDataLoadText(KRigRunText(run, {"generated"}), "run.txt", KRunOptions(), c, false, &load))
-        << load.error;
+    ASSERT_TRUE(KDataLoadText(KRigRunText(*run, {"generated"}), "run.txt", KRunOptions(), c, false, load))
+        << load->error;
   }
-  ASSERT_TRUE(load.problems.empty());
-  KPacejka fitted;
+  ASSERT_TRUE(load->problems.empty());
   KFitOptions o;
   o.model = KPacejka::MF61;
+  ReportCapture quiet;
+  ASSERT_TRUE(KFitTyre(load->data, o, fitted, r)) << r->error;
+}
+
+// The run's text form fitted with `thin` points a sweep at most (0: all);
+// prints the figures under `label` and checks them.
+void FitTheRun(int thin, const char *label) {
+  KPacejka truth, fitted;
+  ASSERT_NO_FATAL_FAILURE(LoadTruth(&truth));
+  const KRigRunPlan plan = KRigRunPlanFor(truth);
+  KRunData run;
+  KDataLoad load;
   KFitResult r;
-  {
-    ReportCapture quiet;
-    ASSERT_TRUE(KFitTyre(load.data, o, &fitted, &r)) << r.error;
-  }
+  ASSERT_NO_FATAL_FAILURE(MakeAndFit(truth, plan, thin, &run, &load, &fitted, &r));
   double pct[3];
   const int n = BetweenLoads(plan, truth, fitted, pct);
   printf("%s (%zu rows, %zu points) to mf61: RMS of peak Fx %.2f %%, Fy %.2f %%, Mz %.2f %% (%d points, %.1f s)\n",
@@ -100,31 +108,15 @@ TEST(RigRunAccuracy, Mf61ThinnedTo40PointsASweep) { FitTheRun(40, "rig run, --th
 // With two pressures the linear and quadratic terms cannot be told apart,
 // so the figures compare the factors they make at the low pressure.
 TEST(RigRunAccuracy, Mf61PressureTermsFromTwoPressures) {
-  KPacejka truth;
-  {
-    ReportCapture quiet;
-    ASSERT_TRUE(truth.LoadFromTirFile(TYRO_SOURCE_DIR "/data/tyres/MagicFormula61_Parameters.tir"));
-  }
+  KPacejka truth, fitted;
+  ASSERT_NO_FATAL_FAILURE(LoadTruth(&truth));
   KRigRunPlan plan = KRigRunPlanFor(truth);
   plan.pressureTerms = true;
   plan.pressures = {double(truth.nompres), 0.85 * double(truth.nompres)};
   KRunData run;
-  KRigRun(truth, plan, &run);
   KDataLoad load;
-  {
-    ReportCapture quiet;
-    ASSERT_TRUE(KDataLoadText(KRigRunText(run, {"generated"}), "run.txt", KRunOptions(), KConditionOptions(), false,
-                              &load))
-        << load.error;
-  }
-  KPacejka fitted;
-  KFitOptions o;
-  o.model = KPacejka::MF61;
   KFitResult r;
-  {
-    ReportCapture quiet;
-    ASSERT_TRUE(KFitTyre(load.data, o, &fitted, &r)) << r.error;
-  }
+  ASSERT_NO_FATAL_FAILURE(MakeAndFit(truth, plan, 0, &run, &load, &fitted, &r));
   EXPECT_NEAR(fitted.nompres, truth.nompres, 0.01 * truth.nompres);
   for (double p : plan.pressures) {
     truth.SetPressure(float(p)), fitted.SetPressure(float(p));
